@@ -1,0 +1,21 @@
+# Warnings, sanitizers and platform definitions that every target of this project shares.
+add_library(project_options INTERFACE)
+target_compile_options(project_options INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+if(EMDISK_SANITIZE)
+    target_compile_options(project_options INTERFACE -fsanitize=${EMDISK_SANITIZE} -fno-omit-frame-pointer
+        -fno-sanitize-recover=all)
+    target_link_options(project_options INTERFACE -fsanitize=${EMDISK_SANITIZE})
+endif()
+if(WIN32)
+    target_compile_definitions(project_options INTERFACE
+        WINVER=0x0501 _WIN32_WINNT=0x0501 WIN32_LEAN_AND_MEAN NOMINMAX)
+    target_link_options(project_options INTERFACE -static)
+else()
+    find_package(Threads REQUIRED)
+    target_link_libraries(project_options INTERFACE Threads::Threads)
+endif()
+find_program(CCACHE ccache)
+if(CCACHE)
+    set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})
+endif()

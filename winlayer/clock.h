@@ -1,0 +1,26 @@
+#pragma once
+#include <atomic>
+#include <cstdint>
+
+namespace winlayer {
+
+// The machine's clock. It follows the host's until a test stops it; from then on it only moves by advance()
+// and Sleep, which then costs no time.
+class Clock {
+public:
+    // Nanoseconds since an arbitrary start.
+    std::int64_t now() const;
+    void stop();
+    void advance(std::int64_t nanoseconds);
+    bool stopped() const;
+    // What Sleep does.
+    void sleep(std::int64_t nanoseconds);
+    // Whether there is a high-resolution performance counter.
+    bool hasPerformanceCounter = true;
+
+private:
+    std::atomic<bool> stopped_{false};
+    std::atomic<std::int64_t> frozen_{0};
+};
+
+}  // namespace winlayer

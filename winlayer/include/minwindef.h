@@ -1,0 +1,104 @@
+#pragma once
+#include <cstdint>
+
+// Basic types with the widths they have on 32-bit Windows, whatever the host's.
+
+#define WINAPI
+#define CALLBACK
+#define CONST const
+#define FALSE 0
+#define TRUE 1
+#define MAX_PATH 260
+
+using BYTE = std::uint8_t;
+using UCHAR = std::uint8_t;
+using WORD = std::uint16_t;
+using USHORT = std::uint16_t;
+using SHORT = std::int16_t;
+using DWORD = std::uint32_t;
+using ULONG = std::uint32_t;
+using UINT = std::uint32_t;
+using LONG = std::int32_t;
+using INT = std::int32_t;
+using BOOL = std::int32_t;
+using BOOLEAN = std::uint8_t;
+using CHAR = char;
+using WCHAR = std::uint16_t;
+using LONGLONG = std::int64_t;
+using ULONGLONG = std::uint64_t;
+using DWORD64 = std::uint64_t;
+using DWORDLONG = std::uint64_t;
+
+using INT_PTR = std::intptr_t;
+using UINT_PTR = std::uintptr_t;
+using LONG_PTR = std::intptr_t;
+using ULONG_PTR = std::uintptr_t;
+using DWORD_PTR = std::uintptr_t;
+using SIZE_T = std::size_t;
+
+using LPVOID = void*;
+using LPCVOID = const void*;
+using PVOID = void*;
+using LPBYTE = BYTE*;
+using LPDWORD = DWORD*;
+using PDWORD = DWORD*;
+using LPWORD = WORD*;
+using LPBOOL = BOOL*;
+using PBOOL = BOOL*;
+using LPLONG = LONG*;
+using PLONG = LONG*;
+using LPSTR = char*;
+using PSTR = char*;
+using LPCSTR = const char*;
+using PCSTR = const char*;
+using LPWSTR = WCHAR*;
+using LPCWSTR = const WCHAR*;
+
+using ATOM = WORD;
+using WPARAM = UINT_PTR;
+using LPARAM = LONG_PTR;
+using LRESULT = LONG_PTR;
+
+// Handles are an index with a generation, never a host address: a stale one is recognised.
+using HANDLE = void*;
+using LPHANDLE = HANDLE*;
+using PHANDLE = HANDLE*;
+using HLOCAL = HANDLE;
+
+// Distinct pointer types for the handles that Windows declares as such.
+struct HINSTANCE__;
+struct HWND__;
+struct HKEY__;
+using HINSTANCE = HINSTANCE__*;
+using HMODULE = HINSTANCE;
+using HWND = HWND__*;
+using HKEY = HKEY__*;
+using PHKEY = HKEY*;
+
+using FARPROC = INT_PTR(WINAPI*)();
+
+struct FILETIME {
+    DWORD dwLowDateTime;
+    DWORD dwHighDateTime;
+};
+using PFILETIME = FILETIME*;
+using LPFILETIME = FILETIME*;
+
+constexpr WORD LOWORD(DWORD_PTR value) {
+    return static_cast<WORD>(value & 0xFFFF);
+}
+constexpr WORD HIWORD(DWORD_PTR value) {
+    return static_cast<WORD>((value >> 16) & 0xFFFF);
+}
+constexpr BYTE LOBYTE(DWORD_PTR value) {
+    return static_cast<BYTE>(value & 0xFF);
+}
+constexpr BYTE HIBYTE(DWORD_PTR value) {
+    return static_cast<BYTE>((value >> 8) & 0xFF);
+}
+
+// A 32-bit address for a register block or packet that carries addresses in 32 bits. On 32-bit Windows the
+// address itself; here an entry of a table that holds the last 4096 addresses handed out.
+ULONG PtrToUlong(const void* pointer);
+// The pointer that PtrToUlong stood for; null for a value that it never gave out or has since reused.
+void* ULongToPtr(ULONG address);

@@ -1,0 +1,68 @@
+#pragma once
+#include <memory>
+#include <string>
+
+#include "winlayer/clock.h"
+#include "winlayer/drives.h"
+#include "winlayer/gate.h"
+#include "winlayer/handle_table.h"
+#include "winlayer/message_queue.h"
+#include "winlayer/modules.h"
+#include "winlayer/registry.h"
+#include "winlayer/security.h"
+
+namespace winlayer {
+
+enum class WindowsVersion { Windows95, Windows98, WindowsMe, NT351, NT4, Windows2000, XP, Later };
+
+// Windows NT and its successors: drives are reached by disk IOCTLs, others through VWIN32.
+constexpr bool isNt(WindowsVersion version) {
+    return version >= WindowsVersion::NT351;
+}
+
+// Everything the layer pretends to be. A program gets one on first use (Windows XP; C: a private directory
+// made on first use and removed at exit; Z: the host's root; the current directory that of the host, seen
+// through Z:). A test makes its own with ScopedMachine. The members are plain: a test or program sets what it
+// wants before the product runs.
+class Machine {
+public:
+    explicit Machine(WindowsVersion windows = WindowsVersion::XP);
+    ~Machine();
+    Machine(const Machine&) = delete;
+    Machine& operator=(const Machine&) = delete;
+
+    static Machine& current();
+
+    WindowsVersion version;
+    std::string computerName = "WORKSTATION";  // ANSI
+    UINT ansiCodePage = 1252;                  // 1252 or 65001 ...: what code_pages.h supports
+    WORD language = 0x0407;                    // German; 0x0409 English: language of system messages
+    UINT errorMode = 0;                        // SetErrorMode's value
+
+    Gate gate;
+    HandleTable handles;
+    Drives drives;
+    Registry registry;
+    Security security;
+    Clock clock;
+    MessageQueues messages;
+    Modules modules;
+};
+
+// Puts a machine of its own in place of the current one until the end of the scope. Scopes nest.
+class ScopedMachine {
+public:
+    explicit ScopedMachine(WindowsVersion version = WindowsVersion::XP);
+    ~ScopedMachine();
+    ScopedMachine(const ScopedMachine&) = delete;
+    ScopedMachine& operator=(const ScopedMachine&) = delete;
+
+    Machine& operator*() { return machine_; }
+    Machine* operator->() { return &machine_; }
+
+private:
+    Machine machine_;
+    Machine* previous_;
+};
+
+}  // namespace winlayer

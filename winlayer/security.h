@@ -1,0 +1,25 @@
+#pragma once
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "winlayer/include/windows.h"
+
+namespace winlayer {
+
+// The groups of an access token, each a binary security identifier.
+struct TokenGroups {
+    std::vector<std::vector<BYTE>> groups;
+
+    static TokenGroups administrators();
+    static TokenGroups users();
+};
+
+// Whom the process and the calling thread run as.
+struct Security {
+    TokenGroups process = TokenGroups::administrators();
+    // Set while the thread impersonates someone; GetCurrentThread's token is then this one.
+    std::optional<TokenGroups> thread;
+};
+
+}  // namespace winlayer
