@@ -7,6 +7,11 @@ if(EMDISK_SANITIZE)
         -fno-sanitize-recover=all)
     target_link_options(project_options INTERFACE -fsanitize=${EMDISK_SANITIZE})
 endif()
+if(EMDISK_FUZZ)
+    target_compile_options(project_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined
+        -fno-omit-frame-pointer -fno-sanitize-recover=all)
+    target_link_options(project_options INTERFACE -fsanitize=address,undefined)
+endif()
 if(WIN32)
     target_compile_definitions(project_options INTERFACE
         WINVER=0x0501 _WIN32_WINNT=0x0501 WIN32_LEAN_AND_MEAN NOMINMAX)
