@@ -1,0 +1,346 @@
+#include "boot_check.h"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
+
+namespace boot_check {
+namespace {
+
+using namespace boot_sector;
+
+constexpr std::size_t entrySize = 32;
+constexpr std::size_t firstClusterAt = 0x1A;
+constexpr std::size_t fileSizeAt = 0x1C;
+constexpr std::size_t markAt = 0x1FE;
+constexpr std::size_t headAt = 0x200;
+constexpr std::size_t blocksAt = 0x204;
+constexpr DWORD largestLoader = 127 * size;  // bits 9 to 15 of the size are all that the boot code takes
+
+// What the boot code sees from 8000h on: the root directory, over it the loader, zeros elsewhere.
+constexpr std::size_t memorySize = 0x200 + 255 * size;
+static_assert(memorySize > 0x10000);
+using Memory = std::vector<unsigned char>;
+
+WORD wordAt(std::span<const unsigned char> bytes, std::size_t offset) {
+    return static_cast<WORD>(bytes[offset] | bytes[offset + 1] << 8);
+}
+
+DWORD longAt(std::span<const unsigned char> bytes, std::size_t offset) {
+    return wordAt(bytes, offset) | static_cast<DWORD>(wordAt(bytes, offset + 2)) << 16;
+}
+
+std::string hex(DWORD value, int digits) {
+    std::string text;
+    for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
+        text += "0123456789ABCDEF"[(value >> shift) & 0xF];
+    }
+    return text;
+}
+
+std::string number(DWORD value) {
+    return std::to_string(value);
+}
+
+// Collects the findings; each call returns whether the check passed.
+class Findings {
+public:
+    explicit Findings(std::vector<Finding>& list) : list_(list) {}
+
+    bool add(const char* name, bool passed, std::string good, std::string bad) {
+        list_.push_back({name, passed, passed ? std::move(good) : std::move(bad)});
+        return passed;
+    }
+
+private:
+    std::vector<Finding>& list_;
+};
+
+// Checks what the boot code looks at in a loader that it has read to the start of `memory`, in its order.
+// `sectors` is how many it has read. Result: whether it would enter the loader.
+bool checkContent(std::span<const unsigned char> memory, std::size_t sectors, Findings& findings) {
+    if (!findings.add("loader-mark", wordAt(memory, markAt) == 0xAA55,
+                      "The loader's first sector ends with the mark 55 AA.",
+                      "The loader's first sector does not end with the mark 55 AA.") ||
+        !findings.add("loader-signature", std::memcmp(&memory[headAt], "QZOR", 4) == 0,
+                      "The loader's second sector begins with QZOR.",
+                      "The loader's second sector does not begin with QZOR.")) {
+        return false;
+    }
+    const std::size_t blocks = memory[blocksAt];
+    findings.add(
+        "loader-blocks", blocks > 0 && blocks < sectors,
+        "The checksum covers " + std::to_string(blocks) + " of the loader's sectors.",
+        "The loader's checksum is to cover " + std::to_string(blocks) + " sectors; " +
+            (sectors > 1 ? "1 to " + std::to_string(sectors - 1) + " are there." : "none are there."));
+    WORD sum = 0;
+    for (std::size_t offset = headAt; offset < headAt + blocks * size; offset += 2) {
+        sum = static_cast<WORD>(sum + wordAt(memory, offset));
+    }
+    return findings.add("loader-checksum", sum == 0x5555, "The loader's checksum is 5555h, as it must be.",
+                        "The loader's checksum is " + hex(sum, 4) + "h instead of 5555h.");
+}
+
+bool checkLength(DWORD bytes, Findings& findings) {
+    return findings.add(
+        "loader-size", bytes % size == 0 && bytes >= 2 * size && bytes <= largestLoader,
+        "The loader is " + number(bytes) + " bytes long, which are whole sectors below 64 KB.",
+        "The loader is " + number(bytes) + " bytes long; it must be a multiple of 512, from 1024 to 65024.");
+}
+
+// The walk over one diskette. The arithmetic is that of the boot code, 16 bits wide, so that it also comes to
+// the boot code's result on a sector whose parameter block is damaged.
+class Walk {
+public:
+    Walk(const SectorReader& read, Report& report)
+        : read_(read), report_(report), findings_(report.findings), memory_(memorySize) {}
+
+    void run() {
+        if (!checkBootSector()) {
+            return;
+        }
+        const auto entry = findLoader();
+        if (!entry) {
+            return;
+        }
+        checkLength(longAt(*entry, fileSizeAt), findings_);
+        const bool entered = readLoader(*entry);
+        checkChain(wordAt(*entry, firstClusterAt), longAt(*entry, fileSizeAt));
+        report_.loaderStarts = entered && bootable_;
+    }
+
+private:
+    bool readSector(DWORD sectorNumber, unsigned char* target) {
+        return sectorNumber < totalSectors && read_(sectorNumber, Sector(target, size));
+    }
+
+    // As the boot code and the BIOS between them turn a sector number into a place on the diskette.
+    bool readByGeometry(WORD sectorNumber, unsigned char* target) {
+        const unsigned perTrack = wordAt(boot_, sectorsPerTrackAt);
+        const unsigned headCount = wordAt(boot_, headsAt);
+        if (perTrack == 0 || headCount == 0) {
+            return false;
+        }
+        const unsigned track = sectorNumber / perTrack;
+        const unsigned cylinder = track / headCount & 0x3FF;
+        const unsigned head = track % headCount & 0xFF;
+        // A sector number of 64 or more runs into the cylinder's upper bits.
+        const unsigned low = (sectorNumber % perTrack + 1) & 0xFF;
+        const unsigned sector = low & 0x3F;
+        const unsigned askedCylinder = cylinder | (low & 0xC0) << 2;
+        if (askedCylinder >= cylinders || head >= heads || sector == 0 || sector > sectorsPerTrack) {
+            return false;
+        }
+        return readSector((askedCylinder * heads + head) * sectorsPerTrack + sector - 1, target);
+    }
+
+    // Reads to the start of the memory; the first sector that fails is left in failed_.
+    bool readRun(WORD first, unsigned char count) {
+        WORD offset = 0;
+        for (unsigned i = 0; i < count; ++i, offset = static_cast<WORD>(offset + size)) {
+            failed_ = static_cast<WORD>(first + i);
+            if (!readByGeometry(failed_, &memory_[offset])) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+    bool checkBootSector() {
+        if (!findings_.add("boot-sector", readSector(0, boot_.data()), "The boot sector can be read.",
+                           "The boot sector cannot be read.")) {
+            return false;
+        }
+        bootable_ = findings_.add("signature", wordAt(boot_, signatureAt) == 0xAA55,
+                                  "The boot sector ends with the signature 55 AA.",
+                                  "The boot sector does not end with the signature 55 AA, without which a "
+                                  "computer does not start it.");
+        const Image model = boot_sector::Build(longAt(boot_, serialNumberAt));
+        const bool jumps = findings_.add("jump", equals(model, jumpAt, oemNameAt),
+                                         "The boot sector begins with the jump to the boot code.",
+                                         "The boot sector does not begin with the jump to the boot code.");
+        checkParameterBlock(model);
+        return findings_.add("boot-code", equals(model, templateAt, signatureAt),
+                             "The boot code is that of the emergency diskette.",
+                             "The boot code is not that of the emergency diskette.") &&
+               jumps;
+    }
+
+    void checkParameterBlock(const Image& model) {
+        struct Field {
+            std::size_t at;
+            std::size_t bytes;
+            const char* what;
+        };
+        static constexpr Field fields[] = {
+            {bytesPerSectorAt, 2, "bytes per sector"},     {sectorsPerClusterAt, 1, "sectors per cluster"},
+            {reservedSectorsAt, 2, "reserved sectors"},    {fatCountAt, 1, "FATs"},
+            {rootEntriesAt, 2, "root directory entries"},  {totalSectorsAt, 2, "sectors"},
+            {mediaDescriptorAt, 1, "as media descriptor"}, {sectorsPerFatAt, 2, "sectors per FAT"},
+            {sectorsPerTrackAt, 2, "sectors per track"},   {headsAt, 2, "heads"},
+        };
+        const auto wrong = std::find_if(std::begin(fields), std::end(fields), [&](const Field& field) {
+            return !equals(model, field.at, field.at + field.bytes);
+        });
+        const bool sound = wrong == std::end(fields);
+        std::string bad;
+        if (!sound) {
+            const auto value = [&](const Image& image) {
+                return number(wrong->bytes == 1 ? image[wrong->at] : wordAt(image, wrong->at));
+            };
+            bad = "The parameter block states " + value(boot_) + " " + wrong->what +
+                  "; a 1.44 MB diskette has " + value(model) + ".";
+        }
+        findings_.add("parameter-block", sound, "The parameter block is that of a 1.44 MB diskette.", bad);
+    }
+
+    bool equals(const Image& model, std::size_t from, std::size_t to) const {
+        return std::equal(boot_.begin() + static_cast<std::ptrdiff_t>(from),
+                          boot_.begin() + static_cast<std::ptrdiff_t>(to),
+                          model.begin() + static_cast<std::ptrdiff_t>(from));
+    }
+
+    std::optional<std::array<unsigned char, entrySize>> findLoader() {
+        const WORD rootSectors = wordAt(boot_, rootEntriesAt) / 16;
+        const auto firstRoot = static_cast<WORD>(boot_[fatCountAt] * wordAt(boot_, sectorsPerFatAt) +
+                                                 wordAt(boot_, reservedSectorsAt));
+        firstData_ = static_cast<WORD>(firstRoot + rootSectors);
+        const bool readable = readRun(firstRoot, static_cast<unsigned char>(rootSectors));
+        if (!findings_.add("root-directory", readable, "The root directory can be read.",
+                           "Sector " + number(failed_) + " of the root directory cannot be read.")) {
+            return std::nullopt;
+        }
+        const auto entry = searchRoot();
+        findings_.add("loader-entry", entry.has_value(), "The root directory names QZLOADER.BIN.",
+                      "The root directory does not name QZLOADER.BIN.");
+        return entry;
+    }
+
+    // An entry of an empty file (first cluster 0) does not count; nor does anything behind the first free
+    // one.
+    std::optional<std::array<unsigned char, entrySize>> searchRoot() const {
+        const std::size_t entries = std::min<std::size_t>(wordAt(boot_, rootEntriesAt), 0x8000 / entrySize);
+        for (std::size_t i = 0; i < entries; ++i) {
+            const auto entry = std::span(memory_).subspan(i * entrySize).first<entrySize>();
+            if (entry[0] == 0) {
+                break;
+            }
+            if (std::equal(entry.begin(), entry.begin() + directoryNameSize, boot_.begin() + loaderNameAt) &&
+                wordAt(entry, firstClusterAt) != 0) {
+                std::array<unsigned char, entrySize> found{};
+                std::copy(entry.begin(), entry.end(), found.begin());
+                return found;
+            }
+        }
+        return std::nullopt;
+    }
+
+    // Result: whether the boot code would enter the loader.
+    bool readLoader(std::span<const unsigned char> entry) {
+        const WORD cluster = wordAt(entry, firstClusterAt);
+        const auto first =
+            static_cast<WORD>((cluster - 2) * boot_[sectorsPerClusterAt] + static_cast<int>(firstData_));
+        const auto sectors = static_cast<unsigned char>(entry[fileSizeAt + 1] / 2);
+        findings_.add("loader-cluster", cluster >= 2 && cluster < clusterEnd(),
+                      "The loader begins in cluster " + number(cluster) + ".",
+                      "The loader is said to begin in cluster " + number(cluster) +
+                          ", which the diskette does not have.");
+        return findings_.add("loader-readable", readRun(first, sectors),
+                             "The loader's " + number(sectors) + " sectors can be read.",
+                             "Sector " + number(failed_) + ", where the loader should be, cannot be read.") &&
+               checkContent(memory_, sectors, findings_);
+    }
+
+    // One past the last cluster of the diskette.
+    DWORD clusterEnd() const {
+        const unsigned perCluster = boot_[sectorsPerClusterAt];
+        return perCluster == 0 || firstData_ >= totalSectors ? 2
+                                                             : 2 + (totalSectors - firstData_) / perCluster;
+    }
+
+    // Twelve bits of the first FAT; empty when they cannot be read.
+    std::optional<WORD> fatEntry(DWORD cluster) {
+        const DWORD byte = cluster + cluster / 2;
+        const auto sectorNumber = static_cast<DWORD>(wordAt(boot_, reservedSectorsAt) + byte / size);
+        std::array<unsigned char, 2 * size> pair{};
+        if (!readSector(sectorNumber, pair.data()) ||
+            (byte % size == size - 1 && !readSector(sectorNumber + 1, &pair[size]))) {
+            return std::nullopt;
+        }
+        const WORD both = wordAt(pair, byte % size);
+        return static_cast<WORD>(cluster % 2 == 0 ? both & 0xFFF : both >> 4);
+    }
+
+    // The boot code takes for granted that the file is one run of clusters; the FAT must say so too.
+    void checkChain(DWORD first, DWORD bytes) {
+        const DWORD perCluster = static_cast<DWORD>(boot_[sectorsPerClusterAt] * size);
+        if (perCluster == 0) {
+            return;  // the parameter block's finding says it
+        }
+        const DWORD clusters = bytes / perCluster + (bytes % perCluster != 0 ? 1 : 0);
+        DWORD cluster = first;
+        std::string bad;
+        for (DWORD i = 1; i <= clusters && bad.empty(); ++i, ++cluster) {
+            bad = chainFault(cluster, i == clusters);
+        }
+        findings_.add("loader-run", bad.empty() && clusters > 0,
+                      "The loader lies on the diskette in one piece.",
+                      bad.empty() ? "The loader is empty." : bad);
+    }
+
+    // What is wrong with the chain's link at `cluster`, which is to be the last one or lead to the next.
+    std::string chainFault(DWORD cluster, bool last) {
+        if (cluster < 2 || cluster >= clusterEnd()) {
+            return "The loader's clusters run past the end of the diskette.";
+        }
+        const auto link = fatEntry(cluster);
+        if (!link) {
+            return "The FAT's entry of cluster " + number(cluster) + " cannot be read.";
+        }
+        if (last) {
+            return *link >= 0xFF8 ? "" : "The loader's chain of clusters is longer than its size.";
+        }
+        if (*link >= 0xFF8) {
+            return "The loader's chain of clusters is shorter than its size.";
+        }
+        return *link == cluster + 1
+                   ? ""
+                   : "The loader lies in pieces: cluster " + number(*link) + " follows cluster " +
+                         number(cluster) + ", and the boot code reads straight on.";
+    }
+
+    const SectorReader& read_;
+    Report& report_;
+    Findings findings_;
+    Memory memory_;
+    Image boot_{};
+    WORD firstData_ = 0;
+    WORD failed_ = 0;
+    bool bootable_ = false;
+};
+
+}  // namespace
+
+bool Report::passed() const {
+    return !findings.empty() &&
+           std::all_of(findings.begin(), findings.end(), [](const Finding& f) { return f.passed; });
+}
+
+Report CheckDiskette(const SectorReader& read) {
+    Report report;
+    Walk(read, report).run();
+    return report;
+}
+
+Report CheckLoader(std::span<const unsigned char> file) {
+    Report report;
+    Findings findings(report.findings);
+    checkLength(static_cast<DWORD>(std::min<std::size_t>(file.size(), 0xFFFFFFFF)), findings);
+    const std::size_t sectors = file.size() / size % 128;
+    Memory memory(memorySize);
+    std::copy(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(sectors * size), memory.begin());
+    report.loaderStarts = checkContent(memory, sectors, findings);
+    return report;
+}
+
+}  // namespace boot_check
