@@ -1,0 +1,181 @@
+#pragma once
+#include <windows.h>
+
+#include <algorithm>
+#include <atomic>
+#include <memory>
+#include <string>
+
+namespace UTILS {
+
+// Base of the lock and the event: a name, a record of lock states and whether the system handle is borrowed.
+// The record is a stack that holds one 0 (unlocked) and above it a 1 for each Lock not yet undone.
+class CSyncObject {
+public:
+    virtual ~CSyncObject();
+
+    // Marks the system handle as borrowed: the destructor then leaves it open. UnAttach takes the mark back.
+    virtual void Attach();
+    virtual void UnAttach();
+
+    // Pushes a 1 on the state stack. Result: 1.
+    virtual int Lock();
+
+    // Pops one state. Result: 1; 0 when only the first 0 is left, which is never popped.
+    virtual int UnLock();
+
+    // The state at `index`, counted from the bottom; -1 asks for the top. An index beyond the stack (or any
+    // other negative one) throws std::out_of_range.
+    virtual int GetState(int index) const;
+
+    // 1 when the system handle is borrowed, else 0.
+    virtual int IsObjectAttached() const;
+
+    // A copy of the name; empty for an unnamed object.
+    virtual std::string GetObjName() const;
+
+    // The name of the object's run-time class, for example "class UTILS::CEvent"; it lives as long as the
+    // program.
+    virtual const char* derived_class() const;
+
+protected:
+    explicit CSyncObject(const std::string& name);
+    CSyncObject() noexcept = default;
+
+    // Copies take the name, the states and the attached mark; the system object's own state stays behind.
+    CSyncObject(const CSyncObject& other);
+    const CSyncObject& operator=(const CSyncObject& other);
+    const CSyncObject& Copy(const CSyncObject& other);
+
+    // How many 1s lie on the stack. Read by any thread; changed by the owner of the lock alone.
+    int Depth() const noexcept { return depth_.load(std::memory_order_relaxed); }
+    void SetDepth(int depth) noexcept { depth_.store(depth, std::memory_order_relaxed); }
+    // Moves from one depth to the next unless another thread was faster.
+    bool ChangeDepth(int from, int to) noexcept { return depth_.compare_exchange_strong(from, to); }
+
+private:
+    void Init(const std::string& name);
+
+    // A stack of one 0 and then 1s is told whole by its depth, without storage of its own.
+    std::atomic<int> depth_ = 0;
+    std::atomic<int> attached_ = 0;
+    std::unique_ptr<const std::string> name_;  // null for the empty name, which is nearly every object's
+};
+
+// A lock that its owning thread may enter again.
+class CCriticalSection : public CSyncObject {
+public:
+    CCriticalSection() noexcept { InitializeCriticalSection(&section_); }
+    // A copy is a free lock of its own that carries the recorded states.
+    CCriticalSection(const CCriticalSection& other) : CSyncObject(other) {
+        InitializeCriticalSection(&section_);
+    }
+    const CCriticalSection& operator=(const CCriticalSection& other) {
+        CSyncObject::operator=(other);
+        return *this;
+    }
+    ~CCriticalSection() override { DeleteCriticalSection(&section_); }
+
+    // Enters the section, waiting while another thread owns it. Result: 1.
+    int Lock() override {
+        EnterCriticalSection(&section_);
+        owner_.store(ThisThread(), std::memory_order_relaxed);
+        ++entries_;
+        SetDepth(Depth() + 1);
+        return 1;
+    }
+
+    // Leaves the section once. Result: 1, also when this thread does not own it: the section then stays as it
+    // is.
+    int UnLock() override {
+        if (owner_.load(std::memory_order_relaxed) != ThisThread()) {
+            return DropCopiedState();
+        }
+        SetDepth(std::max(Depth() - 1, 0));
+        unlocked_ = 1;
+        if (--entries_ == 0) {
+            owner_.store(nullptr, std::memory_order_relaxed);
+        }
+        LeaveCriticalSection(&section_);
+        return 1;
+    }
+
+    std::string GetObjName() const override;
+
+private:
+    // The address of a thread's own variable tells threads apart without a system call.
+    static const void* ThisThread() noexcept {
+        static thread_local char mark = 0;
+        return &mark;
+    }
+    int DropCopiedState() noexcept;
+
+    CRITICAL_SECTION section_;
+    std::atomic<const void*> owner_ = nullptr;
+    int entries_ = 0;   // of the owner; changed only inside the section
+    int unlocked_ = 0;  // set by UnLock; changed only inside the section
+};
+
+// Holds a section from construction to the end of the scope.
+class SectionGuard {
+public:
+    explicit SectionGuard(CCriticalSection& section) : section_(section) {
+        section_.CCriticalSection::Lock();
+    }
+    ~SectionGuard() { section_.CCriticalSection::UnLock(); }
+    SectionGuard(const SectionGuard&) = delete;
+    SectionGuard& operator=(const SectionGuard&) = delete;
+
+private:
+    CCriticalSection& section_;
+};
+
+// A system event. Any thread may signal it; the working thread tests it without waiting.
+class CEvent : public CSyncObject {
+public:
+    // Creates the event. initiallySignalled and manualReset: 0 or not; an empty name makes an unnamed event;
+    // security may be null. An event that cannot be created has no handle and its operations report 0.
+    CEvent(int initiallySignalled = 0, int manualReset = 0, const std::string& name = std::string(),
+           LPSECURITY_ATTRIBUTES security = nullptr);
+
+    // A copy refers to the same system event through a handle of its own (inheritable, same access), or
+    // borrows the handle when `other` does; states, flags and name are copied.
+    CEvent(const CEvent& other);
+    const CEvent& operator=(const CEvent& other);
+
+    // Closes the handle unless it is borrowed.
+    ~CEvent() override;
+
+    // Signals the event and records it. Result: what the system says; 0, and nothing done, when already
+    // recorded.
+    int Lock() override;
+
+    // Tests the event without waiting. Result: 1 when it was signalled: the signal is then consumed, a
+    // recorded state popped and the signal-seen flag set; else 0.
+    int UnLock() override;
+
+    std::string GetObjName() const override;
+
+    // The system's own operations; each returns the system's result (0 for failure).
+    virtual int SetEvent();
+    virtual int ResetEvent();
+    // Also sets the signal-seen flag, before the pulse.
+    virtual int PulseEvent();
+
+    // 1 once UnLock or PulseEvent has seen a signal, until cleared.
+    int IsSignalSeen() const noexcept { return signalSeen_.load(); }
+    void ClearSignalSeen() noexcept { signalSeen_.store(0); }
+
+    // The system handle, which stays the event's own; null when the event could not be created.
+    HANDLE GetHandle() const noexcept { return handle_; }
+
+private:
+    HANDLE HandleForCopy() const;
+    void Close() noexcept;
+
+    HANDLE handle_ = nullptr;
+    int manualReset_ = 0;
+    std::atomic<int> signalSeen_ = 0;
+};
+
+}  // namespace UTILS
