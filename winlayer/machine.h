@@ -6,6 +6,7 @@
 #include "winlayer/drives.h"
 #include "winlayer/gate.h"
 #include "winlayer/handle_table.h"
+#include "winlayer/local_memory.h"
 #include "winlayer/message_queue.h"
 #include "winlayer/modules.h"
 #include "winlayer/registry.h"
@@ -41,6 +42,7 @@ public:
 
     Gate gate;
     HandleTable handles;
+    LocalMemory localMemory;
     Drives drives;
     Registry registry;
     Security security;

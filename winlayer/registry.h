@@ -1,23 +1,50 @@
 #pragma once
 #include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
 
 #include "winlayer/include/windows.h"
 
 namespace winlayer {
 
 // The machine's registry: in memory, empty roots at the start. Names are matched without case and keep the
-// case of their making.
+// case of their making; subkeys are numbered in the order of their names, values in the order of their
+// making. Paths are subkey names separated by backslashes; an empty path is the key itself. Each operation
+// returns a Windows error code, ERROR_KEY_DELETED for a key that is gone. Thread rule: every operation may be
+// called from any thread.
 class Registry {
 public:
     Registry();
     ~Registry();
 
     struct Key;
+    using KeyPointer = std::shared_ptr<Key>;
+
+    struct Value {
+        std::string name;
+        DWORD type = REG_NONE;
+        std::vector<BYTE> data;
+    };
+
     // The root behind a predefined handle; null for any other.
-    std::shared_ptr<Key> root(HKEY key) const;
+    KeyPointer root(HKEY key) const;
+
+    LONG open(const KeyPointer& from, const std::string& path, KeyPointer& key) const;
+    // Makes what is missing of the path; `existed` tells whether all of it was there.
+    LONG create(const KeyPointer& from, const std::string& path, KeyPointer& key, bool& existed);
+    // ERROR_ACCESS_DENIED for a root, and for a key with subkeys unless these may go with it.
+    LONG remove(const KeyPointer& from, const std::string& path, bool withSubkeys);
+    LONG subkey(const KeyPointer& key, DWORD index, std::string& name, FILETIME& written) const;
+
+    LONG value(const KeyPointer& key, const std::string& name, Value& value) const;
+    LONG value(const KeyPointer& key, DWORD index, Value& value) const;
+    LONG setValue(const KeyPointer& key, Value value);
+    LONG removeValue(const KeyPointer& key, const std::string& name);
 
 private:
     struct Roots;
+    mutable std::mutex mutex_;
     std::unique_ptr<Roots> roots_;
 };
 

@@ -62,7 +62,7 @@ struct TOKEN_GROUPS {
     DWORD GroupCount;
     SID_AND_ATTRIBUTES Groups[1];
 };
-enum TOKEN_INFORMATION_CLASS { TokenUser = 1, TokenGroups = 2 };
+enum TOKEN_INFORMATION_CLASS { TokenGroups = 2 };
 
 // Languages.
 inline constexpr WORD LANG_NEUTRAL = 0x00;
@@ -72,9 +72,16 @@ constexpr WORD MAKELANGID(WORD primary, WORD sub) {
 }
 
 // Registry access and value types.
+inline constexpr DWORD MAXIMUM_ALLOWED = 0x02000000;
+inline constexpr DWORD KEY_QUERY_VALUE = 0x0001;
+inline constexpr DWORD KEY_SET_VALUE = 0x0002;
+inline constexpr DWORD KEY_CREATE_SUB_KEY = 0x0004;
+inline constexpr DWORD KEY_ENUMERATE_SUB_KEYS = 0x0008;
 inline constexpr DWORD KEY_READ = 0x20019;
 inline constexpr DWORD KEY_WRITE = 0x20006;
 inline constexpr DWORD REG_OPTION_NON_VOLATILE = 0;
+inline constexpr DWORD REG_CREATED_NEW_KEY = 1;
+inline constexpr DWORD REG_OPENED_EXISTING_KEY = 2;
 inline constexpr DWORD REG_NONE = 0;
 inline constexpr DWORD REG_SZ = 1;
 inline constexpr DWORD REG_EXPAND_SZ = 2;

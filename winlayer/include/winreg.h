@@ -19,7 +19,7 @@ LONG WINAPI RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD reserved, LPDWORD ty
                              LPDWORD size);
 LONG WINAPI RegSetValueExA(HKEY key, LPCSTR name, DWORD reserved, DWORD type, const BYTE* data, DWORD size);
 LONG WINAPI RegDeleteValueA(HKEY key, LPCSTR name);
-// Refuses a key that has subkeys, as Windows NT does.
+// Windows NT refuses a key that has subkeys; Windows 95, 98 and Me delete these with it.
 LONG WINAPI RegDeleteKeyA(HKEY key, LPCSTR subkey);
 LONG WINAPI RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD reserved,
                           LPSTR className, LPDWORD classSize, PFILETIME lastWrite);

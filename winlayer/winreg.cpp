@@ -1,0 +1,248 @@
+// The registry functions over the machine's registry.
+
+#include <cstring>
+
+#include "winlayer/machine.h"
+
+namespace winlayer {
+namespace {
+
+struct OpenKey : KernelObject {
+    OpenKey(Registry::KeyPointer opened, REGSAM granted) : key(std::move(opened)), access(granted) {}
+    const Registry::KeyPointer key;
+    const REGSAM access;
+};
+
+constexpr REGSAM everything = 0xFFFFFFFF;
+
+// The key behind a handle that may be used in the way asked for. Windows 95, 98 and Me check no access.
+LONG keyOf(HKEY handle, REGSAM needed, Registry::KeyPointer& key) {
+    Machine& machine = Machine::current();
+    key = machine.registry.root(handle);
+    if (key) {
+        return ERROR_SUCCESS;
+    }
+    const auto opened = machine.handles.get<OpenKey>(handle);
+    if (!opened) {
+        return ERROR_INVALID_HANDLE;
+    }
+    if (isNt(machine.version) && (opened->access & needed) != needed) {
+        return ERROR_ACCESS_DENIED;
+    }
+    key = opened->key;
+    return ERROR_SUCCESS;
+}
+
+HKEY openHandle(Registry::KeyPointer key, REGSAM access) {
+    const REGSAM granted = (access & MAXIMUM_ALLOWED) != 0 ? everything : access;
+    return static_cast<HKEY>(
+        Machine::current().handles.add(std::make_shared<OpenKey>(std::move(key), granted)));
+}
+
+// Copies a name with its zero; `size` counts the zero on entry and not on return, and stays as it is when the
+// name does not fit.
+LONG giveName(const std::string& name, LPSTR buffer, LPDWORD size) {
+    if (*size <= name.size()) {
+        return ERROR_MORE_DATA;
+    }
+    std::memcpy(buffer, name.c_str(), name.size() + 1);
+    *size = static_cast<DWORD>(name.size());
+    return ERROR_SUCCESS;
+}
+
+// Copies a value's data as far as the caller asks for type, data and size.
+LONG giveData(const Registry::Value& value, LPDWORD type, LPBYTE data, LPDWORD size) {
+    if (type != nullptr) {
+        *type = value.type;
+    }
+    if (size == nullptr) {
+        return ERROR_SUCCESS;
+    }
+    const bool fits = value.data.size() <= *size;
+    *size = static_cast<DWORD>(value.data.size());
+    if (data == nullptr) {
+        return ERROR_SUCCESS;
+    }
+    if (fits && !value.data.empty()) {
+        std::memcpy(data, value.data.data(), value.data.size());
+    }
+    return fits ? ERROR_SUCCESS : LONG{ERROR_MORE_DATA};
+}
+
+const char* orEmpty(LPCSTR text) {
+    return text == nullptr ? "" : text;
+}
+
+}  // namespace
+}  // namespace winlayer
+
+using namespace winlayer;
+
+LONG WINAPI RegOpenKeyExA(HKEY key, LPCSTR subkey, DWORD, REGSAM access, PHKEY result) {
+    if (const DWORD error = deniedCode("RegOpenKeyExA"); error != 0) {
+        return static_cast<LONG>(error);
+    }
+    if (result == nullptr) {
+        return ERROR_INVALID_PARAMETER;
+    }
+    Registry::KeyPointer from;
+    if (const LONG error = keyOf(key, 0, from); error != ERROR_SUCCESS) {
+        return error;
+    }
+    Machine& machine = Machine::current();
+    if (*orEmpty(subkey) == 0 && machine.registry.root(key)) {
+        *result = key;  // a predefined key opens as itself
+        return ERROR_SUCCESS;
+    }
+    Registry::KeyPointer opened;
+    const LONG error = machine.registry.open(from, orEmpty(subkey), opened);
+    if (error == ERROR_SUCCESS) {
+        *result = openHandle(std::move(opened), access);
+    }
+    return error;
+}
+
+LONG WINAPI RegCreateKeyExA(HKEY key, LPCSTR subkey, DWORD, LPSTR, DWORD, REGSAM access,
+                            const LPSECURITY_ATTRIBUTES, PHKEY result, LPDWORD disposition) {
+    if (const DWORD error = deniedCode("RegCreateKeyExA"); error != 0) {
+        return static_cast<LONG>(error);
+    }
+    if (subkey == nullptr || result == nullptr) {
+        return ERROR_INVALID_PARAMETER;
+    }
+    Registry::KeyPointer from;
+    if (const LONG error = keyOf(key, 0, from); error != ERROR_SUCCESS) {
+        return error;
+    }
+    Registry::KeyPointer made;
+    bool existed = false;
+    const LONG error = Machine::current().registry.create(from, subkey, made, existed);
+    if (error != ERROR_SUCCESS) {
+        return error;
+    }
+    *result = openHandle(std::move(made), access);
+    if (disposition != nullptr) {
+        *disposition = existed ? REG_OPENED_EXISTING_KEY : REG_CREATED_NEW_KEY;
+    }
+    return ERROR_SUCCESS;
+}
+
+// The handle is gone even when the fault plan reports a failure, as no close leaves a good handle open.
+LONG WINAPI RegCloseKey(HKEY key) {
+    const DWORD planned = deniedCode("RegCloseKey");
+    Machine& machine = Machine::current();
+    const bool predefined = machine.registry.root(key) != nullptr;
+    if (!predefined && !machine.handles.get<OpenKey>(key)) {
+        return ERROR_INVALID_HANDLE;
+    }
+    if (!predefined) {
+        machine.handles.remove(key);
+    }
+    return static_cast<LONG>(planned);
+}
+
+LONG WINAPI RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD, LPDWORD type, LPBYTE data, LPDWORD size) {
+    if (const DWORD error = deniedCode("RegQueryValueExA"); error != 0) {
+        return static_cast<LONG>(error);
+    }
+    if (data != nullptr && size == nullptr) {
+        return ERROR_INVALID_PARAMETER;
+    }
+    Registry::KeyPointer opened;
+    if (const LONG error = keyOf(key, KEY_QUERY_VALUE, opened); error != ERROR_SUCCESS) {
+        return error;
+    }
+    Registry::Value value;
+    const LONG error = Machine::current().registry.value(opened, orEmpty(name), value);
+    return error == ERROR_SUCCESS ? giveData(value, type, data, size) : error;
+}
+
+LONG WINAPI RegSetValueExA(HKEY key, LPCSTR name, DWORD, DWORD type, const BYTE* data, DWORD size) {
+    if (const DWORD error = deniedCode("RegSetValueExA"); error != 0) {
+        return static_cast<LONG>(error);
+    }
+    if (data == nullptr && size != 0) {
+        return ERROR_INVALID_PARAMETER;
+    }
+    Registry::KeyPointer opened;
+    if (const LONG error = keyOf(key, KEY_SET_VALUE, opened); error != ERROR_SUCCESS) {
+        return error;
+    }
+    Registry::Value value{orEmpty(name), type, {}};
+    if (size != 0) {
+        value.data.assign(data, data + size);
+    }
+    return Machine::current().registry.setValue(opened, std::move(value));
+}
+
+LONG WINAPI RegDeleteValueA(HKEY key, LPCSTR name) {
+    if (const DWORD error = deniedCode("RegDeleteValueA"); error != 0) {
+        return static_cast<LONG>(error);
+    }
+    Registry::KeyPointer opened;
+    if (const LONG error = keyOf(key, KEY_SET_VALUE, opened); error != ERROR_SUCCESS) {
+        return error;
+    }
+    return Machine::current().registry.removeValue(opened, orEmpty(name));
+}
+
+LONG WINAPI RegDeleteKeyA(HKEY key, LPCSTR subkey) {
+    if (const DWORD error = deniedCode("RegDeleteKeyA"); error != 0) {
+        return static_cast<LONG>(error);
+    }
+    if (subkey == nullptr) {
+        return ERROR_INVALID_PARAMETER;
+    }
+    Registry::KeyPointer from;
+    if (const LONG error = keyOf(key, 0, from); error != ERROR_SUCCESS) {
+        return error;
+    }
+    Machine& machine = Machine::current();
+    return machine.registry.remove(from, subkey, !isNt(machine.version));
+}
+
+LONG WINAPI RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD, LPSTR className,
+                          LPDWORD classSize, PFILETIME lastWrite) {
+    if (const DWORD error = deniedCode("RegEnumKeyExA"); error != 0) {
+        return static_cast<LONG>(error);
+    }
+    if (name == nullptr || nameSize == nullptr || className != nullptr || classSize != nullptr) {
+        return ERROR_INVALID_PARAMETER;  // class names are not kept
+    }
+    Registry::KeyPointer opened;
+    if (const LONG error = keyOf(key, KEY_ENUMERATE_SUB_KEYS, opened); error != ERROR_SUCCESS) {
+        return error;
+    }
+    std::string found;
+    FILETIME written{};
+    const LONG error = Machine::current().registry.subkey(opened, index, found, written);
+    if (error != ERROR_SUCCESS) {
+        return error;
+    }
+    if (lastWrite != nullptr) {
+        *lastWrite = written;
+    }
+    return giveName(found, name, nameSize);
+}
+
+LONG WINAPI RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD, LPDWORD type,
+                          LPBYTE data, LPDWORD size) {
+    if (const DWORD error = deniedCode("RegEnumValueA"); error != 0) {
+        return static_cast<LONG>(error);
+    }
+    if (name == nullptr || nameSize == nullptr || (data != nullptr && size == nullptr)) {
+        return ERROR_INVALID_PARAMETER;
+    }
+    Registry::KeyPointer opened;
+    if (const LONG error = keyOf(key, KEY_QUERY_VALUE, opened); error != ERROR_SUCCESS) {
+        return error;
+    }
+    Registry::Value value;
+    LONG error = Machine::current().registry.value(opened, index, value);
+    if (error != ERROR_SUCCESS) {
+        return error;
+    }
+    const LONG dataResult = giveData(value, type, data, size);
+    error = giveName(value.name, name, nameSize);
+    return error == ERROR_SUCCESS ? dataResult : error;
+}
