@@ -21,6 +21,18 @@ enum m_FilesystemTypes : DWORD {
     FILESYSTEM_FAT12_FLOPPY = 3,  // 1.44 MB
 };
 
+// Type codes of the exceptions.
+inline constexpr DWORD DISKIO_DEVICE = 0;
+inline constexpr DWORD DISKIO_OPEN = 1;
+inline constexpr DWORD DISKIO_READ = 2;
+inline constexpr DWORD DISKIO_WRITE = 3;
+inline constexpr DWORD DISKIO_CLOSE = 4;
+inline constexpr DWORD DISKIO_SEEK = 5;
+inline constexpr DWORD DISKIO_DELETE = 6;
+inline constexpr DWORD DISKIO_SECTOR = 11;
+inline constexpr DWORD DISKIO_DELETE_DIR = 12;
+inline constexpr DWORD DISKIO_WRONG_SYSTEM = 13;
+
 // One open file or device: its handle, the name it was opened under, its mode and the counters of the last
 // transfer. Every failed system call is thrown as a DiskIoException whose condition names the operation; the
 // object stays usable after it. "NT" below means an operating system value of 4 or more.
@@ -31,8 +43,8 @@ enum m_FilesystemTypes : DWORD {
 //   file.Close();
 class DiskIO : public UtilsBase<char> {
 public:
-    static constexpr WORD whole_size = 0xFFFF;  // transfer size of the operators' whole mode
-    static constexpr WORD default_size = 512;
+    static constexpr WORD wholeSize = 0xFFFF;  // transfer size of the operators' whole mode
+    static constexpr WORD defaultSize = 512;
 
     // Makes an object with default sizes and opens `name` when it is not null, as Open does (which see for
     // the parameters and for what is thrown).
@@ -44,13 +56,13 @@ public:
     // be duplicated; the target of an assignment is then unchanged.
     DiskIO(const DiskIO& other);
     DiskIO& operator=(const DiskIO& other);
-    // Restores a saved error mode, then closes as Close does.
+    // Restores a saved error mode, then closes as Close does, but throws nothing: call Close to learn of a
+    // failure.
     ~DiskIO() override;
 
     // One DeviceIoControl on the handle; sizes in bytes. Throws type 0; the error number comes from a reply
     // of 518 bytes (its last byte) or 28 bytes (AX; AH for code 4), otherwise from the system.
     virtual void DeviceControl(DWORD code, void* const in, DWORD inSize, void* out, DWORD outSize);
-    const char* derived_class() const override;
 
     bool operator==(const DiskIO& other) const { return handle_.get() == other.handle_.get(); }
     bool operator!=(const DiskIO& other) const { return !(*this == other); }
@@ -106,12 +118,12 @@ public:
     // True while the object works overlapped.
     bool get_async_mode() const { return IsOverlapped(); }
     DWORD get_error() const { return error_; }
-    DWORD GetBytesRead() const { return bytes_read_; }
-    DWORD GetBytesWritten() const { return bytes_written_; }
+    DWORD GetBytesRead() const { return bytesRead_; }
+    DWORD GetBytesWritten() const { return bytesWritten_; }
     // Low and high 32 bits of the size when the file was opened or last written; no system call.
-    DWORD GetFileSize() const { return file_size_; }
-    DWORD GetFileSizeHigh() const { return file_size_high_; }
-    const UtilsString& GetFileName() const { return file_name_; }
+    DWORD GetFileSize() const { return fileSize_; }
+    DWORD GetFileSizeHigh() const { return fileSizeHigh_; }
+    const UtilsString& GetFileName() const { return fileName_; }
 
     // Raw bytes, without length or terminator. Texts: in whole mode their length, otherwise write-size bytes,
     // padded with zeros when the text is shorter; an empty text in whole mode writes nothing. The pointer to
@@ -146,7 +158,7 @@ public:
 protected:
     // The event of an overlapped object with what its sharers must know of it.
     struct SharedEvent {
-        explicit SharedEvent(HANDLE event) : handle(event) {}
+        explicit SharedEvent(OwnedHandle event) : handle(std::move(event)) {}
         OwnedHandle handle;
         std::atomic<bool> outstanding{false};  // a transfer was started and not yet waited for
     };
@@ -163,45 +175,53 @@ protected:
     [[noreturn]] void Raise(DWORD type, const std::string& condition, int line = __builtin_LINE()) const;
 
     CCriticalSection lock_;
-    mutable UtilsString error_text_;
+    mutable UtilsString errorText_;
     CNTAdminObject os_;
     m_FilesystemTypes filesystem_ = FILESYSTEM_NONE;
     OwnedHandle handle_;
     OVERLAPPED overlapped_{};
-    UtilsString file_name_;
-    DWORD file_size_ = 0;
+    UtilsString fileName_;
+    DWORD fileSize_ = 0;
     DWORD attributes_ = FILE_ATTRIBUTE_NORMAL;
     mutable DWORD position_ = 0;
-    WORD read_size_ = default_size;
-    WORD write_size_ = default_size;
-    DWORD bytes_read_ = 0;
-    DWORD bytes_written_ = 0;
+    WORD readSize_ = defaultSize;
+    WORD writeSize_ = defaultSize;
+    DWORD bytesRead_ = 0;
+    DWORD bytesWritten_ = 0;
     mutable DWORD error_ = 0;
-    DWORD saved_error_mode_ = no_error_mode;
+    DWORD savedErrorMode_ = noErrorMode;
 
 private:
-    static constexpr DWORD no_error_mode = 0xFFFFFFFF;
-    static constexpr DWORD event_limit = 15000;  // milliseconds
+    static constexpr DWORD noErrorMode = 0xFFFFFFFF;
+    static constexpr DWORD eventLimit = 15000;  // milliseconds
 
-    DWORD OpenFlags(const std::string& name) const;
-    void OpenPlain(DWORD access, DWORD sharing, DWORD openflag);
-    void OpenOverlapped(DWORD access, DWORD sharing, DWORD openflag);
-    void ReleaseFile() noexcept;
+    OwnedHandle DuplicatedHandle() const;
+    void MakeEvent();
+    DWORD OpenFlags() const;
     bool WaitForTransfer();
     void FinishTransfers();
-    bool StartRead(void* buffer, DWORD length);
-    bool StartWrite(const void* buffer, DWORD length);
-    void CompleteRead(DWORD length);
-    void CompleteWrite(DWORD length);
-    [[noreturn]] void RaiseRead(DWORD length, int line = __builtin_LINE());
-    [[noreturn]] void RaiseWrite(DWORD length, int line = __builtin_LINE());
+    std::string NameText() const;
+
+    OVERLAPPED* NextOverlapped(DWORD length);
+    bool TransferStarted(bool done, DWORD moved);
+    bool CompleteTransfer(DWORD& moved);
+    // Transfers of exactly this length, 0 included, which the system's "no byte moved" then makes a failure.
+    void ReadExactly(void* buffer, DWORD length);
+    void WriteExactly(const void* buffer, DWORD length);
+    // The same with a buffer that does not outlive the call: an overlapped transfer is over on return.
+    void ReadAndWait(void* buffer, DWORD length);
+    void WriteAndWait(const void* buffer, DWORD length);
     DWORD ReadLength() const;
-    void WritePadded(const char* text, std::size_t length);
-    void AbsoluteTransfer(_ABSREADWRITE& packet, DWORD drive, DWORD code);
+    void WriteText(const char* text, std::size_t length);
+
+    bool AbsoluteTransfer(_ABSREADWRITE& packet, DWORD drive, DWORD code);
     void RefuseOnNT(const char* operation, int line = __builtin_LINE());
+    [[noreturn]] void RaiseClose(int line = __builtin_LINE()) const;
+    [[noreturn]] void RaiseRead(DWORD length, int line = __builtin_LINE()) const;
+    [[noreturn]] void RaiseWrite(DWORD length, int line = __builtin_LINE()) const;
 
     bool nt_ = false;  // os_.IsNT(), asked once: it decides the path of every transfer
-    DWORD file_size_high_ = 0;
+    DWORD fileSizeHigh_ = 0;
     std::shared_ptr<SharedEvent> event_;
 };
 

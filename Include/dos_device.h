@@ -38,11 +38,11 @@ static_assert(sizeof(DIOC_REGISTERS) == 28 && offsetof(DIOC_REGISTERS, reg_EAX) 
 
 // Packet of an absolute disk read or write.
 struct _ABSREADWRITE {
-    DWORD start_sector;  // 0 = boot sector
-    WORD sector_count;
+    DWORD startSector;  // 0 = boot sector
+    WORD sectorCount;
     DWORD buffer;  // 32-bit address, see PtrToUlong
 };
-static_assert(sizeof(_ABSREADWRITE) == 10 && offsetof(_ABSREADWRITE, sector_count) == 4 &&
+static_assert(sizeof(_ABSREADWRITE) == 10 && offsetof(_ABSREADWRITE, sectorCount) == 4 &&
               offsetof(_ABSREADWRITE, buffer) == 6);
 
 // Request to and answer of the BIOS read and write of a virtual device driver.
@@ -51,7 +51,7 @@ struct _BIOSREADWRITEPARAMIN {
     BYTE cylinder;
     BYTE head;
     BYTE sector;  // 1 = first
-    BYTE sector_count;
+    BYTE sectorCount;
     DWORD buffer;  // 32-bit address
 };
 static_assert(sizeof(_BIOSREADWRITEPARAMIN) == 9 && offsetof(_BIOSREADWRITEPARAMIN, buffer) == 5);
@@ -61,39 +61,39 @@ struct _SECTOR_ID {
     BYTE cylinder;
     BYTE head;
     BYTE sector;     // 1 = first
-    BYTE size_code;  // 128 << code bytes; 2 = 512
+    BYTE sizeCode;  // 128 << code bytes; 2 = 512
 };
 static_assert(sizeof(_SECTOR_ID) == 4);
 
 // BIOS parameter block as MS-DOS reports it for a block device.
 struct _DEVICEBPB {
-    WORD bytes_per_sector;
-    BYTE sectors_per_cluster;
-    WORD reserved_sectors;
+    WORD bytesPerSector;
+    BYTE sectorsPerCluster;
+    WORD reservedSectors;
     BYTE fats;
-    WORD root_entries;
-    WORD total_sectors;
-    BYTE media_descriptor;
-    WORD sectors_per_fat;
-    WORD sectors_per_track;
+    WORD rootEntries;
+    WORD totalSectors;
+    BYTE mediaDescriptor;
+    WORD sectorsPerFat;
+    WORD sectorsPerTrack;
     WORD heads;
-    DWORD hidden_sectors;
-    DWORD huge_total_sectors;
+    DWORD hiddenSectors;
+    DWORD hugeTotalSectors;
     BYTE reserved[6];
 };
-static_assert(sizeof(_DEVICEBPB) == 31 && offsetof(_DEVICEBPB, sectors_per_track) == 13 &&
-              offsetof(_DEVICEBPB, heads) == 15 && offsetof(_DEVICEBPB, hidden_sectors) == 17);
+static_assert(sizeof(_DEVICEBPB) == 31 && offsetof(_DEVICEBPB, sectorsPerTrack) == 13 &&
+              offsetof(_DEVICEBPB, heads) == 15 && offsetof(_DEVICEBPB, hiddenSectors) == 17);
 
 // Block-device parameters (INT 21h 440Dh, category 08h, minor code 60h).
 struct _DEVICEPARAMS {
-    BYTE special_functions;
-    BYTE device_type;  // 7 = 1.44 MB
-    WORD device_attributes;
+    BYTE specialFunctions;
+    BYTE deviceType;  // 7 = 1.44 MB
+    WORD deviceAttributes;
     WORD cylinders;
-    BYTE media_type;
+    BYTE mediaType;
     _DEVICEBPB bpb;
 };
-static_assert(sizeof(_DEVICEPARAMS) == 38 && offsetof(_DEVICEPARAMS, device_type) == 1 &&
+static_assert(sizeof(_DEVICEPARAMS) == 38 && offsetof(_DEVICEPARAMS, deviceType) == 1 &&
               offsetof(_DEVICEPARAMS, cylinders) == 4 && offsetof(_DEVICEPARAMS, bpb) == 7);
 
 #pragma pack(pop)
