@@ -1,24 +1,35 @@
 #pragma once
+#include <array>
 #include <filesystem>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 
 #include "winlayer/file_system.h"
 
 namespace winlayer {
 
+class Machine;
+class ShareTable;
+
 struct Drive {
     std::shared_ptr<FileSystem> files;  // null: a drive letter without anything behind it
     UINT type = DRIVE_FIXED;            // what GetDriveTypeA reports
 };
 
-// The drive letters A to Z, the current directory, and the way from a Windows path to a file system.
+// The drive letters A to Z, the current directory, and the way from a Windows path to a file system. Drives
+// are mounted before the product runs; the current directory may change at any time, on any thread.
 class Drives {
 public:
+    explicit Drives(const Machine& machine);
+    ~Drives();
+
     void mount(char letter, std::shared_ptr<FileSystem> files, UINT type);
     // A host folder as a drive.
     void mountFolder(char letter, const std::filesystem::path& folder, UINT type = DRIVE_FIXED);
+    // A folder of the machine's own, made when it is first used and removed with the drive.
+    void mountPrivateFolder(char letter, UINT type = DRIVE_FIXED);
     void unmount(char letter);
     // Null when the letter has no drive.
     const Drive* find(char letter) const;
@@ -31,16 +42,21 @@ public:
 
     // Splits any Windows path (relative ones against the current directory; "." and ".." resolved; forward
     // slashes taken as backslashes) into its drive and the path below it. ERROR_PATH_NOT_FOUND when there is
-    // no such drive.
+    // no such drive, ERROR_NOT_READY when nothing is behind it.
     DWORD resolve(const std::string& path, std::shared_ptr<FileSystem>& files, std::string& below) const;
 
     // The Windows path of a host path, through the drive whose folder holds it ("Z:" holds everything).
     // Throws std::invalid_argument when a character has no place in the ANSI code page.
     std::string fromHost(const std::filesystem::path& hostPath) const;
+    // The host path behind a Windows path. Throws std::invalid_argument when it is on no host folder.
+    std::filesystem::path toHost(const std::string& path) const;
 
 private:
-    Drive drives_[26];
-    std::string current_;
+    const Machine& machine_;
+    std::shared_ptr<ShareTable> shares_;
+    std::array<std::optional<Drive>, 26> drives_;
+    mutable std::mutex currentMutex_;
+    std::string current_ = "C:\\";
 };
 
 }  // namespace winlayer

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "winlayer/handle_table.h"
+#include "winlayer/include/fileapi.h"
 
 // The seam between the file functions and what they work on: host folders, diskettes, devices. Nothing here
 // touches the last error: each operation returns a Windows error code (0 = success). Paths are relative to
@@ -46,12 +47,23 @@ struct OpenRequest {
     DWORD sharing = 0;      // FILE_SHARE_...
     DWORD disposition = 0;  // CREATE_NEW to TRUNCATE_EXISTING
     DWORD attributes = 0;   // of a file that is created
+    bool writeThrough = false;
+    bool deleteOnClose = false;  // the caller removes the file; here it must be allowed
 };
 
 struct VolumeFacts {
     std::string label;
     DWORD serial = 0;
-    std::string fileSystem;  // as in "FAT"
+    std::string fileSystem;   // as in "FAT"
+    DWORD longestName = 255;  // of one path element, in characters
+};
+
+// A walk over the entries of one directory.
+class Listing {
+public:
+    virtual ~Listing() = default;
+    // The next entry; ERROR_NO_MORE_FILES after the last.
+    virtual DWORD next(FileFacts& entry) = 0;
 };
 
 class FileSystem {
@@ -63,6 +75,10 @@ public:
     virtual DWORD facts(const std::string& path, FileFacts& facts) = 0;
     // The entries of a directory in the order the system returns them, "." and ".." included below the root.
     virtual DWORD list(const std::string& directory, std::vector<FileFacts>& entries) = 0;
+    // The same as a walk, of the names that match the pattern. A file system where the facts of each entry
+    // cost a call of their own overrides it and asks for them as the walk goes.
+    virtual DWORD search(const std::string& directory, const std::string& pattern,
+                         std::unique_ptr<Listing>& listing);
     virtual DWORD setAttributes(const std::string& path, DWORD attributes) = 0;
     virtual DWORD removeFile(const std::string& path) = 0;
     virtual DWORD createDirectory(const std::string& path) = 0;

@@ -15,6 +15,11 @@ namespace winlayer {
 // load. Thread rule: any thread may enter; the plan is changed while no other thread is inside the layer.
 class Gate {
 public:
+    Gate() = default;
+    Gate(const Gate&) = delete;
+    Gate& operator=(const Gate&) = delete;
+    ~Gate();
+
     static constexpr std::size_t always = std::numeric_limits<std::size_t>::max();
 
     // Fails the k-th call from now on that can fail (0 = the next one) with the Windows error code.
@@ -34,9 +39,11 @@ public:
     std::size_t failedCalls() const;
 
     // Entered at the start of each function: 0 to go on, otherwise the error to fail with.
-    DWORD enter(const char* function, bool canFail) {
-        return armed_.load(std::memory_order_relaxed) ? enterArmed(function, canFail) : 0;
-    }
+    DWORD enter(const char* function, bool canFail);
+
+    // Gates of this process that hold a plan or a record. Zero in ordinary running, which is all that an
+    // entering function then looks at.
+    static inline std::atomic<int> armed{0};
 
 private:
     struct FunctionFault {
@@ -46,11 +53,12 @@ private:
         std::size_t count;
     };
 
-    DWORD enterArmed(const char* function, bool canFail);
+    void arm();
+    void disarm();
     DWORD plannedError(const char* function);
 
-    std::atomic<bool> armed_{false};
     mutable std::mutex mutex_;
+    bool armed_ = false;
     bool recording_ = false;
     std::size_t countdown_ = always;
     DWORD countdownError_ = 0;
@@ -60,12 +68,26 @@ private:
     std::size_t failed_ = 0;
 };
 
+// The slow half of the three below: asks the current machine's gate.
+DWORD enterCurrentGate(const char* function, bool canFail);
+bool enterCurrentGateOrSetLastError(const char* function);
+
 // For functions that report through the last error: true when the plan fails this call; the last error is
 // then set.
-bool denied(const char* function);
+inline bool denied(const char* function) {
+    return Gate::armed.load(std::memory_order_relaxed) != 0 && enterCurrentGateOrSetLastError(function);
+}
+
 // For functions that return the error code itself (the registry's): 0 to go on.
-DWORD deniedCode(const char* function);
-// For functions that cannot fail (locks, clocks, the last error's own).
-void entered(const char* function);
+inline DWORD deniedCode(const char* function) {
+    return Gate::armed.load(std::memory_order_relaxed) != 0 ? enterCurrentGate(function, true) : 0;
+}
+
+// For functions that cannot fail (locks, clocks).
+inline void entered(const char* function) {
+    if (Gate::armed.load(std::memory_order_relaxed) != 0) {
+        enterCurrentGate(function, false);
+    }
+}
 
 }  // namespace winlayer

@@ -1,5 +1,6 @@
 #pragma once
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <mutex>
 #include <vector>
@@ -22,6 +23,7 @@ public:
 // predefined key. Thread rule: every operation may be called from any thread.
 class HandleTable {
 public:
+    // Null when all 65,536 places are taken (ERROR_TOO_MANY_OPEN_FILES to the caller).
     HANDLE add(std::shared_ptr<KernelObject> object);
 
     // The object behind a handle when it is one of kind T; null for a stale or foreign handle.
@@ -44,6 +46,7 @@ private:
     };
 
     std::shared_ptr<KernelObject> find(HANDLE handle) const;
+    const Slot* slot(HANDLE handle) const;
 
     mutable std::mutex mutex_;
     std::vector<Slot> slots_;

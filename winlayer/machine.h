@@ -9,6 +9,7 @@
 #include "winlayer/local_memory.h"
 #include "winlayer/message_queue.h"
 #include "winlayer/modules.h"
+#include "winlayer/named_events.h"
 #include "winlayer/registry.h"
 #include "winlayer/security.h"
 
@@ -21,10 +22,11 @@ constexpr bool isNt(WindowsVersion version) {
     return version >= WindowsVersion::NT351;
 }
 
-// Everything the layer pretends to be. A program gets one on first use (Windows XP; C: a private directory
-// made on first use and removed at exit; Z: the host's root; the current directory that of the host, seen
-// through Z:). A test makes its own with ScopedMachine. The members are plain: a test or program sets what it
-// wants before the product runs.
+// Everything the layer pretends to be: a Windows XP (or what it is made as) with the drives C:, a private
+// folder with the Windows directories that is made on first use and removed with the machine, and Z:, the
+// host's root; the current directory is "C:\\". A program gets one on first use, which lasts until the
+// program ends and starts in the host's current directory, seen through Z:. A test makes its own with
+// ScopedMachine. The members are plain: a test or program sets what it wants before the product runs.
 class Machine {
 public:
     explicit Machine(WindowsVersion windows = WindowsVersion::XP);
@@ -34,6 +36,10 @@ public:
 
     static Machine& current();
 
+    // "C:\\WINDOWS" or, before XP on NT, "C:\\WINNT", and the system directory in it.
+    std::string windowsDirectory() const;
+    std::string systemDirectory() const;
+
     WindowsVersion version;
     std::string computerName = "WORKSTATION";  // ANSI
     UINT ansiCodePage = 1252;                  // 1252 or 65001 ...: what code_pages.h supports
@@ -41,9 +47,10 @@ public:
     UINT errorMode = 0;                        // SetErrorMode's value
 
     Gate gate;
+    Drives drives{*this};
     HandleTable handles;
+    NamedEvents namedEvents;
     LocalMemory localMemory;
-    Drives drives;
     Registry registry;
     Security security;
     Clock clock;

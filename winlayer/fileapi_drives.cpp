@@ -1,0 +1,105 @@
+#include <cstring>
+
+#include "winlayer/include/winbase.h"
+#include "winlayer/last_error.h"
+#include "winlayer/machine.h"
+#include "winlayer/path_resolution.h"
+
+namespace {
+
+using winlayer::Drive;
+using winlayer::Machine;
+
+// The drive that a root directory such as "A:\" names; a null one is that of the current directory.
+const Drive* driveOfRoot(const Machine& machine, LPCSTR root) {
+    winlayer::ResolvedPath resolved;
+    const std::string path = root != nullptr ? root : "\\";
+    if (resolvePath(path, machine.drives.currentDirectory(), resolved) != 0 || !resolved.below.empty()) {
+        return nullptr;
+    }
+    return machine.drives.find(resolved.letter);
+}
+
+bool endsWithSeparator(LPCSTR root) {
+    const std::size_t length = root == nullptr ? 0 : std::strlen(root);
+    return root == nullptr || (length > 0 && (root[length - 1] == '\\' || root[length - 1] == '/'));
+}
+
+// The file system of a root given with its separator; otherwise an error code.
+DWORD volumeOf(const Machine& machine, LPCSTR root, std::shared_ptr<winlayer::FileSystem>& files) {
+    if (!endsWithSeparator(root)) {
+        return ERROR_INVALID_NAME;
+    }
+    const Drive* drive = driveOfRoot(machine, root);
+    if (drive == nullptr) {
+        return ERROR_PATH_NOT_FOUND;
+    }
+    files = drive->files;
+    return files == nullptr ? ERROR_NOT_READY : 0;
+}
+
+bool fits(const std::string& text, LPCSTR buffer, DWORD size) {
+    return buffer == nullptr || text.size() < size;
+}
+
+void copyIfWanted(const std::string& text, LPSTR buffer) {
+    if (buffer != nullptr) {
+        std::memcpy(buffer, text.c_str(), text.size() + 1);
+    }
+}
+
+}  // namespace
+
+DWORD WINAPI GetLogicalDrives() {
+    return winlayer::denied(__func__) ? 0 : Machine::current().drives.letters();
+}
+
+UINT WINAPI GetDriveTypeA(LPCSTR root) {
+    winlayer::entered(__func__);
+    const Drive* drive = driveOfRoot(Machine::current(), root);
+    return drive == nullptr ? DRIVE_NO_ROOT_DIR : drive->type;
+}
+
+BOOL WINAPI GetVolumeInformationA(LPCSTR root, LPSTR label, DWORD labelSize, LPDWORD serial,
+                                  LPDWORD maximumComponent, LPDWORD flags, LPSTR fileSystem,
+                                  DWORD fileSystemSize) {
+    if (winlayer::denied(__func__)) {
+        return FALSE;
+    }
+    std::shared_ptr<winlayer::FileSystem> files;
+    winlayer::VolumeFacts facts;
+    DWORD error = volumeOf(Machine::current(), root, files);
+    if (error == 0) {
+        error = files->volume(facts);
+    }
+    if (error == 0 &&
+        !(fits(facts.label, label, labelSize) && fits(facts.fileSystem, fileSystem, fileSystemSize))) {
+        error = ERROR_MORE_DATA;
+    }
+    if (!winlayer::succeeded(error)) {
+        return FALSE;
+    }
+    copyIfWanted(facts.label, label);
+    copyIfWanted(facts.fileSystem, fileSystem);
+    const auto put = [](LPDWORD place, DWORD value) {
+        if (place != nullptr) {
+            *place = value;
+        }
+    };
+    put(serial, facts.serial);
+    put(maximumComponent, facts.longestName);
+    put(flags, 0);
+    return TRUE;
+}
+
+BOOL WINAPI SetVolumeLabelA(LPCSTR root, LPCSTR label) {
+    if (winlayer::denied(__func__)) {
+        return FALSE;
+    }
+    std::shared_ptr<winlayer::FileSystem> files;
+    DWORD error = volumeOf(Machine::current(), root, files);
+    if (error == 0) {
+        error = files->setLabel(label == nullptr ? "" : label);
+    }
+    return winlayer::succeeded(error) ? TRUE : FALSE;
+}

@@ -1,0 +1,61 @@
+#include "winlayer/include/handleapi.h"
+
+#include "winlayer/current_process.h"
+#include "winlayer/gate.h"
+#include "winlayer/include/synchapi.h"
+#include "winlayer/machine.h"
+#include "winlayer/search_object.h"
+
+namespace {
+
+bool isPseudoHandle(HANDLE handle) {
+    return handle == winlayer::currentProcess() || handle == winlayer::currentThread();
+}
+
+}  // namespace
+
+// A close that the fault plan fails still takes the handle away: Windows refuses to close only what is not
+// open any more, so a caller must not be left with a handle it cannot get rid of.
+BOOL WINAPI CloseHandle(HANDLE object) {
+    const DWORD planned = winlayer::deniedCode(__func__);
+    winlayer::HandleTable& handles = winlayer::Machine::current().handles;
+    if (planned == 0 && isPseudoHandle(object)) {
+        return TRUE;
+    }
+    const bool closed = handles.get<winlayer::SearchObject>(object) == nullptr && handles.remove(object);
+    if (planned != 0 || !closed) {
+        SetLastError(planned != 0 ? planned : ERROR_INVALID_HANDLE);
+        return FALSE;
+    }
+    return TRUE;
+}
+
+// The copy stands for the same object, its position included, and grants what the source grants.
+BOOL WINAPI DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, LPHANDLE target,
+                            DWORD /*access*/, BOOL /*inherit*/, DWORD options) {
+    if (winlayer::denied(__func__)) {
+        return FALSE;
+    }
+    winlayer::HandleTable& handles = winlayer::Machine::current().handles;
+    const auto object = handles.get<winlayer::KernelObject>(source);
+    const bool here =
+        sourceProcess == winlayer::currentProcess() && targetProcess == winlayer::currentProcess();
+    const bool search = std::dynamic_pointer_cast<winlayer::SearchObject>(object) != nullptr;
+    if (!here || object == nullptr || search) {
+        SetLastError(ERROR_INVALID_HANDLE);
+        return FALSE;
+    }
+    if ((options & DUPLICATE_SAME_ACCESS) == 0 || target == nullptr) {
+        SetLastError(target == nullptr ? ERROR_INVALID_PARAMETER : ERROR_NOT_SUPPORTED);
+        return FALSE;
+    }
+    *target = handles.add(object);
+    if (*target == nullptr) {
+        SetLastError(ERROR_TOO_MANY_OPEN_FILES);
+        return FALSE;
+    }
+    if ((options & DUPLICATE_CLOSE_SOURCE) != 0) {
+        handles.remove(source);
+    }
+    return TRUE;
+}

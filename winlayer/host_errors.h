@@ -1,0 +1,9 @@
+#pragma once
+#include "winlayer/include/minwindef.h"
+
+namespace winlayer {
+
+// The Windows error code for a host error number (errno); ERROR_GEN_FAILURE for one without a counterpart.
+DWORD windowsError(int hostError);
+
+}  // namespace winlayer

@@ -1,0 +1,39 @@
+#pragma once
+#include "winlayer/file_system.h"
+#include "winlayer/share_table.h"
+
+namespace winlayer {
+
+// A descriptor of the host, closed with its owner.
+class HostDescriptor {
+public:
+    explicit HostDescriptor(int number = -1) : number_(number) {}
+    HostDescriptor(HostDescriptor&& other) noexcept : number_(other.number_) { other.number_ = -1; }
+    HostDescriptor& operator=(HostDescriptor&&) = delete;
+    ~HostDescriptor();
+
+    int get() const { return number_; }
+    explicit operator bool() const { return number_ >= 0; }
+
+private:
+    int number_;
+};
+
+// A regular file of the host. Nothing is buffered: each transfer is one positioned call of the host.
+class HostFile : public OpenFile {
+public:
+    HostFile(HostDescriptor descriptor, std::unique_ptr<ShareTable::Entry> share)
+        : descriptor_(std::move(descriptor)), share_(std::move(share)) {}
+
+    Transfer read(std::uint64_t offset, std::span<std::byte> buffer) override;
+    Transfer write(std::uint64_t offset, std::span<const std::byte> data) override;
+    DWORD flush() override;
+    DWORD size(std::uint64_t& bytes) override;
+    DWORD resize(std::uint64_t bytes) override;
+
+private:
+    HostDescriptor descriptor_;
+    std::unique_ptr<ShareTable::Entry> share_;
+};
+
+}  // namespace winlayer

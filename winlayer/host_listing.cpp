@@ -1,0 +1,139 @@
+#include "winlayer/host_listing.h"
+
+#include <dirent.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "winlayer/case_folding.h"
+#include "winlayer/code_pages.h"
+#include "winlayer/host_attributes.h"
+#include "winlayer/host_errors.h"
+#include "winlayer/path_resolution.h"
+#include "winlayer/share_table.h"
+#include "winlayer/wildcard.h"
+
+namespace winlayer {
+
+namespace {
+
+struct Name {
+    std::string host;
+    std::string key;  // its place in the order
+    bool mayBeLink;
+};
+
+FILETIME toFileTime(const timespec& time) {
+    constexpr std::int64_t secondsFrom1601 = 11'644'473'600;
+    const auto ticks =
+        static_cast<std::uint64_t>((time.tv_sec + secondsFrom1601) * 10'000'000 + time.tv_nsec / 100);
+    return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
+}
+
+// Whether a directory is one of those that a path leads through.
+bool leadsThrough(const std::string& path, const struct stat& directory) {
+    for (std::size_t end = path.size(); end != std::string::npos;
+         end = end == 0 ? end - 1 : path.rfind('/', end - 1)) {
+        struct stat passed;
+        if (::stat(end == 0 ? "/" : path.substr(0, end).c_str(), &passed) == 0 &&
+            passed.st_ino == directory.st_ino && passed.st_dev == directory.st_dev) {
+            return true;
+        }
+    }
+    return false;
+}
+
+class HostListing : public Listing {
+public:
+    HostListing(const Machine& machine, std::string path, std::vector<Name> names)
+        : machine_(machine), path_(std::move(path)), names_(std::move(names)) {}
+
+    DWORD next(FileFacts& entry) override {
+        while (next_ < names_.size()) {
+            const DWORD error = describe(names_[next_++], entry);
+            if (error != ERROR_FILE_NOT_FOUND) {
+                return error;
+            }
+        }
+        return ERROR_NO_MORE_FILES;
+    }
+
+private:
+    DWORD describe(const Name& name, FileFacts& entry) const {
+        const std::string path = path_ + '/' + name.host;
+        struct stat known;
+        const bool leads = ::stat(path.c_str(), &known) == 0;
+        // What leads nowhere may still be there as a link.
+        if (!leads && ::lstat(path.c_str(), &known) != 0) {
+            return windowsError(errno);
+        }
+        if (leads && name.mayBeLink && S_ISDIR(known.st_mode) && leadsThrough(path_, known)) {
+            return ERROR_CANT_RESOLVE_FILENAME;
+        }
+        fromUtf8(machine_, name.host, entry.name);
+        fillHostFacts(path.c_str(), known, entry);
+        return 0;
+    }
+
+    const Machine& machine_;
+    const std::string path_;
+    const std::vector<Name> names_;
+    std::size_t next_ = 0;
+};
+
+bool isDots(std::string_view name) {
+    return name == "." || name == "..";
+}
+
+// Why a name cannot be shown; 0 when it can.
+DWORD obstacle(const Machine& machine, std::string_view name) {
+    std::string ansi;
+    if (!isWindowsName(name)) {
+        return ERROR_INVALID_NAME;
+    }
+    return fromUtf8(machine, name, ansi) ? 0 : ERROR_NO_UNICODE_TRANSLATION;
+}
+
+// Every name must be one that can be shown, also when it does not match: it might have, under another name.
+DWORD readNames(const Machine& machine, const HostDirectory& directory, const Wildcard& pattern,
+                std::vector<Name>& names) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(directory.path.c_str()), ::closedir);
+    if (open == nullptr) {
+        return windowsError(errno);
+    }
+    for (errno = 0; const dirent* entry = ::readdir(open.get()); errno = 0) {
+        const std::string_view name = entry->d_name;
+        const bool dots = isDots(name);
+        if (const DWORD error = dots ? 0 : obstacle(machine, name); error != 0) {
+            return error;
+        }
+        if (!(dots && directory.isRoot) && pattern.matches(name)) {
+            const bool mayBeLink = !dots && (entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN);
+            names.push_back({std::string(name), dots ? std::string() : foldCase(name), mayBeLink});
+        }
+    }
+    return errno == 0 ? 0 : windowsError(errno);
+}
+
+}  // namespace
+
+void fillHostFacts(const char* path, const struct stat& known, FileFacts& facts) {
+    facts.shortName.clear();
+    facts.attributes = attributesOf(path, known);
+    facts.size = S_ISREG(known.st_mode) ? static_cast<std::uint64_t>(known.st_size) : 0;
+    facts.written = toFileTime(known.st_mtim);
+}
+
+DWORD startHostListing(const Machine& machine, const HostDirectory& directory, std::string_view pattern,
+                       std::unique_ptr<Listing>& listing) {
+    std::vector<Name> names;
+    if (const DWORD error = readNames(machine, directory, Wildcard(pattern), names); error != 0) {
+        return error;
+    }
+    std::sort(names.begin(), names.end(),
+              [](const Name& a, const Name& b) { return a.key != b.key ? a.key < b.key : a.host < b.host; });
+    listing = std::make_unique<HostListing>(machine, directory.path, std::move(names));
+    return 0;
+}
+
+}  // namespace winlayer

@@ -1,0 +1,28 @@
+#pragma once
+#include <sys/stat.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "winlayer/file_system.h"
+
+namespace winlayer {
+
+class Machine;
+
+// All facts but the names.
+void fillHostFacts(const char* path, const struct stat& known, FileFacts& facts);
+
+struct HostDirectory {
+    std::string path;
+    bool isRoot;  // has no "." and ".." then
+};
+
+// Starts a walk over the entries whose names match the pattern (UTF-8): those that the directory has now, in
+// the order of their names without case. Their facts are asked for one by one; an entry that is gone by then
+// is left out.
+DWORD startHostListing(const Machine& machine, const HostDirectory& directory, std::string_view pattern,
+                       std::unique_ptr<Listing>& listing);
+
+}  // namespace winlayer

@@ -1,0 +1,80 @@
+#include "winlayer/machine.h"
+
+#include <atomic>
+#include <cstdlib>
+#include <stdexcept>
+
+#include "winlayer/host_folder.h"
+
+namespace winlayer {
+
+namespace {
+
+std::atomic<Machine*> currentMachine{nullptr};
+
+std::shared_ptr<PrivateFolder> privateFolderOf(const Machine& machine) {
+    const Drive* drive = machine.drives.find('C');
+    return drive != nullptr ? std::dynamic_pointer_cast<PrivateFolder>(drive->files) : nullptr;
+}
+
+Machine& defaultMachine();
+
+void discardDefaultDrive() {
+    if (const auto folder = privateFolderOf(defaultMachine())) {
+        folder->discard();
+    }
+}
+
+// A name that the ANSI code page cannot hold leaves the program at the root.
+void startInHostDirectory(Machine& machine) {
+    std::error_code error;
+    const auto directory = std::filesystem::current_path(error);
+    try {
+        machine.drives.setCurrentDirectory(machine.drives.fromHost(directory));
+    } catch (const std::invalid_argument&) {
+        machine.drives.setCurrentDirectory("Z:\\");
+    }
+}
+
+// The program's own machine is never destroyed, because objects that outlive main() still take locks; only
+// what it left on the host goes at exit.
+Machine& defaultMachine() {
+    static Machine* const machine = [] {
+        auto made = std::make_unique<Machine>();
+        startInHostDirectory(*made);
+        std::atexit(discardDefaultDrive);
+        return made.release();
+    }();
+    return *machine;
+}
+
+}  // namespace
+
+Machine::Machine(WindowsVersion windows) : version(windows) {
+    drives.mountPrivateFolder('C');
+    drives.mountFolder('Z', "/");
+}
+
+Machine::~Machine() = default;
+
+Machine& Machine::current() {
+    Machine* const machine = currentMachine.load(std::memory_order_acquire);
+    return machine != nullptr ? *machine : defaultMachine();
+}
+
+std::string Machine::windowsDirectory() const {
+    return isNt(version) && version < WindowsVersion::XP ? "C:\\WINNT" : "C:\\WINDOWS";
+}
+
+std::string Machine::systemDirectory() const {
+    return windowsDirectory() + (isNt(version) ? "\\SYSTEM32" : "\\SYSTEM");
+}
+
+ScopedMachine::ScopedMachine(WindowsVersion version)
+    : machine_(version), previous_(currentMachine.exchange(&machine_, std::memory_order_acq_rel)) {}
+
+ScopedMachine::~ScopedMachine() {
+    currentMachine.store(previous_, std::memory_order_release);
+}
+
+}  // namespace winlayer

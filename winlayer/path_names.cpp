@@ -1,0 +1,102 @@
+#include <algorithm>
+
+#include "winlayer/include/sysinfoapi.h"
+#include "winlayer/include/winbase.h"
+#include "winlayer/last_error.h"
+#include "winlayer/machine.h"
+#include "winlayer/text_result.h"
+
+namespace {
+
+using winlayer::FileFacts;
+using winlayer::giveText;
+using winlayer::Machine;
+
+bool isSeparator(char c) {
+    return c == '\\' || c == '/';
+}
+
+// Rewrites each element of a path as `rewrite` tells from the facts of what it names; drive, separators, "."
+// and
+// ".." stay as they are.
+template <class Rewrite>
+DWORD rewriteElements(const std::string& path, const Rewrite& rewrite, std::string& rewritten) {
+    const winlayer::Drives& drives = Machine::current().drives;
+    std::size_t start = path.size() >= 2 && path[1] == ':' ? 2 : 0;
+    rewritten = path.substr(0, start);
+    while (start < path.size()) {
+        if (isSeparator(path[start])) {
+            rewritten += '\\';
+            ++start;
+            continue;
+        }
+        const std::size_t end = std::min(path.find_first_of("\\/", start), path.size());
+        const std::string element = path.substr(start, end - start);
+        std::shared_ptr<winlayer::FileSystem> files;
+        std::string below;
+        FileFacts facts;
+        DWORD error = drives.resolve(path.substr(0, end), files, below);
+        if (error == 0) {
+            error = files->facts(below, facts);
+        }
+        if (error != 0) {
+            return error;
+        }
+        rewritten += element == "." || element == ".." || below.empty() ? element : rewrite(facts);
+        start = end;
+    }
+    return 0;
+}
+
+template <class Rewrite>
+DWORD giveRewritten(LPCSTR path, LPSTR buffer, DWORD size, const Rewrite& rewrite) {
+    std::string rewritten;
+    const DWORD error = path == nullptr ? ERROR_INVALID_PARAMETER : rewriteElements(path, rewrite, rewritten);
+    return winlayer::succeeded(error) ? giveText(rewritten, buffer, size) : 0;
+}
+
+}  // namespace
+
+DWORD WINAPI GetLongPathNameA(LPCSTR path, LPSTR buffer, DWORD size) {
+    if (winlayer::denied(__func__)) {
+        return 0;
+    }
+    return giveRewritten(path, buffer, size, [](const FileFacts& facts) { return facts.name; });
+}
+
+DWORD WINAPI GetShortPathNameA(LPCSTR path, LPSTR buffer, DWORD size) {
+    if (winlayer::denied(__func__)) {
+        return 0;
+    }
+    return giveRewritten(path, buffer, size, [](const FileFacts& facts) {
+        return facts.shortName.empty() ? facts.name : facts.shortName;
+    });
+}
+
+DWORD WINAPI GetCurrentDirectoryA(DWORD size, LPSTR buffer) {
+    return winlayer::denied(__func__) ? 0
+                                      : giveText(Machine::current().drives.currentDirectory(), buffer, size);
+}
+
+BOOL WINAPI SetCurrentDirectoryA(LPCSTR path) {
+    if (winlayer::denied(__func__)) {
+        return FALSE;
+    }
+    const DWORD error =
+        path == nullptr ? ERROR_INVALID_PARAMETER : Machine::current().drives.setCurrentDirectory(path);
+    return winlayer::succeeded(error) ? TRUE : FALSE;
+}
+
+UINT WINAPI GetWindowsDirectoryA(LPSTR buffer, UINT size) {
+    return winlayer::denied(__func__) ? 0 : giveText(Machine::current().windowsDirectory(), buffer, size);
+}
+
+UINT WINAPI GetSystemDirectoryA(LPSTR buffer, UINT size) {
+    return winlayer::denied(__func__) ? 0 : giveText(Machine::current().systemDirectory(), buffer, size);
+}
+
+DWORD WINAPI GetTempPathA(DWORD size, LPSTR buffer) {
+    return winlayer::denied(__func__)
+               ? 0
+               : giveText(Machine::current().windowsDirectory() + "\\TEMP\\", buffer, size);
+}

@@ -1,0 +1,68 @@
+#pragma once
+#include <sys/types.h>
+
+#include <memory>
+#include <mutex>
+#include <unordered_map>
+
+#include "winlayer/include/fileapi.h"
+
+namespace winlayer {
+
+// A host file whatever its names.
+struct FileIdentity {
+    dev_t device = 0;
+    ino_t node = 0;
+    bool operator==(const FileIdentity&) const = default;
+};
+
+// Who has which host file open in this machine, and what each of them lets others do. An open that asks for
+// neither reading nor writing takes no part.
+class ShareTable : public std::enable_shared_from_this<ShareTable> {
+public:
+    // One open file's entry; ends it when destroyed.
+    class Entry {
+    public:
+        Entry(std::shared_ptr<ShareTable> table, FileIdentity file, DWORD access, DWORD sharing)
+            : table_(std::move(table)), file_(file), access_(access), sharing_(sharing) {}
+        Entry(const Entry&) = delete;
+        Entry& operator=(const Entry&) = delete;
+        ~Entry();
+
+    private:
+        std::shared_ptr<ShareTable> table_;
+        FileIdentity file_;
+        DWORD access_;
+        DWORD sharing_;
+    };
+
+    // False: an earlier open does not share what this one asks for, or the other way round.
+    bool open(FileIdentity file, DWORD access, DWORD sharing, std::unique_ptr<Entry>& entry);
+    // Whether every open of the file shares its deletion.
+    bool mayDelete(FileIdentity file) const;
+
+private:
+    struct Opens {
+        unsigned count = 0;
+        unsigned reading = 0;
+        unsigned writing = 0;
+        unsigned sharesReading = 0;
+        unsigned sharesWriting = 0;
+        unsigned sharesDeletion = 0;
+
+        void change(DWORD access, DWORD sharing, bool opened);
+        bool admits(DWORD access, DWORD sharing) const;
+    };
+    struct Hash {
+        std::size_t operator()(const FileIdentity& file) const {
+            return static_cast<std::size_t>(file.node * 31 + file.device);
+        }
+    };
+
+    void close(FileIdentity file, DWORD access, DWORD sharing);
+
+    mutable std::mutex mutex_;
+    std::unordered_map<FileIdentity, Opens, Hash> opens_;
+};
+
+}  // namespace winlayer
