@@ -190,25 +190,6 @@ std::string narrowBytes(const char16_t* table, std::u16string_view wide, Narrowi
     return text;
 }
 
-// Within the letters of the pages above; others stay.
-char16_t upper(char16_t unit) {
-    const auto within = [unit](char16_t first, char16_t last) { return unit >= first && unit <= last; };
-    const auto less = [unit](int distance) { return static_cast<char16_t>(unit - distance); };
-    const bool odd = (unit & 1) != 0;
-    if (within(u'a', u'z') || (within(u'à', u'þ') && unit != u'÷') || within(u'а', u'я')) {
-        return less(0x20);
-    }
-    if (within(u'ѐ', u'џ')) {
-        return less(0x50);
-    }
-    const bool lowerIsOdd = within(0x0100, 0x0137) || within(0x014A, 0x0177) || within(0x0490, 0x0491);
-    const bool lowerIsEven = within(0x0139, 0x0148) || within(0x0179, 0x017E);
-    if ((lowerIsOdd && odd) || (lowerIsEven && !odd)) {
-        return less(1);
-    }
-    return unit == u'ÿ' ? u'Ÿ' : unit;
-}
-
 }  // namespace
 
 bool isCodePage(UINT codePage) {
@@ -251,14 +232,6 @@ bool fromUtf8(const Machine& machine, std::string_view utf8, std::string& ansi) 
     }
     ansi = std::move(text);
     return true;
-}
-
-std::string upperCase(const Machine& machine, std::string_view ansi) {
-    bool valid = true;
-    std::u16string wide = widen(machine.ansiCodePage, ansi, valid);
-    std::transform(wide.begin(), wide.end(), wide.begin(), upper);
-    Narrowing how;
-    return valid ? narrow(machine.ansiCodePage, wide, how) : std::string(ansi);
 }
 
 }  // namespace winlayer

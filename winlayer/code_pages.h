@@ -32,7 +32,4 @@ std::string toUtf8(const Machine& machine, std::string_view ansi);
 // left alone.
 bool fromUtf8(const Machine& machine, std::string_view utf8, std::string& ansi);
 
-// For comparing names without case: every letter of the machine's code page in upper case.
-std::string upperCase(const Machine& machine, std::string_view ansi);
-
 }  // namespace winlayer

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <map>
 
+#include "winlayer/case_folding.h"
 #include "winlayer/code_pages.h"
 #include "winlayer/machine.h"
 
@@ -30,7 +31,7 @@ constexpr std::size_t longestValueName = 16383;
 using KeyPointer = Registry::KeyPointer;
 
 std::string folded(std::string_view name) {
-    return upperCase(Machine::current(), name);
+    return foldCase(toUtf8(Machine::current(), name));
 }
 
 FILETIME systemTime() {

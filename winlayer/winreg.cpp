@@ -33,10 +33,14 @@ LONG keyOf(HKEY handle, REGSAM needed, Registry::KeyPointer& key) {
     return ERROR_SUCCESS;
 }
 
-HKEY openHandle(Registry::KeyPointer key, REGSAM access) {
+LONG openHandle(Registry::KeyPointer key, REGSAM access, PHKEY result) {
     const REGSAM granted = (access & MAXIMUM_ALLOWED) != 0 ? everything : access;
-    return static_cast<HKEY>(
-        Machine::current().handles.add(std::make_shared<OpenKey>(std::move(key), granted)));
+    const HANDLE handle = Machine::current().handles.add(std::make_shared<OpenKey>(std::move(key), granted));
+    if (handle == nullptr) {
+        return ERROR_TOO_MANY_OPEN_FILES;
+    }
+    *result = static_cast<HKEY>(handle);
+    return ERROR_SUCCESS;
 }
 
 // Copies a name with its zero; `size` counts the zero on entry and not on return, and stays as it is when the
@@ -79,7 +83,7 @@ const char* orEmpty(LPCSTR text) {
 using namespace winlayer;
 
 LONG WINAPI RegOpenKeyExA(HKEY key, LPCSTR subkey, DWORD, REGSAM access, PHKEY result) {
-    if (const DWORD error = deniedCode("RegOpenKeyExA"); error != 0) {
+    if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
     if (result == nullptr) {
@@ -96,15 +100,12 @@ LONG WINAPI RegOpenKeyExA(HKEY key, LPCSTR subkey, DWORD, REGSAM access, PHKEY r
     }
     Registry::KeyPointer opened;
     const LONG error = machine.registry.open(from, orEmpty(subkey), opened);
-    if (error == ERROR_SUCCESS) {
-        *result = openHandle(std::move(opened), access);
-    }
-    return error;
+    return error == ERROR_SUCCESS ? openHandle(std::move(opened), access, result) : error;
 }
 
 LONG WINAPI RegCreateKeyExA(HKEY key, LPCSTR subkey, DWORD, LPSTR, DWORD, REGSAM access,
                             const LPSECURITY_ATTRIBUTES, PHKEY result, LPDWORD disposition) {
-    if (const DWORD error = deniedCode("RegCreateKeyExA"); error != 0) {
+    if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
     if (subkey == nullptr || result == nullptr) {
@@ -120,16 +121,15 @@ LONG WINAPI RegCreateKeyExA(HKEY key, LPCSTR subkey, DWORD, LPSTR, DWORD, REGSAM
     if (error != ERROR_SUCCESS) {
         return error;
     }
-    *result = openHandle(std::move(made), access);
     if (disposition != nullptr) {
         *disposition = existed ? REG_OPENED_EXISTING_KEY : REG_CREATED_NEW_KEY;
     }
-    return ERROR_SUCCESS;
+    return openHandle(std::move(made), access, result);
 }
 
 // The handle is gone even when the fault plan reports a failure, as no close leaves a good handle open.
 LONG WINAPI RegCloseKey(HKEY key) {
-    const DWORD planned = deniedCode("RegCloseKey");
+    const DWORD planned = deniedCode(__func__);
     Machine& machine = Machine::current();
     const bool predefined = machine.registry.root(key) != nullptr;
     if (!predefined && !machine.handles.get<OpenKey>(key)) {
@@ -142,7 +142,7 @@ LONG WINAPI RegCloseKey(HKEY key) {
 }
 
 LONG WINAPI RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD, LPDWORD type, LPBYTE data, LPDWORD size) {
-    if (const DWORD error = deniedCode("RegQueryValueExA"); error != 0) {
+    if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
     if (data != nullptr && size == nullptr) {
@@ -158,7 +158,7 @@ LONG WINAPI RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD, LPDWORD type, LPBYT
 }
 
 LONG WINAPI RegSetValueExA(HKEY key, LPCSTR name, DWORD, DWORD type, const BYTE* data, DWORD size) {
-    if (const DWORD error = deniedCode("RegSetValueExA"); error != 0) {
+    if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
     if (data == nullptr && size != 0) {
@@ -176,7 +176,7 @@ LONG WINAPI RegSetValueExA(HKEY key, LPCSTR name, DWORD, DWORD type, const BYTE*
 }
 
 LONG WINAPI RegDeleteValueA(HKEY key, LPCSTR name) {
-    if (const DWORD error = deniedCode("RegDeleteValueA"); error != 0) {
+    if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
     Registry::KeyPointer opened;
@@ -187,7 +187,7 @@ LONG WINAPI RegDeleteValueA(HKEY key, LPCSTR name) {
 }
 
 LONG WINAPI RegDeleteKeyA(HKEY key, LPCSTR subkey) {
-    if (const DWORD error = deniedCode("RegDeleteKeyA"); error != 0) {
+    if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
     if (subkey == nullptr) {
@@ -203,7 +203,7 @@ LONG WINAPI RegDeleteKeyA(HKEY key, LPCSTR subkey) {
 
 LONG WINAPI RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD, LPSTR className,
                           LPDWORD classSize, PFILETIME lastWrite) {
-    if (const DWORD error = deniedCode("RegEnumKeyExA"); error != 0) {
+    if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
     if (name == nullptr || nameSize == nullptr || className != nullptr || classSize != nullptr) {
@@ -227,7 +227,7 @@ LONG WINAPI RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, L
 
 LONG WINAPI RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD, LPDWORD type,
                           LPBYTE data, LPDWORD size) {
-    if (const DWORD error = deniedCode("RegEnumValueA"); error != 0) {
+    if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
     if (name == nullptr || nameSize == nullptr || (data != nullptr && size == nullptr)) {
