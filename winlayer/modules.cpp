@@ -106,10 +106,13 @@ bool Modules::string(HMODULE module, UINT id, std::string& text) const {
     return found != nullptr && lookUp(found->strings, id, text);
 }
 
-bool Modules::message(HMODULE module, DWORD id, std::string& text) const {
+DWORD Modules::message(HMODULE module, DWORD id, std::string& text) const {
     const std::lock_guard lock(mutex_);
     const Module* found = get(module);
-    return found != nullptr && lookUp(found->messages, id, text);
+    if (found == nullptr || found->messages.empty()) {
+        return found == nullptr ? ERROR_RESOURCE_DATA_NOT_FOUND : ERROR_RESOURCE_TYPE_NOT_FOUND;
+    }
+    return lookUp(found->messages, id, text) ? NO_ERROR : ERROR_MR_MID_NOT_FOUND;
 }
 
 FARPROC Modules::function(HMODULE module, const std::string& name) const {

@@ -29,8 +29,9 @@ public:
     // or entry. The paths of the process and of kernel32.dll are empty here: they follow from the machine.
     bool path(HMODULE module, std::string& text) const;
     bool string(HMODULE module, UINT id, std::string& text) const;
-    bool message(HMODULE module, DWORD id, std::string& text) const;
     FARPROC function(HMODULE module, const std::string& name) const;
+    // 0, or a Windows error code that tells whether the module, its messages or this one are missing.
+    DWORD message(HMODULE module, DWORD id, std::string& text) const;
 
 private:
     struct Module {
