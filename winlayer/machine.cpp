@@ -25,6 +25,11 @@ void discardDefaultDrive() {
     }
 }
 
+bool hasLongPathNames(WindowsVersion version) {
+    return version != WindowsVersion::Windows95 && version != WindowsVersion::NT351 &&
+           version != WindowsVersion::NT4;
+}
+
 // A name that the ANSI code page cannot hold leaves the program at the root.
 void startInHostDirectory(Machine& machine) {
     std::error_code error;
@@ -51,6 +56,9 @@ Machine& defaultMachine() {
 }  // namespace
 
 Machine::Machine(WindowsVersion windows) : version(windows) {
+    if (!hasLongPathNames(version)) {
+        modules.removeFunction(modules.find("kernel32.dll"), "GetLongPathNameA");
+    }
     drives.mountPrivateFolder('C');
     drives.mountFolder('Z', "/");
 }

@@ -1,0 +1,34 @@
+#include "winlayer/include/profileapi.h"
+
+#include "winlayer/machine.h"
+
+namespace {
+
+constexpr LONGLONG ticksPerSecond = 10'000'000;
+constexpr LONGLONG nanosecondsPerTick = 1'000'000'000 / ticksPerSecond;
+
+BOOL report(LARGE_INTEGER* target, LONGLONG value) {
+    if (!winlayer::Machine::current().clock.hasPerformanceCounter) {
+        target->QuadPart = 0;
+        SetLastError(ERROR_NOT_SUPPORTED);
+        return FALSE;
+    }
+    target->QuadPart = value;
+    return TRUE;
+}
+
+}  // namespace
+
+BOOL WINAPI QueryPerformanceCounter(LARGE_INTEGER* count) {
+    if (winlayer::denied(__func__)) {
+        return FALSE;
+    }
+    return report(count, winlayer::Machine::current().clock.now() / nanosecondsPerTick);
+}
+
+BOOL WINAPI QueryPerformanceFrequency(LARGE_INTEGER* frequency) {
+    if (winlayer::denied(__func__)) {
+        return FALSE;
+    }
+    return report(frequency, ticksPerSecond);
+}
