@@ -1,0 +1,146 @@
+#pragma once
+#include <windows.h>
+
+#include <memory>
+#include <utility>
+
+#include "UtilsBase.h"
+#include "UtilsValueChain.h"
+
+namespace UTILS {
+
+// One list node: a value and the two neighbours. Copying a node copies the value; the copy has no neighbours.
+// Thread rule: the node's lock is held while the value is copied or exchanged.
+template <typename T>
+class Node : public virtual UtilsBase<T> {
+public:
+    using Content = std::unique_ptr<T>;
+
+    explicit Node(const T& value) : value_(std::make_unique<T>(value)) {}
+    Node(const Node& other) : UtilsBase<T>(), value_(other.CopyValue()) {}
+    Node& operator=(const Node& other) {
+        Content copy = other.CopyValue();
+        ExchangeContent(copy);
+        return *this;
+    }
+
+    T& Value() { return *value_; }
+    const T& Value() const { return *value_; }
+    Content CopyValue() const {
+        const SectionGuard guard(lock_);
+        return std::make_unique<T>(*value_);
+    }
+    // Exchanges the storage of the value, whatever its size; the value itself keeps its address.
+    void ExchangeContent(Content& content) {
+        const SectionGuard guard(lock_);
+        std::swap(value_, content);
+    }
+
+    Node* Next() const { return next_; }
+    Node* Previous() const { return previous_; }
+
+private:
+    friend class NodeChain<Node>;
+
+    mutable CCriticalSection lock_;
+    Content value_;
+    Node* next_ = nullptr;
+    Node* previous_ = nullptr;
+};
+
+// A doubly linked list of values, which it owns. New values go to its end. Position 0 is the first node, with
+// search direction 1 the last; sorting is always ascending from the first node to the last. A position that
+// is not below the size throws std::out_of_range (detail position ":" size) and changes nothing. Thread rule:
+// each linking and each copy of a value is atomic; a whole sort, search or copy of the list is not.
+template <typename T>
+class ListObject : public virtual UtilsBase<T>, public ValueChain<Node<T>, T> {
+    using Chain = ValueChain<Node<T>, T>;
+    using ValueField = typename Chain::ValueField;
+
+public:
+    ListObject() : Chain(header::list) {}
+
+    using Chain::Size;
+    bool IsSorted() const { return sorted_; }
+    // Forgets that the list is sorted, because a value is about to be changed in its place.
+    void ClearSorted() { sorted_ = false; }
+
+    // Match style and case are copied into every value that has such settings, now and on its way in.
+    void SetMatchStyle(int style) {
+        sorted_ = false;
+        this->SetStyle(this->GetCase(), style);
+    }
+    void SetCase(int exact) {
+        sorted_ = false;
+        this->SetStyle(exact, this->GetMatchStyle());
+    }
+
+    // Adds a copy of the value at the end.
+    void Append(const T& value) { Add(value, Size()); }
+    // Adds copies of all values of a list, which may be this one.
+    void Append(const ListObject& other) {
+        sorted_ = false;
+        this->chain_.Append(other.chain_);
+        this->ApplyStyle();
+    }
+    // Adds a copy before the value at the position; behind the last value for a position that is the size.
+    void Insert(const T& value, DWORD position) {
+        if (position != Size()) {
+            this->CheckPosition(position);
+            Add(value, this->Index(position) + (this->GetSearchDirection() == 1 ? 1 : 0));
+        } else {
+            Add(value, this->GetSearchDirection() == 1 ? 0 : Size());
+        }
+    }
+    // Adds a copy so that the list ascends, behind its equals; a list not known to be sorted is sorted first
+    // (method 0).
+    void AddSorted(const T& value) {
+        Sort(SortAutomatic);
+        Add(value, InsertionIndex(this->chain_, this->Order(), ValueField{}, value));
+        sorted_ = true;
+    }
+
+    T& Retrieve(DWORD position) { return this->NodeAt(position).Value(); }
+    const T& Retrieve(DWORD position) const { return this->NodeAt(position).Value(); }
+    // A copy of a value, made under its node's lock.
+    T RetrieveCopy(DWORD position) const { return *this->NodeAt(position).CopyValue(); }
+
+    void Remove(DWORD position) {
+        this->Unlink(position);
+        sorted_ = false;
+    }
+    void RemoveAll() {
+        this->chain_.Clear();
+        sorted_ = false;
+    }
+
+    // Sorts ascending under case and match style. method: 0 chooses by the size, 1 exchange sort, 2 Shell
+    // sort, 3 and 4 quicksort; another one changes nothing, nor is an empty or sorted list touched.
+    void Sort(int method) {
+        if (IsSortMethod(method) && Size() > 0 && !sorted_) {
+            SortChain(this->chain_, this->Order(), ValueField{}, method);
+            sorted_ = true;
+        }
+    }
+
+    // The first position at or after `start` whose value equals the wanted one (match style 0) or contains
+    // it; not_found (0xEFFFFFFF) when there is none. method 1 sorts the list first and halves it, any other
+    // one walks it.
+    DWORD SearchList(const T& wanted, int method, DWORD start) {
+        if (method == 1) {
+            Sort(SortAutomatic);
+        }
+        return SearchChain(this->chain_, this->GetSearchDirection(), method == 1, this->Order(), ValueField{},
+                           wanted, start);
+    }
+
+private:
+    void Add(const T& value, DWORD index) {
+        this->Link(std::make_unique<Node<T>>(value), index);
+        sorted_ = false;
+    }
+
+    bool sorted_ = false;
+};
+
+}  // namespace UTILS

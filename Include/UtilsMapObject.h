@@ -1,0 +1,165 @@
+#pragma once
+#include <windows.h>
+
+#include <memory>
+#include <utility>
+
+#include "UtilsBase.h"
+#include "UtilsValueChain.h"
+
+namespace UTILS {
+
+enum MapOrder : int { OrderByValue = 0, OrderByKey = 1 };
+
+// One map node: a key, a value and the two neighbours. Copying a node copies key and value; the copy has no
+// neighbours. Thread rule: the node's lock is held while the value is copied or exchanged.
+template <typename K, typename T>
+class MapNode : public virtual UtilsBase<T> {
+public:
+    struct Content {
+        K key{};
+        std::unique_ptr<T> value;
+    };
+
+    MapNode(const K& key, const T& value) : content_{key, std::make_unique<T>(value)} {}
+    MapNode(const MapNode& other) : UtilsBase<T>(), content_(other.CopyContent()) {}
+    MapNode& operator=(const MapNode& other) {
+        Content copy = other.CopyContent();
+        ExchangeContent(copy);
+        return *this;
+    }
+
+    const K& Key() const { return content_.key; }
+    T& Value() { return *content_.value; }
+    const T& Value() const { return *content_.value; }
+    Content CopyContent() const {
+        const SectionGuard guard(lock_);
+        return {content_.key, std::make_unique<T>(*content_.value)};
+    }
+    // Exchanges key and storage of the value, whatever its size; the value itself keeps its address.
+    void ExchangeContent(Content& content) {
+        const SectionGuard guard(lock_);
+        std::swap(content_, content);
+    }
+
+    MapNode* Next() const { return next_; }
+    MapNode* Previous() const { return previous_; }
+
+private:
+    friend class NodeChain<MapNode>;
+
+    mutable CCriticalSection lock_;
+    Content content_;
+    MapNode* next_ = nullptr;
+    MapNode* previous_ = nullptr;
+};
+
+// A doubly linked list of pairs of a key and a value, which it owns; a key may occur in several pairs. New
+// pairs go to its end. Position 0 is the first node, with search direction 1 the last; sorting, by key or by
+// value, is always ascending from the first node to the last. A position that is not below the size throws
+// std::out_of_range (detail position ":" size) and changes nothing. Thread rule: each linking and each copy
+// of a value is atomic; a whole sort, search or copy of the map is not.
+template <typename K, typename T>
+class MapObject : public virtual UtilsBase<T>, public ValueChain<MapNode<K, T>, T> {
+    using Chain = ValueChain<MapNode<K, T>, T>;
+    using ValueField = typename Chain::ValueField;
+
+public:
+    MapObject() : Chain(header::map) {}
+
+    using Chain::Size;
+    // order: 1 asks for the order of the keys, any other value for that of the values.
+    bool IsSorted(int order) const { return order == OrderByKey ? sorted_by_key_ : sorted_by_value_; }
+    // Forgets that the map is sorted by value, because a value is about to be changed in its place.
+    void ClearSortedByValue() { sorted_by_value_ = false; }
+
+    // Match style and case are copied into every value that has such settings, now and on its way in.
+    void SetMatchStyle(int style) {
+        sorted_by_value_ = false;
+        this->SetStyle(this->GetCase(), style);
+    }
+    void SetCase(int exact) {
+        sorted_by_value_ = false;
+        this->SetStyle(exact, this->GetMatchStyle());
+    }
+
+    // Adds a pair at the end.
+    void Append(const K& key, const T& value) {
+        Add(key, value, Size());
+        SetSorted(false, false);
+    }
+    // Adds a pair so that keys (order 1) or values ascend, behind its equals; a map not known to be sorted in
+    // that order is sorted first (method 0).
+    void AddSorted(const K& key, const T& value, int order) {
+        Sort(order, SortAutomatic);
+        Add(key, value,
+            order == OrderByKey ? InsertionIndex(this->chain_, ScalarOrder<K>(), KeyField{}, key)
+                                : InsertionIndex(this->chain_, this->Order(), ValueField{}, value));
+        SetSorted(order == OrderByKey, order != OrderByKey);
+    }
+
+    const K& RetrieveKey(DWORD position) const { return this->NodeAt(position).Key(); }
+    T& RetrieveVal(DWORD position) { return this->NodeAt(position).Value(); }
+    const T& RetrieveVal(DWORD position) const { return this->NodeAt(position).Value(); }
+
+    void Remove(DWORD position) {
+        this->Unlink(position);
+        SetSorted(false, false);
+    }
+    void RemoveAll() {
+        this->chain_.Clear();
+        SetSorted(false, false);
+    }
+
+    // Sorts ascending by key (order 1) or by value under case and match style. method: 0 chooses by the size,
+    // 1 exchange sort, 2 Shell sort, 3 and 4 quicksort; another one changes nothing, nor is a map touched
+    // that is empty or sorted in that order.
+    void Sort(int order, int method) {
+        if (!IsSortMethod(method) || Size() == 0 || IsSorted(order)) {
+            return;
+        }
+        if (order == OrderByKey) {
+            SortChain(this->chain_, ScalarOrder<K>(), KeyField{}, method);
+        } else {
+            SortChain(this->chain_, this->Order(), ValueField{}, method);
+        }
+        SetSorted(order == OrderByKey, order != OrderByKey);
+    }
+
+    // The first position at or after `start` whose key is the wanted one, or whose value equals the wanted
+    // one (match style 0) or contains it; not_found (0xEFFFFFFF) when there is none. method 1 sorts by key or
+    // value first and halves the map, any other one walks it.
+    DWORD SearchKey(const K& wanted, int method, DWORD start) {
+        return Search(OrderByKey, ScalarOrder<K>(), KeyField{}, wanted, method, start);
+    }
+    DWORD SearchVal(const T& wanted, int method, DWORD start) {
+        return Search(OrderByValue, this->Order(), ValueField{}, wanted, method, start);
+    }
+
+private:
+    struct KeyField {
+        const K& operator()(const MapNode<K, T>& node) const { return node.Key(); }
+    };
+
+    template <typename ItemOrder, typename Field, typename Item>
+    DWORD Search(int order, const ItemOrder& itemOrder, const Field& field, const Item& wanted, int method,
+                 DWORD start) {
+        if (method == 1) {
+            Sort(order, SortAutomatic);
+        }
+        return SearchChain(this->chain_, this->GetSearchDirection(), method == 1, itemOrder, field, wanted,
+                           start);
+    }
+    void Add(const K& key, const T& value, DWORD index) {
+        this->Link(std::make_unique<MapNode<K, T>>(key, value), index);
+    }
+    void SetSorted(bool byKey, bool byValue) {
+        sorted_by_key_ = byKey;
+        sorted_by_value_ = byValue;
+    }
+
+    bool sorted_by_key_ = false;
+    bool sorted_by_value_ = false;
+};
+
+}  // namespace UTILS

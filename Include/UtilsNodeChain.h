@@ -1,0 +1,182 @@
+#pragma once
+#include <windows.h>
+
+#include <memory>
+#include <utility>
+#include <vector>
+
+#include "CSyncObject.h"
+
+namespace UTILS {
+
+// The doubly linked nodes of one list or map, counted from 0 at the first one. Keeps, besides the two ends,
+// the middle node and the one it found last, so that a node is reached in at most a quarter of the count and
+// a neighbour of the last one in one step. Owns its nodes. N is copied by its content, has Next(), and leaves
+// its links `next_` and `previous_` to this class. Thread rule: linking, unlinking and finding a node hold
+// the chain's lock; a node that was found is the caller's care.
+template <typename N>
+class NodeChain {
+public:
+    NodeChain() = default;
+    NodeChain(const NodeChain& other) { Append(other); }
+    NodeChain& operator=(const NodeChain& other) {
+        if (this != &other) {
+            NodeChain copy(other);
+            Exchange(copy);
+        }
+        return *this;
+    }
+    // The chain moved from is left empty; no other thread may know it.
+    NodeChain(NodeChain&& other) noexcept { Exchange(other); }
+    NodeChain& operator=(NodeChain&& other) noexcept {
+        NodeChain taken(std::move(other));
+        Exchange(taken);
+        return *this;
+    }
+    ~NodeChain() { Clear(); }
+
+    DWORD Count() const { return count_; }
+    N* First() const { return first_; }
+
+    // The node at an index, which must be below the count.
+    N& At(DWORD index) const {
+        const SectionGuard guard(lock_);
+        return Walk(index);
+    }
+
+    // Puts a node before the one at the index; at the end when the index is the count.
+    void Insert(std::unique_ptr<N> node, DWORD index) {
+        const SectionGuard guard(lock_);
+        N* const next = index < count_ ? &Walk(index) : nullptr;
+        Link(node.release(), next, index);
+    }
+
+    void Append(std::unique_ptr<N> node) {
+        const SectionGuard guard(lock_);
+        Link(node.release(), nullptr, count_);
+    }
+
+    // Appends copies of all nodes of `other`, which may be this chain. Nothing is appended when a copy fails.
+    void Append(const NodeChain& other) {
+        std::vector<std::unique_ptr<N>> copies;
+        copies.reserve(other.Count());
+        for (const N* node = other.First(); node != nullptr; node = node->Next()) {
+            copies.push_back(std::make_unique<N>(*node));
+        }
+        for (auto& copy : copies) {
+            Append(std::move(copy));
+        }
+    }
+
+    // Removes the node at an index, which must be below the count; the caller owns it then.
+    std::unique_ptr<N> Take(DWORD index) {
+        const SectionGuard guard(lock_);
+        N& node = Walk(index);
+        Unlink(node, index);
+        return std::unique_ptr<N>(&node);
+    }
+
+    // The nodes leave the chain under its lock and are destroyed after it.
+    void Clear() {
+        N* node = Release();
+        while (node != nullptr) {
+            const std::unique_ptr<N> removed(std::exchange(node, node->next_));
+        }
+    }
+
+private:
+    struct Place {
+        N* node = nullptr;
+        DWORD index = 0;
+
+        DWORD StepsTo(DWORD other) const { return index < other ? other - index : index - other; }
+    };
+
+    // Starts from the nearest of the nodes whose index is known.
+    N& Walk(DWORD index) const {
+        Place place{first_, 0};
+        for (const Place& start : {Place{middle_, count_ / 2}, Place{last_, count_ - 1}, found_}) {
+            if (start.node != nullptr && start.StepsTo(index) < place.StepsTo(index)) {
+                place = start;
+            }
+        }
+        for (; place.index < index; ++place.index) {
+            place.node = place.node->next_;
+        }
+        for (; place.index > index; --place.index) {
+            place.node = place.node->previous_;
+        }
+        found_ = place;
+        return *place.node;
+    }
+
+    void Link(N* node, N* next, DWORD index) {
+        N* const previous = next == nullptr ? last_ : next->previous_;
+        node->next_ = next;
+        node->previous_ = previous;
+        (previous == nullptr ? first_ : previous->next_) = node;
+        (next == nullptr ? last_ : next->previous_) = node;
+        if (next != nullptr) {
+            found_ = {node, index};
+        }
+        const DWORD middle = count_ / 2;
+        if (count_++ == 0) {
+            middle_ = node;
+        } else {
+            SettleMiddle(index <= middle ? middle + 1 : middle);
+        }
+    }
+
+    void Unlink(N& node, DWORD index) {
+        DWORD middle = count_ / 2;
+        if (&node == middle_) {
+            middle_ = node.next_ == nullptr ? node.previous_ : node.next_;
+        }
+        if (index < middle || (index == middle && node.next_ == nullptr)) {
+            --middle;
+        }
+        (node.previous_ == nullptr ? first_ : node.previous_->next_) = node.next_;
+        (node.next_ == nullptr ? last_ : node.next_->previous_) = node.previous_;
+        found_ = {node.next_, index};
+        if (--count_ > 0) {
+            SettleMiddle(middle);
+        }
+    }
+
+    // The middle node has come to lie at `index`; moves on to the node that is the middle now.
+    void SettleMiddle(DWORD index) {
+        for (; index < count_ / 2; ++index) {
+            middle_ = middle_->next_;
+        }
+        for (; index > count_ / 2; --index) {
+            middle_ = middle_->previous_;
+        }
+    }
+
+    // Leaves the chain empty; the caller owns the nodes that hang on the one returned.
+    N* Release() {
+        const SectionGuard guard(lock_);
+        last_ = middle_ = nullptr;
+        found_ = {};
+        count_ = 0;
+        return std::exchange(first_, nullptr);
+    }
+
+    void Exchange(NodeChain& copy) noexcept {  // with a chain that no other thread knows
+        const SectionGuard guard(lock_);
+        std::swap(count_, copy.count_);
+        std::swap(first_, copy.first_);
+        std::swap(last_, copy.last_);
+        std::swap(middle_, copy.middle_);
+        std::swap(found_, copy.found_);
+    }
+
+    mutable CCriticalSection lock_;
+    DWORD count_ = 0;
+    N* first_ = nullptr;
+    N* last_ = nullptr;
+    N* middle_ = nullptr;  // at index count / 2
+    mutable Place found_;
+};
+
+}  // namespace UTILS

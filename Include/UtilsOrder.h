@@ -1,0 +1,104 @@
+#pragma once
+#include <windows.h>
+
+#include <cstdint>
+#include <type_traits>
+
+#include "UtilsBase.h"
+#include "UtilsString.h"
+
+// How lists and maps compare what they hold. An order makes a view of each value once and compares views as
+// often as needed; views are good as long as their values are unchanged.
+
+namespace UTILS {
+
+// Numbers, such as the keys of a map.
+template <typename K>
+class ScalarOrder {
+public:
+    using ViewType = K;
+
+    ViewType View(K value) const { return value; }
+    int Compare(K a, K b) const { return a < b ? -1 : (b < a ? 1 : 0); }
+    bool Matches(K element, K wanted) const { return element == wanted; }
+    bool IsTotal() const { return true; }
+};
+
+// Values under a case (1 exact, 0 ignores case) and a match style (0 whole values, otherwise containment).
+// Single characters contain each other only when they are equal.
+template <typename T>
+class ValueOrder : public ScalarOrder<int> {
+public:
+    ValueOrder(int exact, int) : fold_(exact == 0) {}
+
+    ViewType View(T value) const {
+        const T folded = fold_ && base_.isupper(value) != 1 ? base_.utoupper(value) : value;
+        if constexpr (std::is_same_v<T, char>) {
+            return static_cast<signed char>(folded);
+        } else {
+            return folded;
+        }
+    }
+
+private:
+    bool fold_;
+    UtilsBase<T> base_;
+};
+
+template <>
+class ValueOrder<UtilsString> {
+public:
+    // The first eight characters, as a number that sorts like them, decide most comparisons without a look at
+    // the text.
+    struct ViewType {
+        std::uint64_t beginning;
+        const char* text;
+        DWORD length;
+    };
+
+    ValueOrder(int exact, int style) : case_(exact), containment_(style != 0) {}
+
+    ViewType View(const UtilsString& value) const {
+        const char* const text = value.c_str();
+        const DWORD length = value.length();
+        std::uint64_t beginning = 0;
+        for (DWORD at = 0; at < 8; ++at) {
+            const char element = at < length ? text[at] : '\0';
+            beginning = beginning << 8 | (static_cast<unsigned char>(Fold(element)) ^ 0x80U);
+        }
+        return {beginning, text, length};
+    }
+    int Compare(const ViewType& a, const ViewType& b) const {
+        if (!containment_ && a.beginning != b.beginning) {
+            return a.beginning < b.beginning ? -1 : 1;
+        }
+        return base_.compare(a.text, a.length, b.text, b.length, case_, containment_ ? 1 : 0);
+    }
+    bool Matches(const ViewType& element, const ViewType& wanted) const {
+        DWORD position = 0;
+        return containment_ ? base_.search(wanted.text, wanted.length, element.text, element.length, position,
+                                           case_) == 1
+                            : Compare(element, wanted) == 0;
+    }
+    bool IsTotal() const { return !containment_; }
+
+private:
+    char Fold(char element) const {
+        return case_ != 0 || base_.isupper(element) == 1 ? element : base_.utoupper(element);
+    }
+
+    int case_;
+    bool containment_;
+    UtilsBase<char> base_;
+};
+
+// Gives a value the case and match style of the list or map that holds it, where it has such settings.
+template <typename T>
+void CopyStyle(T& value, int exact, int style) {
+    if constexpr (requires { value.SetCase(exact), value.SetMatchStyle(style); }) {
+        value.SetCase(exact);
+        value.SetMatchStyle(style);
+    }
+}
+
+}  // namespace UTILS
