@@ -3,6 +3,8 @@
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <string>
+#include <vector>
 
 #include "winlayer/diskette/diskette_state.h"
 #include "winlayer/diskette/fat12_layout.h"
@@ -12,7 +14,6 @@
 namespace winlayer {
 
 class Fat12Volume;
-class OpenFiles;
 
 // A 3.5-inch diskette drive: a FAT12 volume with its files (8.3 names), and the raw device below it. Files
 // and device see the same bytes; what a call has changed is on the medium when the call returns. Names and
@@ -44,9 +45,9 @@ public:
     // is what the medium really holds. A write that the medium lost shows only then.
     DWORD settle();
 
-    // Geometry of the drive (largest first) and of the medium in it; 0 sectors per track: none.
+    // The media that the drive takes, the largest first, and the one in it.
     std::vector<DiskGeometry> supportedGeometries() const;
-    DWORD mediumGeometry(DiskGeometry& geometry);
+    DWORD mediumGeometry(DiskGeometry& geometry) const;
     // The parameter block of the volume in the drive.
     DWORD layout(Fat12Layout& layout);
 
@@ -66,15 +67,20 @@ public:
     DWORD setLabel(const std::string& label) override;
     DWORD openDevice(const OpenRequest& request, std::unique_ptr<OpenFile>& device) override;
 
-private:
-    friend class VolumeFile;
+    // What the files and devices that this drive has opened call. A file keeps the volume on which it was
+    // opened.
+    using VolumeWork = std::function<void(Fat12Volume&)>;
+    // Does the work on the volume in the drive under the drive's lock, mounting it before when necessary; the
+    // DiskError that it throws is the result.
+    DWORD onVolume(const VolumeWork& work);
+    // The same, if the volume is still the one in the drive; ERROR_FILE_INVALID if not.
+    DWORD onVolume(const std::shared_ptr<Fat12Volume>& opened, const VolumeWork& work);
+    void underLock(const std::function<void()>& work);
 
-    // Runs the work under the lock on the mounted volume; the error it throws becomes the result.
-    DWORD onVolume(const std::function<void(Fat12Volume&)>& work);
-    // Whether the drive is ready, the lock being held.
+private:
+    // Why the drive cannot be used now; 0 when it can.
     DWORD obstacle() const;
     Fat12Volume& mounted();
-    void unmount();
 
     mutable std::mutex mutex_;
     DisketteState state_;

@@ -13,7 +13,7 @@ struct DiskGeometry {
     DWORD cylinders = 0;
     DWORD heads = 0;
     DWORD sectorsPerTrack = 0;
-    int mediaType = 0;       // MEDIA_TYPE
+    MEDIA_TYPE mediaType = Unknown;
     BYTE dosDeviceType = 0;  // MS-DOS block-device type
     BYTE biosDriveType = 0;  // INT 13h, function 08h
 
@@ -52,6 +52,9 @@ struct Fat12Layout {
 // FAT12 volume which fits into `sectors` sectors; every figure is checked, so that the places above lie on
 // the medium.
 DWORD readLayout(std::span<const std::byte> bootSector, DWORD sectors, Fat12Layout& layout);
+
+// The serial number in a boot sector; 0 when it has none.
+DWORD volumeSerial(std::span<const std::byte> bootSector);
 
 // The layout that a blank diskette of 2,880 or 1,440 sectors gets.
 Fat12Layout standardLayout(DWORD sectors);

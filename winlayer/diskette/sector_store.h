@@ -23,6 +23,11 @@ public:
     // Brings everything written onto the medium; what is read afterwards comes from the medium itself.
     virtual DWORD settle() = 0;
     virtual bool writeProtected() const = 0;
+
+    // Whether so many bytes from a sector on lie on the medium.
+    bool onMedium(DWORD first, std::size_t bytes) const {
+        return first <= sectors() && bytes / sectorSize <= sectors() - first;
+    }
 };
 
 // A medium in memory, blank (all zero) or of given bytes, of which whole sectors count.

@@ -1,0 +1,17 @@
+#pragma once
+#include "winlayer/include/windows.h"
+
+namespace winlayer {
+
+// Thrown inside the volume; the drive turns it into a result.
+struct DiskError {
+    DWORD code;
+};
+
+inline void require(DWORD error) {
+    if (error != NO_ERROR) {
+        throw DiskError{error};
+    }
+}
+
+}  // namespace winlayer

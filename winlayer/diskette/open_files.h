@@ -1,0 +1,28 @@
+#pragma once
+#include <list>
+
+#include "winlayer/diskette/directory.h"
+
+namespace winlayer {
+
+// The files of a volume that are open, with what each open may do and lets others do.
+class OpenFiles {
+public:
+    struct Open {
+        EntryPlace place;
+        DWORD access = 0;
+        DWORD sharing = 0;
+    };
+    using Ticket = std::list<Open>::iterator;
+
+    // ERROR_SHARING_VIOLATION when an earlier open does not share this access, or this one not the earlier's.
+    DWORD check(const Open& wanted) const;
+    Ticket enter(const Open& open) { return open_.insert(open_.end(), open); }
+    void leave(Ticket ticket) { open_.erase(ticket); }
+    bool isOpen(const EntryPlace& place) const;
+
+private:
+    std::list<Open> open_;
+};
+
+}  // namespace winlayer
