@@ -21,7 +21,14 @@ enum m_FilesystemTypes : DWORD {
     FILESYSTEM_FAT12_FLOPPY = 3,  // 1.44 MB
 };
 
-// Type codes of the exceptions.
+// A failed operation of a file or device: what std_exception reports, field by field.
+class DiskIoException : public ReportException<DiskIoException> {
+public:
+    static constexpr char class_name[] = "class UTILS::DiskIoException";
+    using ReportException::ReportException;
+};
+
+// Its type codes.
 inline constexpr DWORD DISKIO_DEVICE = 0;
 inline constexpr DWORD DISKIO_OPEN = 1;
 inline constexpr DWORD DISKIO_READ = 2;
@@ -134,8 +141,8 @@ public:
     DiskIO& operator<<(const UtilsString& text);
     DiskIO& operator<<(const UtilsByte& bytes);
     // Read read-size bytes, in whole mode as many as the file size says; the caller's buffer must hold them.
-    // A string receives the text up to the first zero byte, a byte string all bytes that were read. All throw
-    // as Read does, an empty file in whole mode included.
+    // A string receives the text up to the first zero byte, a byte string all bytes that were read (after a
+    // failure it is empty). All throw as Read does, an empty file in whole mode included.
     DiskIO& operator>>(char* buffer);
     DiskIO& operator>>(unsigned char* buffer);
     DiskIO& operator>>(DWORD& number);

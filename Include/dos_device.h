@@ -60,7 +60,7 @@ static_assert(sizeof(_BIOSREADWRITEPARAMIN) == 9 && offsetof(_BIOSREADWRITEPARAM
 struct _SECTOR_ID {
     BYTE cylinder;
     BYTE head;
-    BYTE sector;     // 1 = first
+    BYTE sector;    // 1 = first
     BYTE sizeCode;  // 128 << code bytes; 2 = 512
 };
 static_assert(sizeof(_SECTOR_ID) == 4);

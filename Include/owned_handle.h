@@ -13,12 +13,12 @@ public:
     OwnedHandle(OwnedHandle&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
     OwnedHandle& operator=(OwnedHandle&& other) noexcept {
         if (this != &other) {
-            Close();
+            Drop();
             handle_ = std::exchange(other.handle_, nullptr);
         }
         return *this;
     }
-    ~OwnedHandle() { Close(); }
+    ~OwnedHandle() { Drop(); }
 
     HANDLE get() const noexcept { return handle_; }
     explicit operator bool() const noexcept { return handle_ != nullptr && handle_ != INVALID_HANDLE_VALUE; }
@@ -32,6 +32,11 @@ public:
     }
 
 private:
+    // Nobody is left to be told; a refusal may have been a passing one.
+    void Drop() noexcept {
+        if (!Close()) Close();
+    }
+
     HANDLE handle_ = nullptr;
 };
 

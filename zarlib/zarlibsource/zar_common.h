@@ -1,0 +1,132 @@
+#pragma once
+#include <windows.h>
+
+#include <cstdint>
+
+#include "CSyncObject.h"
+#include "CUtilsPath.h"
+#include "DIOList.h"
+#include "UtilsString.h"
+#include "std_exception.h"
+#include "zar_format.h"
+
+// A failed or cancelled operation of the archive library.
+class ZAR_CommonException : public UTILS::ReportException<ZAR_CommonException> {
+public:
+    static constexpr char class_name[] = "class ZAR_CommonException";
+    using ReportException::ReportException;
+};
+
+// Error number and condition text by which a cancelled operation is told from a failed one.
+inline constexpr DWORD ZAR_CANCELLED = 1000;
+inline constexpr const char* ZAR_CANCEL_CONDITION = "The Cancel Command Has Been Processed";
+
+// The engine under the extractor and the archiver: the files that an operation has open, the reading and
+// writing of fields, names and data, and the cancel protocol. Never used alone.
+// Thread rule: one thread runs an operation; SendCancelCommand may come from any other.
+class ZAR_Common : public UTILS::DIOList {
+public:
+    ~ZAR_Common() override;
+
+    // Asks the running operation to stop at its next check; several requests before one check count as one.
+    virtual void SendCancelCommand();
+    // Keeps the path of a log file. The archive library itself writes no log.
+    virtual void SetLogFile(const UTILS::UtilsString& path);
+    // 1 from the moment a check has seen a cancel until ResetCancelState.
+    virtual int ProcessCancelCommand() const;
+    virtual void ResetCancelState();
+
+    // 1 while a file's data is being copied.
+    int IsIOStarted() const { return ioStarted_; }
+    int GetIOStarted() const { return IsIOStarted(); }
+    // The value of the last field that was read.
+    DWORD GetMag() const { return lastField_; }
+    // Bytes of the current file's data copied so far.
+    DWORD GetI() const { return bytesCopied_; }
+
+protected:
+    // The engine's files by their place in the list.
+    static constexpr DWORD inputIndex = 0;
+    static constexpr DWORD outputIndex = 1;
+    static constexpr DWORD listFileIndex = 2;
+
+    ZAR_Common();
+    // Copy the log file path, the copy buffer and the cancel event's state; the copy has its own handle to
+    // the same event, so that one cancel reaches both. The open files are not copied.
+    ZAR_Common(const ZAR_Common& other);
+    ZAR_Common& operator=(const ZAR_Common& other);
+
+    // Puts the two files into the list and the engine into its first state.
+    void Init();
+
+    UTILS::DiskIO& Input() { return GetIO(inputIndex); }
+    UTILS::DiskIO& Output() { return GetIO(outputIndex); }
+
+    // Opens an existing file as the input, shared with readers and writers, positioned at its start. Throws
+    // as DiskIO::Open does.
+    void OpenInput(const char* path);
+
+    // Read one field. Throw DiskIoException type 2 at the end of the file.
+    DWORD ReadInputFileField();
+    DWORD ReadOutputFileField();
+    // Reads fields until one equals `wanted`. Throws as a field does.
+    void ReadUntil(m_archive_fields wanted);
+    // Writes one field. Throws DiskIoException type 3.
+    void WriteOutputFileField(DWORD value);
+
+    // Throws DiskIoException type 2 when the input has fewer than `length` bytes left.
+    void RequireInput(DWORD length);
+    // Read `length` bytes (below 65535), unscrambled when `scrambled` is not 0. A string receives them up to
+    // the first zero byte stored. Throw DiskIoException type 2, also for a greater length, where nothing is
+    // read or allocated.
+    void ReadInputStringData(UTILS::UtilsString& s, DWORD length, int scrambled);
+    void ReadInputByteData(UTILS::UtilsByte& b, DWORD length, int scrambled);
+    // Write the first `length` bytes (below 65535). With `scrambled` not 0 the caller's object is scrambled
+    // first and stays so. Throw DiskIoException type 3.
+    void WriteOutputStringData(UTILS::UtilsString& s, DWORD length, int scrambled);
+    void WriteOutputByteData(UTILS::UtilsByte& b, DWORD length, int scrambled);
+    // Read from the input and write to the output what was read, unscrambled when `scrambled` is not 0.
+    void TransactStringData(UTILS::UtilsString& s, DWORD length, int scrambled);
+    void TransactByteData(UTILS::UtilsByte& b, DWORD length, int scrambled);
+
+    // From a record's name to the next record's name marker (field ZAR_SKIP_FROM_NAME, or another up to it as
+    // a signed number), or for any greater field to behind the record's end marker. 1 when done, 0 after a
+    // cancel (I/O started is then 1) or a failure. Throws nothing.
+    int MoveToNextRecord(m_archive_fields& field);
+    // Moves the input forward. False, and nothing moved, when that would lead further than `slack` bytes past
+    // the end of the file. Throws DiskIoException type 5.
+    bool SkipInput(std::uint64_t distance, DWORD slack);
+
+    // Copies `size` bytes of data from the input to the output, XORed with the key on the way. 1 when done;
+    // 0 after a cancel (I/O started stays 1) or a failure (0), with the output closed.
+    int WriteOutputFileData(DWORD size);
+
+    // 1 when no cancel is pending, 0 when one was and is now consumed.
+    int CheckForCancelCommand() const;
+
+    // Closes one of the engine's files and brings it to its unopened state, whatever the system says.
+    void CloseQuietly(DWORD index) noexcept;
+
+    UTILS::CCriticalSection listLock_;
+    mutable UTILS::CEvent cancelEvent_;
+    UTILS::CUtilsPath logFile_;
+    DWORD lastField_ = 0;
+    DWORD bytesCopied_ = 0;
+    UTILS::UtilsByte copyBuffer_;
+    DWORD key_ = zar::key;
+    DWORD chunkSize_ = zar::chunkSize;
+    int ioStarted_ = 0;
+    HWND messageWindow_ = nullptr;
+    DWORD currentField_ = 0;
+
+private:
+    DWORD ReadField(UTILS::DiskIO& file);
+    UTILS::DiskIO& InputFor(DWORD length);
+    UTILS::DiskIO& OutputFor(DWORD length);
+    bool SkipUntil(m_archive_fields wanted);
+    bool SkipData(m_archive_fields field);
+    int CopyChunks(DWORD size);
+    DWORD CopyChunk(DWORD size);
+
+    std::uint64_t inputPosition_ = 0;  // of the next byte to be read
+};
