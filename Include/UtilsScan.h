@@ -1,0 +1,95 @@
+#pragma once
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <type_traits>
+
+// Fast forms of the element walks that UtilsBase describes, for elements that are compared as they are.
+
+namespace UTILS::scan {
+
+inline constexpr std::size_t none = static_cast<std::size_t>(-1);
+
+template <class T>
+inline constexpr bool is_byte = std::is_same_v<T, char> || std::is_same_v<T, unsigned char>;
+
+inline std::uint64_t Word(const void* at) noexcept {
+    std::uint64_t word;
+    std::memcpy(&word, at, sizeof word);
+    return word;
+}
+
+// The index of the first differing byte of two texts of `count` bytes; `count` when they are equal.
+inline std::size_t FirstByteMismatch(const void* leftText, const void* rightText,
+                                     std::size_t count) noexcept {
+    const auto* const left = static_cast<const unsigned char*>(leftText);
+    const auto* const right = static_cast<const unsigned char*>(rightText);
+    constexpr std::size_t block = 4096;
+    std::size_t at = 0;
+    while (count - at >= block && std::memcmp(left + at, right + at, block) == 0) {
+        at += block;
+    }
+    while (count - at >= 8 && Word(left + at) == Word(right + at)) {
+        at += 8;
+    }
+    while (at < count && left[at] == right[at]) {
+        ++at;
+    }
+    return at;
+}
+
+template <class T>
+std::size_t FirstMismatch(const T* left, const T* right, std::size_t count) {
+    if constexpr (is_byte<T>) {
+        return FirstByteMismatch(left, right, count);
+    } else {
+        return static_cast<std::size_t>(std::mismatch(left, left + count, right).first - left);
+    }
+}
+
+// Whether any of the block's start positions has the pattern's first and last byte where they must be.
+// Written without branches, so that the compiler compares many positions at once.
+inline constexpr std::size_t filter_block = 128;
+template <class T>
+bool AnyCandidate(const T* starts, const T* ends, T first, T last) noexcept {
+    unsigned char any = 0;
+    for (std::size_t i = 0; i < filter_block; ++i) {
+        any = static_cast<unsigned char>(any | ((starts[i] == first) & (ends[i] == last)));
+    }
+    return any != 0;
+}
+
+// The first position in text[from, count) at which the pattern (1 to count elements) stands; `none` when it
+// does not.
+template <class T>
+std::size_t Find(const T* text, std::size_t count, std::size_t from, const T* pattern,
+                 std::size_t patternCount) {
+    if (count < patternCount || from > count - patternCount) {
+        return none;
+    }
+    const std::size_t starts = count - patternCount + 1;
+    const std::size_t lastOffset = patternCount - 1;
+    std::size_t at = from;
+    while (at < starts) {
+        if constexpr (is_byte<T>) {
+            if (starts - at >= filter_block &&
+                !AnyCandidate(text + at, text + at + lastOffset, pattern[0], pattern[lastOffset])) {
+                at += filter_block;
+                continue;
+            }
+        }
+        const std::size_t end = std::min(starts, at + filter_block);
+        for (; at < end; ++at) {
+            if (text[at] == pattern[0] && text[at + lastOffset] == pattern[lastOffset] &&
+                std::equal(pattern, pattern + patternCount, text + at)) {
+                return at;
+            }
+        }
+    }
+    return none;
+}
+
+}  // namespace UTILS::scan
