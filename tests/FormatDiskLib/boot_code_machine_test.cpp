@@ -1,9 +1,7 @@
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <functional>
 #include <iostream>
-#include <iterator>
 #include <random>
 
 #include "FormatDiskLib/boot_emulator.h"
@@ -157,14 +155,8 @@ TEST(BootCode, StartsWhatAReturningLoaderHasPutAt7C00) {
     EXPECT_EQ(pc.reg(UC_X86_REG_IP), 0x7C02);
 }
 
-std::vector<unsigned char> builtFile(const std::string& name) {
-    std::ifstream file(BUILD_DIRECTORY "/samples/" + name, std::ios::binary);
-    EXPECT_TRUE(file) << name;
-    return {std::istreambuf_iterator<char>(file), {}};
-}
-
 TEST(SampleLoader, SaysThatItRunsWaitsForAKeyAndRestarts) {
-    const auto loader = builtFile("disk/QZLOADER.BIN");
+    const auto loader = builtSample("disk/QZLOADER.BIN");
     EXPECT_TRUE(boot_check::CheckLoader(loader).passed());
     TestDiskette diskette;
     diskette.putLoader(loader);

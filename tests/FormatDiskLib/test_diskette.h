@@ -2,6 +2,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <fstream>
+#include <iterator>
 #include <set>
 #include <span>
 #include <string>
@@ -115,4 +117,10 @@ inline std::vector<unsigned char> makeLoader(std::size_t sectors,
     std::copy(code.begin(), code.end(), loader.begin() + 0x205);
     sealLoader(loader, sectors - 1);
     return loader;
+}
+
+// A file that the build has made in its samples folder; empty when it is missing.
+inline std::vector<unsigned char> builtSample(const std::string& name) {
+    std::ifstream file(BUILD_DIRECTORY "/samples/" + name, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }
