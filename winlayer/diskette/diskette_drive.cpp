@@ -85,12 +85,29 @@ void DisketteDrive::setClock(std::function<std::time_t()> clock) {
     clock_ = std::move(clock);
 }
 
+DWORD DisketteDrive::flush() {
+    const std::lock_guard lock(mutex_);
+    return medium_ ? medium_->settle() : ERROR_NOT_READY;
+}
+
 DWORD DisketteDrive::settle() {
+    const DWORD error = flush();
     const std::lock_guard lock(mutex_);
     if (volume_) {
         volume_->forgetAll();
+        notice(0, 1);
     }
-    return medium_ ? medium_->settle() : ERROR_NOT_READY;
+    return error;
+}
+
+// Sectors have been written below the volume, or may have changed: with sector 0 the parameters are read
+// anew.
+void DisketteDrive::notice(DWORD first, std::size_t count) {
+    bool same = false;
+    resultOf([&] { same = volume_->notice(first, count); });
+    if (!same) {
+        volume_.reset();
+    }
 }
 
 DWORD DisketteDrive::obstacle() const {
@@ -128,13 +145,8 @@ DWORD DisketteDrive::writeSectors(DWORD first, std::span<const std::byte> data) 
         return error;
     }
     error = medium_->write(first, data);
-    if (!volume_) {
-        return error;
-    }
-    bool same = false;
-    resultOf([&] { same = volume_->notice(first, data.size() / sectorSize); });
-    if (!same) {
-        volume_.reset();
+    if (volume_) {
+        notice(first, data.size() / sectorSize);
     }
     return error;
 }

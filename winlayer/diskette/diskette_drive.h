@@ -41,8 +41,10 @@ public:
     // Where the times of files come from; the host's clock at first.
     void setClock(std::function<std::time_t()> clock);
 
-    // Brings everything onto the medium and forgets what is known of it, so that whatever is read afterwards
-    // is what the medium really holds. A write that the medium lost shows only then.
+    // Brings everything onto the medium.
+    DWORD flush();
+    // The same, and forgets what is known of the medium, so that whatever is read afterwards is what it really
+    // holds. A write that the medium lost shows only then.
     DWORD settle();
 
     // The media that the drive takes, the largest first, and the one in it.
@@ -81,6 +83,7 @@ private:
     // Why the drive cannot be used now; 0 when it can.
     DWORD obstacle() const;
     Fat12Volume& mounted();
+    void notice(DWORD first, std::size_t count);
 
     mutable std::mutex mutex_;
     DisketteState state_;

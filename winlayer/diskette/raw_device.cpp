@@ -72,7 +72,7 @@ Transfer RawDevice::write(std::uint64_t offset, std::span<const std::byte> data)
 }
 
 DWORD RawDevice::flush() {
-    return drive_->settle();
+    return drive_->flush();
 }
 
 DWORD RawDevice::size(std::uint64_t&) {

@@ -37,7 +37,7 @@ Transfer VolumeFile::write(std::uint64_t offset, std::span<const std::byte> data
 
 // Every write is on the medium already, as far as this program can bring it there.
 DWORD VolumeFile::flush() {
-    return drive_->settle();
+    return drive_->flush();
 }
 
 DWORD VolumeFile::size(std::uint64_t& bytes) {
