@@ -92,7 +92,7 @@ public:
     // holds back; its answer is not examined.
     void Flush();
     // Waits or flushes as Flush does, closes the handle and resets all members but the sizes. Nothing
-    // happens when nothing is open. Throws type 4; the object then still holds the handle.
+    // happens when nothing is open. Throws type 4; nothing is open then, but the name is kept.
     void Close();
     // Closes without waiting, flushing or throwing; resets as Close does.
     void CloseQuietly() noexcept;

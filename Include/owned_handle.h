@@ -13,30 +13,25 @@ public:
     OwnedHandle(OwnedHandle&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
     OwnedHandle& operator=(OwnedHandle&& other) noexcept {
         if (this != &other) {
-            Drop();
+            Close();
             handle_ = std::exchange(other.handle_, nullptr);
         }
         return *this;
     }
-    ~OwnedHandle() { Drop(); }
+    ~OwnedHandle() { Close(); }
 
     HANDLE get() const noexcept { return handle_; }
     explicit operator bool() const noexcept { return handle_ != nullptr && handle_ != INVALID_HANDLE_VALUE; }
 
-    // Closes the handle and forgets it. True when nothing is open afterwards; when the system refuses, the
-    // handle is kept, so that a later attempt (the destructor's at the latest) can still close it.
+    // Closes the handle and forgets it, whatever the system says: it refuses only what is not open any more,
+    // and a second attempt might meet a handle that was given out anew. False when it refused.
     bool Close() noexcept {
-        if (*this && !::CloseHandle(handle_)) return false;
+        const bool closed = !*this || ::CloseHandle(handle_);
         handle_ = nullptr;
-        return true;
+        return closed;
     }
 
 private:
-    // Nobody is left to be told; a refusal may have been a passing one.
-    void Drop() noexcept {
-        if (!Close()) Close();
-    }
-
     HANDLE handle_ = nullptr;
 };
 

@@ -1,0 +1,425 @@
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <vector>
+
+#include "diskio.h"
+#include "support/fail_each_machine.h"
+#include "support/temp_folder.h"
+#include "support/thrown.h"
+#include "winlayer/machine.h"
+
+namespace {
+
+using test::Report;
+using UTILS::DiskIO;
+using UTILS::UtilsString;
+using winlayer::ScopedMachine;
+using winlayer::WindowsVersion;
+
+const std::string source = "..\\..\\Include\\diskio";
+const std::string path = "C:\\a.bin";
+constexpr DWORD readWrite = GENERIC_READ | GENERIC_WRITE;
+constexpr DWORD shared = FILE_SHARE_READ | FILE_SHARE_WRITE;
+
+template <class Operation>
+Report thrownBy(Operation operation) {
+    return test::thrownBy<UTILS::DiskIoException>(operation);
+}
+
+std::size_t count(const std::vector<std::string>& calls, const std::string& name) {
+    return static_cast<std::size_t>(std::count(calls.begin(), calls.end(), name));
+}
+
+TEST(DiskIOMachineTest, TellsTheFamiliesApart) {
+    struct Row {
+        WindowsVersion version;
+        DWORD ostype;
+        bool nt;
+    };
+    for (const Row& row : {Row{WindowsVersion::Windows95, 1, false}, Row{WindowsVersion::WindowsMe, 3, false},
+                           Row{WindowsVersion::NT351, 4, true}, Row{WindowsVersion::XP, 7, true}}) {
+        ScopedMachine machine(row.version);
+        writeFile(path, "0123456789");
+        DiskIO file(path.c_str(), readWrite, shared, OPEN_EXISTING, 1);
+        EXPECT_EQ(file.get_ostype(), row.ostype);
+        EXPECT_EQ(file.IsNT(), row.nt);
+        EXPECT_EQ(file.get_async_mode(), row.nt) << "overlapped transfers are for NT";
+        EXPECT_EQ(machine->handles.openCount(), row.nt ? 2U : 1U);
+    }
+}
+
+TEST(DiskIOMachineTest, AnOverlappedOpenThatFailsLeavesNothingBehind) {
+    ScopedMachine machine;
+    machine->gate.failFunction("CreateEventA", ERROR_NOT_ENOUGH_MEMORY, 0, 1);
+    DiskIO file;
+    EXPECT_EQ(thrownBy([&] { file.Open(path.c_str(), readWrite, shared, CREATE_ALWAYS, 1); }),
+              (Report{1, ERROR_NOT_ENOUGH_MEMORY, "DiskIo::Open - CreateEvent handle invalid", source}));
+    EXPECT_FALSE(exists(path)) << "the file is not touched without an event";
+    const Report missing = thrownBy([&] { file.Open(path.c_str(), readWrite, shared, OPEN_EXISTING, 1); });
+    EXPECT_EQ(
+        missing.condition,
+        "DiskIo::Open - CreateFile handle invalid trying to open file:  C:\\a.bin in Overlapped mode with "
+        "access 3221225472, sharing 3, openflag 3");
+    EXPECT_FALSE(file.get_async_mode());
+    EXPECT_EQ(machine->handles.openCount(), 0U);
+}
+
+TEST(DiskIOMachineTest, AFailedCloseIsReportedOnce) {
+    struct Row {
+        int overlapped;
+        const char* mode;
+    };
+    for (const Row& row : {Row{0, "Non Overlapped"}, Row{1, "Overlapped"}}) {
+        ScopedMachine machine;
+        DiskIO file(path.c_str(), readWrite, shared, CREATE_ALWAYS, row.overlapped);
+        machine->gate.failFunction("CloseHandle", ERROR_INVALID_HANDLE, 0, 1);
+        EXPECT_EQ(thrownBy([&] { file.Close(); }),
+                  (Report{4, ERROR_INVALID_HANDLE,
+                          std::string("DiskIO::Close() - CloseHandle in ") + row.mode +
+                              " mode could not close file C:\\a.bin",
+                          source}));
+        EXPECT_EQ(file.get_error(), ERROR_INVALID_HANDLE);
+        EXPECT_FALSE(file.IsOpen());
+        EXPECT_NO_THROW(file.Close());
+        file.Open(path.c_str(), readWrite, shared, OPEN_EXISTING, row.overlapped);
+        file.Close();
+        EXPECT_EQ(machine->handles.openCount(), 0U);
+    }
+}
+
+TEST(DiskIOMachineTest, DestructionDoesNotThrow) {
+    ScopedMachine machine;
+    {
+        DiskIO file(path.c_str(), readWrite, shared, CREATE_ALWAYS, 1);
+        DiskIO copy(file);
+        machine->gate.failFunction("CloseHandle", ERROR_INVALID_HANDLE);
+    }
+    EXPECT_EQ(machine->handles.openCount(), 0U);
+}
+
+TEST(DiskIOMachineTest, TransfersReportTheSystemsErrorAndMode) {
+    for (const int overlapped : {0, 1}) {
+        ScopedMachine machine;
+        const std::string mode = overlapped != 0 ? "Overlapped" : "Non Overlapped";
+        DiskIO file(path.c_str(), readWrite, shared, CREATE_ALWAYS, overlapped);
+        file.Write("0123456789", 10);
+        char buffer[10];
+        machine->gate.failFunction("ReadFile", ERROR_CRC);
+        machine->gate.failFunction("WriteFile", ERROR_DISK_FULL);
+        machine->gate.failFunction("SetEndOfFile", ERROR_DISK_FULL);
+        machine->gate.failFunction("SetFileAttributesA", ERROR_WRITE_PROTECT);
+        EXPECT_EQ(thrownBy([&] { file.Read(buffer, 10); }),
+                  (Report{2, ERROR_CRC, "DiskIO::Read - ReadFile in " + mode + " mode read 0 bytes out of 10",
+                          source}));
+        EXPECT_EQ(thrownBy([&] { file << DWORD{1}; }),
+                  (Report{3, ERROR_DISK_FULL,
+                          "DiskIO::Write - WriteFile in " + mode + " mode wrote 0 bytes out of 4", source}));
+        EXPECT_EQ(file.GetFileSize(), 10U) << "refreshed after a failed write too";
+        EXPECT_EQ(thrownBy([&] { file.SetEndOfFile(); }).error, ERROR_DISK_FULL);
+        EXPECT_EQ(thrownBy([&] { file.SetFileAttributes(1); }),
+                  (Report{1, ERROR_WRITE_PROTECT,
+                          "DiskIO::SetFileAttributes - Error setting the file attributes on file:  C:\\a.bin",
+                          source}));
+        EXPECT_EQ(file.get_error(), ERROR_WRITE_PROTECT);
+    }
+}
+
+// A file whose overlapped transfers never end must not hold its owner up for longer than twice the limit.
+TEST(DiskIOMachineTest, ATransferThatDoesNotEndIsWaitedForTwice) {
+    ScopedMachine machine;
+    DiskIO file(path.c_str(), readWrite, shared, CREATE_ALWAYS, 1);
+    machine->gate.startRecording();
+    file.Write("abc", 3);
+    machine->gate.failFunction("WaitForSingleObject", ERROR_INVALID_HANDLE);
+    EXPECT_NO_THROW(file.Close());
+    EXPECT_EQ(count(machine->gate.calls(), "WaitForSingleObject"), 2U);
+    EXPECT_EQ(count(machine->gate.calls(), "FlushFileBuffers"), 0U);
+    EXPECT_EQ(machine->handles.openCount(), 0U);
+
+    // Nothing under way, nothing to wait for: an event nobody signals would cost half a minute.
+    file.Open(path.c_str(), readWrite, shared, OPEN_EXISTING, 1);
+    machine->gate.startRecording();
+    file.Close();
+    EXPECT_EQ(count(machine->gate.calls(), "WaitForSingleObject"), 0U);
+}
+
+TEST(DiskIOMachineTest, AnUnoverlappedFileIsFlushedBeforeItIsClosed) {
+    ScopedMachine machine;
+    DiskIO file(path.c_str(), readWrite, shared, CREATE_ALWAYS, 0);
+    machine->gate.startRecording();
+    file.Flush();
+    file.Close();
+    std::vector<std::string> calls = machine->gate.calls();
+    ASSERT_GE(calls.size(), 3U);
+    calls.resize(3);
+    EXPECT_EQ(calls, (std::vector<std::string>{"FlushFileBuffers", "FlushFileBuffers", "CloseHandle"}));
+}
+
+TEST(DiskIOMachineTest, SharersOfAnEventCloseItTogether) {
+    ScopedMachine machine;
+    {
+        DiskIO file(path.c_str(), readWrite, shared, CREATE_ALWAYS, 1);
+        EXPECT_EQ(machine->handles.openCount(), 2U);
+        DiskIO copy(file);
+        DiskIO assigned;
+        assigned = copy;
+        EXPECT_EQ(machine->handles.openCount(), 4U) << "three files, one event";
+        file.Close();
+        EXPECT_EQ(machine->handles.openCount(), 3U);
+        copy << DWORD{7};
+        copy.Flush();
+    }
+    EXPECT_EQ(machine->handles.openCount(), 0U);
+}
+
+TEST(DiskIOMachineTest, AHandleThatCannotBeSharedLeavesTheTargetAlone) {
+    ScopedMachine machine;
+    DiskIO file(path.c_str(), readWrite, shared, CREATE_ALWAYS, 0);
+    writeFile("C:\\b.bin", "b");
+    DiskIO target("C:\\b.bin");
+    machine->gate.failFunction("DuplicateHandle", ERROR_ACCESS_DENIED);
+    const Report report = thrownBy([&] { target = file; });
+    EXPECT_EQ(report.type, 1U);
+    EXPECT_EQ(report.error, ERROR_ACCESS_DENIED);
+    EXPECT_STREQ(target.GetFileName().c_str(), "C:\\b.bin");
+    EXPECT_EQ(thrownBy([&] { DiskIO copy(file); }).type, 1U);
+    EXPECT_EQ(machine->handles.openCount(), 2U);
+}
+
+TEST(DiskIOMachineTest, NoFailingCallLeavesAHandleOpen) {
+    for (const WindowsVersion version : {WindowsVersion::XP, WindowsVersion::Windows98}) {
+        for (const int overlapped : {0, 1}) {
+            test::failEachCall(
+                version, ERROR_GEN_FAILURE, [] { writeFile("C:\\b.bin", "12345678"); },
+                [&] {
+                    try {
+                        DiskIO file(path.c_str(), readWrite, shared, CREATE_ALWAYS, overlapped);
+                        DiskIO other("C:\\b.bin");
+                        file << DWORD{1};
+                        DiskIO copy(file);
+                        other = copy;
+                        LARGE_INTEGER start{};
+                        copy.SetFilePointer(start, FILE_BEGIN);
+                        DWORD number = 0;
+                        copy >> number;
+                        copy.Open("C:\\b.bin", GENERIC_READ, shared, OPEN_EXISTING, overlapped);
+                        file.Flush();
+                        file.Close();
+                        other.Close();
+                        copy.Close();
+                        file.Delete(path.c_str(), 1);
+                    } catch (const UTILS::DiskIoException& failure) {
+                        EXPECT_EQ(failure.m_error_number, ERROR_GEN_FAILURE) << failure.what();
+                    }
+                },
+                [](bool) {});
+        }
+    }
+}
+
+// ---- Devices
+
+// A drive whose device answers every command as it is told to.
+struct Answer {
+    DWORD error = 0;
+    std::vector<unsigned char> reply;
+    DWORD code = 0;                    // received
+    std::vector<unsigned char> input;  // received
+};
+
+class AnsweringDevice : public winlayer::OpenFile {
+public:
+    explicit AnsweringDevice(Answer& answer) : answer_(answer) {}
+    winlayer::Transfer read(std::uint64_t, std::span<std::byte>) override { return {}; }
+    winlayer::Transfer write(std::uint64_t, std::span<const std::byte>) override { return {}; }
+    DWORD flush() override { return 0; }
+    DWORD size(std::uint64_t&) override { return ERROR_INVALID_FUNCTION; }
+    DWORD resize(std::uint64_t) override { return ERROR_INVALID_FUNCTION; }
+    DWORD control(DWORD code, std::span<const std::byte> in, std::span<std::byte> out,
+                  DWORD& returned) override {
+        answer_.code = code;
+        answer_.input.resize(in.size());
+        if (!in.empty()) std::memcpy(answer_.input.data(), in.data(), in.size());
+        const std::size_t size = std::min(out.size(), answer_.reply.size());
+        if (size != 0) std::memcpy(out.data(), answer_.reply.data(), size);
+        returned = static_cast<DWORD>(size);
+        return answer_.error;
+    }
+
+private:
+    Answer& answer_;
+};
+
+class DeviceOnly : public winlayer::FileSystem {
+public:
+    explicit DeviceOnly(Answer& answer) : answer_(answer) {}
+    DWORD open(const std::string&, const winlayer::OpenRequest&, std::unique_ptr<winlayer::OpenFile>&,
+               bool&) override {
+        return ERROR_NOT_READY;
+    }
+    DWORD facts(const std::string&, winlayer::FileFacts&) override { return ERROR_NOT_READY; }
+    DWORD list(const std::string&, std::vector<winlayer::FileFacts>&) override { return ERROR_NOT_READY; }
+    DWORD setAttributes(const std::string&, DWORD) override { return ERROR_NOT_READY; }
+    DWORD removeFile(const std::string&) override { return ERROR_NOT_READY; }
+    DWORD createDirectory(const std::string&) override { return ERROR_NOT_READY; }
+    DWORD removeDirectory(const std::string&) override { return ERROR_NOT_READY; }
+    DWORD volume(winlayer::VolumeFacts&) override { return ERROR_NOT_READY; }
+    DWORD setLabel(const std::string&) override { return ERROR_NOT_READY; }
+    DWORD openDevice(const winlayer::OpenRequest&, std::unique_ptr<winlayer::OpenFile>& device) override {
+        device = std::make_unique<AnsweringDevice>(answer_);
+        return 0;
+    }
+
+private:
+    Answer& answer_;
+};
+
+TEST(DiskIOMachineTest, AFailedCommandTakesItsErrorFromTheReply) {
+    std::vector<unsigned char> registers(28, 0x11);
+    registers[12] = 0x34;
+    registers[13] = 0x12;
+    std::vector<unsigned char> track(518, 0x22);
+    track.back() = 0x77;
+    struct Row {
+        DWORD code;
+        std::vector<unsigned char> reply;
+        DWORD error;
+    };
+    for (const Row& row :
+         {Row{1, registers, 0x1234}, Row{2, registers, 0x1234}, Row{4, registers, 0x12}, Row{12, track, 0x77},
+          Row{4, std::vector<unsigned char>(27, 1), ERROR_CRC}, Row{13, {}, ERROR_CRC}}) {
+        SCOPED_TRACE(row.code);
+        Answer answer;
+        answer.error = ERROR_CRC;
+        answer.reply = row.reply;
+        ScopedMachine machine;
+        machine->drives.mount('A', std::make_shared<DeviceOnly>(answer), DRIVE_REMOVABLE);
+        DiskIO device("\\\\.\\A:");
+        std::vector<unsigned char> reply(row.reply.size());
+        unsigned char request[3] = {1, 2, 3};
+        EXPECT_EQ(thrownBy([&] {
+                      device.DeviceControl(row.code, request, 3, reply.data(),
+                                           static_cast<DWORD>(reply.size()));
+                  }),
+                  (Report{0, row.error,
+                          "DiskIO::DeviceControl - Cannot Execute Device Cmd " + std::to_string(row.code),
+                          source}));
+        EXPECT_EQ(answer.code, row.code);
+        EXPECT_EQ(answer.input, (std::vector<unsigned char>{1, 2, 3}));
+        EXPECT_TRUE(device.IsOpen());
+    }
+}
+
+TEST(DiskIOMachineTest, ACommandCountsTheBytesThatCameBack) {
+    Answer answer;
+    answer.reply = {9, 8, 7};
+    ScopedMachine machine;
+    machine->drives.mount('A', std::make_shared<DeviceOnly>(answer), DRIVE_REMOVABLE);
+    DiskIO device("\\\\.\\A:");
+    unsigned char reply[10] = {};
+    device.DeviceControl(0x70000, nullptr, 0, reply, sizeof reply);
+    EXPECT_EQ(device.GetBytesRead(), 3U);
+    EXPECT_EQ(reply[2], 7);
+    EXPECT_EQ(device.GetFileSize(), 0U) << "a device tells no size";
+}
+
+// Sees what the sector and BIOS services send, and answers for the device.
+class Recorder : public DiskIO {
+public:
+    void DeviceControl(DWORD command, void* const in, DWORD inSize, void* out, DWORD outSize) override {
+        code = command;
+        input.assign(static_cast<unsigned char*>(in), static_cast<unsigned char*>(in) + inSize);
+        outputSize = outSize;
+        std::memcpy(out, answer.data(), std::min<std::size_t>(answer.size(), outSize));
+    }
+    DIOC_REGISTERS registers() const {
+        DIOC_REGISTERS block{};
+        if (input.size() == sizeof block) std::memcpy(&block, input.data(), sizeof block);
+        return block;
+    }
+
+    DWORD code = 0;
+    std::vector<unsigned char> input;
+    DWORD outputSize = 0;
+    std::vector<unsigned char> answer;
+};
+
+TEST(DiskIOMachineTest, SectorsGoThroughTheAbsoluteDiskServices) {
+    ScopedMachine machine(WindowsVersion::Windows98);
+    Recorder device;
+    _ABSREADWRITE packet{};
+    packet.sectorCount = 1;
+    device.DeviceWrite(packet, 0);
+    EXPECT_EQ(device.code, 3U);
+    EXPECT_EQ(device.outputSize, 28U);
+    const DIOC_REGISTERS in = device.registers();
+    EXPECT_EQ(in.reg_EAX, 0U);
+    EXPECT_EQ(in.reg_ECX, 0xFFFFU);
+    EXPECT_EQ(in.reg_Flags, 1U);
+    EXPECT_EQ(ULongToPtr(in.reg_EBX), &packet);
+    device.DeviceRead(packet, 25);
+    EXPECT_EQ(device.code, 2U);
+    EXPECT_EQ(device.registers().reg_EAX, 25U);
+}
+
+TEST(DiskIOMachineTest, AFailedSectorServiceGivesItsOwnError) {
+    ScopedMachine machine(WindowsVersion::WindowsMe);
+    Recorder device;
+    DIOC_REGISTERS failed{};
+    failed.reg_EAX = 0x00090207;
+    failed.reg_Flags = 0x43;
+    device.answer.resize(sizeof failed);
+    std::memcpy(device.answer.data(), &failed, sizeof failed);
+    _ABSREADWRITE packet{};
+    packet.startSector = 4000000000U;
+    packet.sectorCount = 65535;
+    EXPECT_EQ(thrownBy([&] { device.DeviceRead(packet, 1); }),
+              (Report{11, 0x0207,
+                      "DiskIO::DeviceRead - VWIN32_DIOC_DOS_INT25, Disk:  1; sector:  4000000000; sectors to "
+                      "read:  65535",
+                      source}));
+    EXPECT_EQ(
+        thrownBy([&] { device.DeviceWrite(packet, 0); }),
+        (Report{11, 0x0207,
+                "DiskIO::DeviceWrite - VWIN32_DIOC_DOS_INT26, Disk:  0; sector:  4000000000; sectors to "
+                "write:  65535",
+                source}));
+}
+
+TEST(DiskIOMachineTest, ATrackFormatPacksItsRequest) {
+    ScopedMachine machine(WindowsVersion::Windows95);
+    Recorder device;
+    _SECTOR_ID ids[18] = {};
+    device.BiosTrackFormat(ids, 0x101, 0x24F, 0x301);
+    EXPECT_EQ(device.code, 12U);
+    EXPECT_EQ(device.outputSize, 518U);
+    ASSERT_EQ(device.input.size(), 11U);
+    EXPECT_EQ(std::vector<unsigned char>(device.input.begin(), device.input.begin() + 3),
+              (std::vector<unsigned char>{0x01, 0x4F, 0x01}));
+    DWORD address = 0;
+    std::memcpy(&address, device.input.data() + 3, 4);
+    EXPECT_EQ(ULongToPtr(address), ids);
+    EXPECT_EQ(std::vector<unsigned char>(device.input.begin() + 7, device.input.end()),
+              (std::vector<unsigned char>{18, 0, 0, 0}));
+
+    _BIOSREADWRITEPARAMIN in{1, 2, 3, 4, 5, 6};
+    _BIOSREADWRITEPARAMIN out{};
+    device.DeviceRead(in, out);
+    EXPECT_EQ(device.code, 13U);
+    EXPECT_EQ(device.input, (std::vector<unsigned char>{1, 2, 3, 4, 5, 6, 0, 0, 0}));
+    EXPECT_EQ(device.outputSize, 9U);
+    device.DeviceWrite(in, out);
+    EXPECT_EQ(device.code, 14U);
+}
+
+TEST(DiskIOMachineTest, NTIsRefusedBeforeTheDeviceIsTouched) {
+    ScopedMachine machine(WindowsVersion::Windows2000);
+    Recorder device;
+    _ABSREADWRITE packet{};
+    EXPECT_EQ(thrownBy([&] { device.DeviceRead(packet, 0); }).error, ERROR_APP_WRONG_OS);
+    EXPECT_EQ(thrownBy([&] { device.BiosTrackFormat(nullptr, 0, 0, 0); }).type, 13U);
+    EXPECT_TRUE(device.input.empty());
+}
+
+}  // namespace
