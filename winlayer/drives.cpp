@@ -81,6 +81,9 @@ std::string Drives::currentDirectory() const {
 
 DWORD Drives::setCurrentDirectory(const std::string& path) {
     ResolvedPath resolved;
+    if (path.empty()) {
+        return ERROR_INVALID_NAME;
+    }
     if (const DWORD error = resolvePath(path, currentDirectory(), resolved); error != 0) {
         return error;
     }
@@ -151,7 +154,7 @@ fs::path Drives::toHost(const std::string& path) const {
     if (error != 0 || folder == nullptr || folder->locate(below, hostPath, facts) == ERROR_PATH_NOT_FOUND) {
         throw std::invalid_argument(path + " is on no host folder");
     }
-    return withoutEndingSlash(hostPath);
+    return hostPath == "/" ? hostPath : withoutEndingSlash(hostPath);
 }
 
 }  // namespace winlayer

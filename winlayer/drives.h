@@ -42,7 +42,8 @@ public:
 
     // Splits any Windows path (relative ones against the current directory; "." and ".." resolved; forward
     // slashes taken as backslashes) into its drive and the path below it. ERROR_PATH_NOT_FOUND when there is
-    // no such drive, ERROR_NOT_READY when nothing is behind it.
+    // no such drive, ERROR_NOT_READY when nothing is behind it, ERROR_INVALID_NAME for a name that no file
+    // can have.
     DWORD resolve(const std::string& path, std::shared_ptr<FileSystem>& files, std::string& below) const;
 
     // The Windows path of a host path, through the drive whose folder holds it ("Z:" holds everything).

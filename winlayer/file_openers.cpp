@@ -4,6 +4,7 @@
 
 #include "winlayer/diskette/vwin32.h"
 #include "winlayer/machine.h"
+#include "winlayer/path_resolution.h"
 
 namespace winlayer {
 
@@ -61,10 +62,15 @@ DWORD openByName(Machine& machine, const std::string& name, const OpenRequest& r
     if (std::string_view(name).substr(0, devicePrefix.size()) == devicePrefix) {
         return openDevice(machine, std::string_view(name).substr(devicePrefix.size()), request, opened);
     }
-    if (const DWORD error = machine.drives.resolve(name, opened.files, opened.below); error != 0) {
+    if (const DWORD error = findTarget(machine, name.c_str(), opened.target); error != 0) {
         return error;
     }
-    return opened.files->open(opened.below, request, opened.file, opened.existed);
+    // The name of what is not there yet must not end like that of a directory.
+    const bool creates = request.disposition != OPEN_EXISTING && request.disposition != TRUNCATE_EXISTING;
+    if (creates && endsWithSeparator(name)) {
+        return ERROR_INVALID_NAME;
+    }
+    return opened.target.files->open(opened.target.below, request, opened.file, opened.existed);
 }
 
 }  // namespace winlayer

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "winlayer/file_object.h"
+#include "winlayer/path_target.h"
 
 namespace winlayer {
 
@@ -11,9 +12,8 @@ class Machine;
 struct OpenedFile {
     std::unique_ptr<OpenFile> file;
     bool existed = false;
-    // Where the file was found; null for a device.
-    std::shared_ptr<FileSystem> files;
-    std::string below;
+    // Where the file was found; without a file system for a device.
+    PathTarget target;
 };
 
 // Opens what a name stands for: a device when it starts with "\\\\.\\" (a drive's raw device as in

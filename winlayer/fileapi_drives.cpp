@@ -11,28 +11,24 @@ using winlayer::Drive;
 using winlayer::Machine;
 
 // The drive that a root directory such as "A:\" names; a null one is that of the current directory.
-const Drive* driveOfRoot(const Machine& machine, LPCSTR root) {
+DWORD driveOfRoot(const Machine& machine, LPCSTR root, const Drive*& drive) {
     winlayer::ResolvedPath resolved;
     const std::string path = root != nullptr ? root : "\\";
-    if (resolvePath(path, machine.drives.currentDirectory(), resolved) != 0 || !resolved.below.empty()) {
-        return nullptr;
+    if (const DWORD error = resolvePath(path, machine.drives.currentDirectory(), resolved); error != 0) {
+        return error;
     }
-    return machine.drives.find(resolved.letter);
-}
-
-bool endsWithSeparator(LPCSTR root) {
-    const std::size_t length = root == nullptr ? 0 : std::strlen(root);
-    return root == nullptr || (length > 0 && (root[length - 1] == '\\' || root[length - 1] == '/'));
+    drive = machine.drives.find(resolved.letter);
+    return drive == nullptr ? ERROR_PATH_NOT_FOUND : resolved.below.empty() ? 0 : ERROR_DIR_NOT_ROOT;
 }
 
 // The file system of a root given with its separator; otherwise an error code.
 DWORD volumeOf(const Machine& machine, LPCSTR root, std::shared_ptr<winlayer::FileSystem>& files) {
-    if (!endsWithSeparator(root)) {
+    if (root != nullptr && !winlayer::endsWithSeparator(root)) {
         return ERROR_INVALID_NAME;
     }
-    const Drive* drive = driveOfRoot(machine, root);
-    if (drive == nullptr) {
-        return ERROR_PATH_NOT_FOUND;
+    const Drive* drive = nullptr;
+    if (const DWORD error = driveOfRoot(machine, root, drive); error != 0) {
+        return error;
     }
     files = drive->files;
     return files == nullptr ? ERROR_NOT_READY : 0;
@@ -56,8 +52,8 @@ DWORD WINAPI GetLogicalDrives() {
 
 UINT WINAPI GetDriveTypeA(LPCSTR root) {
     winlayer::entered(__func__);
-    const Drive* drive = driveOfRoot(Machine::current(), root);
-    return drive == nullptr ? DRIVE_NO_ROOT_DIR : drive->type;
+    const Drive* drive = nullptr;
+    return driveOfRoot(Machine::current(), root, drive) == 0 ? drive->type : DRIVE_NO_ROOT_DIR;
 }
 
 BOOL WINAPI GetVolumeInformationA(LPCSTR root, LPSTR label, DWORD labelSize, LPDWORD serial,

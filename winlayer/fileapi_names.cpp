@@ -1,5 +1,8 @@
+#include "winlayer/case_folding.h"
+#include "winlayer/code_pages.h"
 #include "winlayer/last_error.h"
 #include "winlayer/machine.h"
+#include "winlayer/path_target.h"
 
 namespace {
 
@@ -10,26 +13,20 @@ using winlayer::Machine;
 // Does the work on the file system that a path leads to; true on success, otherwise the last error is set.
 template <class Work>
 bool onPath(LPCSTR path, const Work& work) {
-    std::shared_ptr<FileSystem> files;
-    std::string below;
-    DWORD error =
-        path == nullptr ? ERROR_PATH_NOT_FOUND : Machine::current().drives.resolve(path, files, below);
+    winlayer::PathTarget target;
+    DWORD error = findTarget(Machine::current(), path, target);
     if (error == 0) {
-        error = work(*files, below);
+        error = work(*target.files, target.below);
     }
     return winlayer::succeeded(error);
 }
 
 // The current directory must stay: Windows NT has it open, the others refuse by rule.
-DWORD refuseCurrentDirectory(const std::string& path) {
+DWORD refuseCurrentDirectory(const FileSystem& files, const std::string& below) {
     const Machine& machine = Machine::current();
-    std::shared_ptr<FileSystem> files;
-    std::shared_ptr<FileSystem> currentFiles;
-    std::string below;
-    std::string currentBelow;
-    if (machine.drives.resolve(path, files, below) != 0 ||
-        machine.drives.resolve(".", currentFiles, currentBelow) != 0 || files != currentFiles ||
-        below != currentBelow) {
+    winlayer::PathTarget current;
+    if (findTarget(machine, ".", current) != 0 || current.files.get() != &files ||
+        winlayer::foldCase(toUtf8(machine, current.below)) != winlayer::foldCase(toUtf8(machine, below))) {
         return 0;
     }
     return isNt(machine.version) ? ERROR_SHARING_VIOLATION : ERROR_CURRENT_DIRECTORY;
@@ -57,8 +54,8 @@ BOOL WINAPI RemoveDirectoryA(LPCSTR name) {
     if (winlayer::denied(__func__)) {
         return FALSE;
     }
-    return onPath(name, [&](FileSystem& files, const std::string& below) {
-        const DWORD error = refuseCurrentDirectory(name);
+    return onPath(name, [](FileSystem& files, const std::string& below) {
+        const DWORD error = refuseCurrentDirectory(files, below);
         return error != 0 ? error : files.removeDirectory(below);
     });
 }

@@ -24,22 +24,12 @@ DWORD checkRequest(LPCSTR name, const OpenRequest& request) {
     return cannotTruncate ? ERROR_INVALID_PARAMETER : 0;
 }
 
-// A name that ends in a separator is that of a directory, and directories are not opened.
-DWORD checkName(const std::string& name) {
-    return !name.empty() && (name.back() == '\\' || name.back() == '/') ? ERROR_PATH_NOT_FOUND : 0;
-}
-
-DWORD open(Machine& machine, const std::string& name, const OpenRequest& request, OpenedFile& opened) {
-    const DWORD error = checkName(name);
-    return error != 0 ? error : openByName(machine, name, request, opened);
-}
-
 HANDLE handleFor(Machine& machine, OpenedFile opened, const OpenRequest& request, DWORD flags) {
     auto object = std::make_shared<FileObject>(std::move(opened.file), request.access,
                                                (flags & FILE_FLAG_OVERLAPPED) != 0);
     if (request.deleteOnClose) {
-        object->deleteFrom = std::move(opened.files);
-        object->deletePath = std::move(opened.below);
+        object->deleteFrom = std::move(opened.target.files);
+        object->deletePath = std::move(opened.target.below);
     }
     return machine.handles.add(std::move(object));
 }
@@ -61,7 +51,7 @@ HANDLE WINAPI CreateFileA(LPCSTR name, DWORD access, DWORD sharing, LPSECURITY_A
     OpenedFile opened;
     DWORD error = checkRequest(name, request);
     if (error == 0) {
-        error = open(machine, name, request, opened);
+        error = openByName(machine, name, request, opened);
     }
     if (!winlayer::succeeded(error)) {
         return INVALID_HANDLE_VALUE;

@@ -54,6 +54,16 @@ bool creates(const OpenRequest& request) {
            request.disposition == OPEN_ALWAYS;
 }
 
+// What is missing when something is to be made is the directory to make it in.
+DWORD errorOfMaking(int hostError) {
+    return hostError == ENOENT ? ERROR_PATH_NOT_FOUND : windowsError(hostError);
+}
+
+// What other opens of the file must share.
+DWORD sharedAccess(const OpenRequest& request) {
+    return request.access | (request.deleteOnClose ? deleteAccess : 0);
+}
+
 // A file that was a regular one a moment ago might have become a pipe: opening must not wait for its other
 // end.
 int openFlags(const OpenRequest& request) {
@@ -144,10 +154,10 @@ DWORD HostFolder::create(const std::string& path, const OpenRequest& request,
         ::open(path.c_str(), openFlags(request) | O_CREAT | O_EXCL, readOnly ? 0444 : 0666));
     struct stat facts;
     if (!descriptor || ::fstat(descriptor.get(), &facts) != 0) {
-        return windowsError(errno);
+        return errorOfMaking(errno);
     }
     std::unique_ptr<ShareTable::Entry> share;
-    if (!shares_->open({facts.st_dev, facts.st_ino}, request.access, request.sharing, share)) {
+    if (!shares_->open({facts.st_dev, facts.st_ino}, sharedAccess(request), request.sharing, share)) {
         return ERROR_SHARING_VIOLATION;
     }
     if (!modeHoldsAll) {
@@ -186,9 +196,8 @@ DWORD HostFolder::openExisting(const std::string& path, const struct stat& known
     }
     const FileIdentity identity{known.st_dev, known.st_ino};
     std::unique_ptr<ShareTable::Entry> share;
-    const DWORD access = request.access | (truncates(request) ? GENERIC_WRITE : 0);
-    if ((request.deleteOnClose && !shares_->mayDelete(identity)) ||
-        !shares_->open(identity, access, request.sharing, share)) {
+    const DWORD access = sharedAccess(request) | (truncates(request) ? GENERIC_WRITE : 0);
+    if (!shares_->open(identity, access, request.sharing, share)) {
         return ERROR_SHARING_VIOLATION;
     }
     HostDescriptor descriptor(::open(path.c_str(), openFlags(request)));
@@ -285,7 +294,7 @@ DWORD HostFolder::createDirectory(const std::string& below) {
     if (::mkdir(path.c_str(), 0777) == 0) {
         return 0;
     }
-    return errno == EEXIST ? ERROR_ALREADY_EXISTS : windowsError(errno);
+    return errno == EEXIST ? ERROR_ALREADY_EXISTS : errorOfMaking(errno);
 }
 
 DWORD HostFolder::removeDirectory(const std::string& below) {

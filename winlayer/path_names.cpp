@@ -4,17 +4,15 @@
 #include "winlayer/include/winbase.h"
 #include "winlayer/last_error.h"
 #include "winlayer/machine.h"
+#include "winlayer/path_resolution.h"
 #include "winlayer/text_result.h"
 
 namespace {
 
 using winlayer::FileFacts;
 using winlayer::giveText;
+using winlayer::isSeparator;
 using winlayer::Machine;
-
-bool isSeparator(char c) {
-    return c == '\\' || c == '/';
-}
 
 // Rewrites each element of a path as `rewrite` tells from the facts of what it names; drive, separators, "."
 // and

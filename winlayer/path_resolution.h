@@ -6,6 +6,13 @@
 
 namespace winlayer {
 
+constexpr bool isSeparator(char c) {
+    return c == '\\' || c == '/';
+}
+constexpr bool endsWithSeparator(std::string_view path) {
+    return !path.empty() && isSeparator(path.back());
+}
+
 // Where a Windows path leads, by its text alone.
 struct ResolvedPath {
     char letter = 0;    // upper case

@@ -7,7 +7,7 @@ ShareTable::Entry::~Entry() {
 }
 
 bool ShareTable::open(FileIdentity file, DWORD access, DWORD sharing, std::unique_ptr<Entry>& entry) {
-    if ((access & (GENERIC_READ | GENERIC_WRITE)) == 0) {
+    if ((access & (GENERIC_READ | GENERIC_WRITE | deleteAccess)) == 0) {
         return true;
     }
     const std::lock_guard lock(mutex_);
@@ -44,6 +44,7 @@ void ShareTable::Opens::change(DWORD access, DWORD sharing, bool opened) {
     step(count, true);
     step(reading, (access & GENERIC_READ) != 0);
     step(writing, (access & GENERIC_WRITE) != 0);
+    step(deleting, (access & deleteAccess) != 0);
     step(sharesReading, (sharing & FILE_SHARE_READ) != 0);
     step(sharesWriting, (sharing & FILE_SHARE_WRITE) != 0);
     step(sharesDeletion, (sharing & FILE_SHARE_DELETE) != 0);
@@ -52,8 +53,10 @@ void ShareTable::Opens::change(DWORD access, DWORD sharing, bool opened) {
 bool ShareTable::Opens::admits(DWORD access, DWORD sharing) const {
     return ((access & GENERIC_READ) == 0 || sharesReading == count) &&
            ((access & GENERIC_WRITE) == 0 || sharesWriting == count) &&
+           ((access & deleteAccess) == 0 || sharesDeletion == count) &&
            ((sharing & FILE_SHARE_READ) != 0 || reading == 0) &&
-           ((sharing & FILE_SHARE_WRITE) != 0 || writing == 0);
+           ((sharing & FILE_SHARE_WRITE) != 0 || writing == 0) &&
+           ((sharing & FILE_SHARE_DELETE) != 0 || deleting == 0);
 }
 
 }  // namespace winlayer

@@ -16,8 +16,11 @@ struct FileIdentity {
     bool operator==(const FileIdentity&) const = default;
 };
 
+// To delete a file, or to have it deleted when it is closed, is an access of its own.
+inline constexpr DWORD deleteAccess = 0x00010000;
+
 // Who has which host file open in this machine, and what each of them lets others do. An open that asks for
-// neither reading nor writing takes no part.
+// none of reading, writing and deletion takes no part.
 class ShareTable : public std::enable_shared_from_this<ShareTable> {
 public:
     // One open file's entry; ends it when destroyed.
@@ -46,6 +49,7 @@ private:
         unsigned count = 0;
         unsigned reading = 0;
         unsigned writing = 0;
+        unsigned deleting = 0;
         unsigned sharesReading = 0;
         unsigned sharesWriting = 0;
         unsigned sharesDeletion = 0;

@@ -1,0 +1,190 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "support/temp_folder.h"
+
+namespace {
+
+DWORD errorOf(BOOL done) {
+    return done != 0 ? 0 : GetLastError();
+}
+
+TEST(FileAttributes, failOnWhatIsMissing) {
+    const TempFolder folder;
+    EXPECT_EQ(GetFileAttributesA((folder / "none").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_EQ(GetFileAttributesA((folder / "none\\a").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_EQ(errorOf(SetFileAttributesA((folder / "none").c_str(), 0x80)), DWORD{ERROR_FILE_NOT_FOUND});
+}
+
+TEST(DeleteFile, refusesWhatMustStay) {
+    const TempFolder folder;
+    const std::string file = folder.file("a.txt");
+    EXPECT_EQ(errorOf(DeleteFileA((folder / "none").c_str())), DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_EQ(errorOf(DeleteFileA(folder.directory("d").c_str())), DWORD{ERROR_ACCESS_DENIED});
+    SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_EQ(errorOf(DeleteFileA(file.c_str())), DWORD{ERROR_ACCESS_DENIED});
+    SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_HIDDEN);
+    const HANDLE open = CreateFileA(file.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                    OPEN_EXISTING, 0, nullptr);
+    EXPECT_EQ(errorOf(DeleteFileA(file.c_str())), DWORD{ERROR_SHARING_VIOLATION});
+    CloseHandle(open);
+    EXPECT_EQ(errorOf(DeleteFileA(file.c_str())), DWORD{0});
+    EXPECT_FALSE(exists(file));
+}
+
+TEST(Directories, areMadeAndRemovedOnlyWhereThatIsPossible) {
+    const TempFolder folder;
+    const std::string directory = folder.directory("d");
+    const std::string file = folder.file("d\\a.txt");
+    EXPECT_EQ(errorOf(CreateDirectoryA(directory.c_str(), nullptr)), DWORD{ERROR_ALREADY_EXISTS});
+    EXPECT_EQ(errorOf(CreateDirectoryA(file.c_str(), nullptr)), DWORD{ERROR_ALREADY_EXISTS});
+    EXPECT_EQ(errorOf(CreateDirectoryA((folder / "x\\y").c_str(), nullptr)), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_EQ(errorOf(CreateDirectoryA((directory + "\\sub\\").c_str(), nullptr)), DWORD{0});
+    EXPECT_EQ(errorOf(RemoveDirectoryA(directory.c_str())), DWORD{ERROR_DIR_NOT_EMPTY});
+    EXPECT_EQ(errorOf(RemoveDirectoryA(file.c_str())), DWORD{ERROR_DIRECTORY});
+    EXPECT_EQ(errorOf(RemoveDirectoryA((folder / "none").c_str())), DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_EQ(errorOf(RemoveDirectoryA((directory + "\\sub").c_str())), DWORD{0});
+    SetFileAttributesA(directory.c_str(), FILE_ATTRIBUTE_READONLY);
+    EXPECT_EQ(errorOf(DeleteFileA(file.c_str())), DWORD{0}) << "a read-only directory's files may go";
+}
+
+std::string currentDirectory() {
+    std::array<char, MAX_PATH> buffer{};
+    const DWORD length = GetCurrentDirectoryA(static_cast<DWORD>(buffer.size()), buffer.data());
+    return std::string(buffer.data(), length);
+}
+
+TEST(CurrentDirectory, isWhereRelativePathsStart) {
+    const TempFolder folder;
+    const std::string before = currentDirectory();
+    folder.directory("d");
+    folder.file("a.txt", "outer");
+    folder.file("d\\a.txt", "inner");
+    ASSERT_TRUE(SetCurrentDirectoryA((folder / "d").c_str()));
+    EXPECT_EQ(currentDirectory(), folder / "d");
+    EXPECT_EQ(readFile("a.txt"), "inner");
+    EXPECT_EQ(readFile(".\\..\\a.txt"), "outer");
+    EXPECT_EQ(readFile("../d/./a.txt"), "inner");
+    EXPECT_EQ(readFile(folder.path().substr(0, 2) + "a.txt"), "inner") << "a drive without a root";
+    EXPECT_EQ(errorOf(SetCurrentDirectoryA("none")), DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_EQ(errorOf(SetCurrentDirectoryA("a.txt")), DWORD{ERROR_DIRECTORY});
+    EXPECT_EQ(currentDirectory(), folder / "d");
+    char small = '#';
+    EXPECT_EQ(GetCurrentDirectoryA(1, &small), (folder / "d").size() + 1)
+        << "what a large enough buffer needs";
+    EXPECT_EQ(errorOf(RemoveDirectoryA((folder / "d").c_str())) == 0, false);
+    ASSERT_TRUE(SetCurrentDirectoryA(before.c_str()));
+}
+
+// Windows drops dots and blanks at the end of a name.
+TEST(Names, loseDotsAndBlanksAtTheEnd) {
+    const TempFolder folder;
+    folder.file("a.txt. ", "x");
+    EXPECT_EQ(readFile(folder / "a.txt"), "x");
+    EXPECT_EQ(readFile(folder / "a.txt..."), "x");
+    EXPECT_TRUE(exists(folder.path() + "\\"));
+}
+
+struct Found {
+    std::set<std::string> names;
+    DWORD error;
+};
+
+Found find(const std::string& pattern) {
+    Found found{{}, 0};
+    WIN32_FIND_DATAA data{};
+    const HANDLE search = FindFirstFileA(pattern.c_str(), &data);
+    if (search == INVALID_HANDLE_VALUE) {
+        found.error = GetLastError();
+        return found;
+    }
+    do {
+        EXPECT_TRUE(found.names.insert(data.cFileName).second) << "twice: " << data.cFileName;
+    } while (FindNextFileA(search, &data) != 0);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_NO_MORE_FILES});
+    EXPECT_TRUE(FindClose(search));
+    return found;
+}
+
+TEST(FindFile, matchesWildcardsAsWindowsDoes) {
+    const TempFolder folder;
+    for (const char* name : {"a", "ab", "abc.txt", "B.TXT", "c.tar.gz", "d.htm"}) {
+        folder.file(name);
+    }
+    const std::set<std::string> all = {".", "..", "a", "ab", "abc.txt", "B.TXT", "c.tar.gz", "d.htm"};
+    EXPECT_EQ(find(folder / "*").names, all);
+    EXPECT_EQ(find(folder / "*.*").names, all);
+    EXPECT_EQ(find(folder / "*.txt").names, (std::set<std::string>{"abc.txt", "B.TXT"}));
+    EXPECT_EQ(find(folder / "A*").names, (std::set<std::string>{"a", "ab", "abc.txt"}));
+    EXPECT_EQ(find(folder / "?.*").names,
+              (std::set<std::string>{".", "..", "a", "B.TXT", "c.tar.gz", "d.htm"}));
+    EXPECT_EQ(find(folder / "*.g?").names, (std::set<std::string>{"c.tar.gz"}));
+    EXPECT_EQ(find(folder / "*b*.t*").names, (std::set<std::string>{"abc.txt", "B.TXT"}));
+    EXPECT_EQ(find(folder / "b.txt").names, (std::set<std::string>{"B.TXT"})) << "as the file is spelt";
+}
+
+TEST(FindFile, tellsWhyThereIsNothing) {
+    const TempFolder folder;
+    folder.file("a.txt");
+    EXPECT_EQ(find(folder / "*.none").error, DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_EQ(find(folder / "none").error, DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_EQ(find(folder / "none\\*").error, DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_EQ(find(folder.path() + "\\").error, DWORD{ERROR_FILE_NOT_FOUND});
+}
+
+TEST(FindFile, reportsWhatTheFileIs) {
+    const TempFolder folder;
+    const std::string path = folder.file("a.txt", std::string(70'000, 'x'));
+    SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE);
+    WIN32_FIND_DATAA data{};
+    const HANDLE search = FindFirstFileA((folder / "A.*").c_str(), &data);
+    ASSERT_NE(search, INVALID_HANDLE_VALUE);
+    EXPECT_STREQ(data.cFileName, "a.txt");
+    EXPECT_EQ(data.nFileSizeLow, DWORD{70'000});
+    EXPECT_EQ(data.nFileSizeHigh, DWORD{0});
+    EXPECT_EQ(data.dwFileAttributes, DWORD{FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE});
+    // Later than the year 2001 and before 2200.
+    EXPECT_GT(data.ftLastWriteTime.dwHighDateTime, DWORD{0x01C07000});
+    EXPECT_LT(data.ftLastWriteTime.dwHighDateTime, DWORD{0x02A00000});
+    FindClose(search);
+}
+
+// The way a tree is erased: each entry goes while the search that found it is still open.
+TEST(FindFile, goesOnWhileItsEntriesAreDeleted) {
+    const TempFolder folder;
+    constexpr int count = 500;
+    for (int i = 0; i < count; ++i) {
+        folder.file("file" + std::to_string(i));
+    }
+    WIN32_FIND_DATAA data{};
+    const HANDLE search = FindFirstFileA((folder / "file*").c_str(), &data);
+    int deleted = 0;
+    do {
+        deleted += DeleteFileA((folder / data.cFileName).c_str());
+    } while (FindNextFileA(search, &data) != 0);
+    FindClose(search);
+    EXPECT_EQ(deleted, count);
+    EXPECT_EQ(find(folder / "*").names, (std::set<std::string>{".", ".."}));
+}
+
+TEST(FindFile, keepsItsHandlesApartFromFiles) {
+    const TempFolder folder;
+    const std::string path = folder.file("a.txt");
+    const HANDLE file = CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+    WIN32_FIND_DATAA data{};
+    EXPECT_FALSE(FindNextFileA(INVALID_HANDLE_VALUE, &data));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_FALSE(FindClose(INVALID_HANDLE_VALUE));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_TRUE(CloseHandle(file));
+}
+
+}  // namespace

@@ -1,0 +1,255 @@
+#include <windows.h>
+
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "support/temp_folder_machine.h"
+
+// What a host folder may hold that Windows could not: names that differ only in case, other characters,
+// links, pipes. The folder is made and removed on the host.
+
+namespace {
+
+namespace fs = std::filesystem;
+
+class HostFolderTest : public testing::Test {
+protected:
+    HostFolderTest() {
+        std::string pattern = (fs::temp_directory_path() / "host-folder-XXXXXX").string();
+        host_ = ::mkdtemp(pattern.data());
+        machine_->drives.mountFolder('H', host_);
+    }
+    ~HostFolderTest() override {
+        EXPECT_EQ(machine_->handles.openCount(), 0u);
+        fs::remove_all(host_);
+    }
+
+    void put(const std::string& name, const std::string& content = "") const {
+        std::ofstream(host_ / name, std::ios::binary) << content;
+    }
+    static DWORD errorOfOpen(const std::string& path, DWORD access = GENERIC_READ,
+                             DWORD disposition = OPEN_EXISTING) {
+        const HANDLE file = CreateFileA(path.c_str(), access, 0, nullptr, disposition, 0, nullptr);
+        if (file == INVALID_HANDLE_VALUE) {
+            return GetLastError();
+        }
+        CloseHandle(file);
+        return 0;
+    }
+    // The names in the order of the search, and the error that ended it.
+    static std::vector<std::string> find(const std::string& pattern, DWORD& error) {
+        std::vector<std::string> names;
+        WIN32_FIND_DATAA data;
+        const HANDLE search = FindFirstFileA(pattern.c_str(), &data);
+        for (BOOL more = search != INVALID_HANDLE_VALUE; more != 0; more = FindNextFileA(search, &data)) {
+            names.emplace_back(data.cFileName);
+        }
+        error = GetLastError();
+        if (search != INVALID_HANDLE_VALUE) {
+            FindClose(search);
+        }
+        return names;
+    }
+    static DWORD errorOfFind(const std::string& pattern) {
+        DWORD error = 0;
+        find(pattern, error);
+        return error;
+    }
+
+    winlayer::ScopedMachine machine_;
+    fs::path host_;
+};
+
+TEST_F(HostFolderTest, prefersTheExactCase) {
+    put("name", "lower");
+    put("NAME", "upper");
+    EXPECT_EQ(readFile("H:\\name"), "lower");
+    EXPECT_EQ(readFile("H:\\NAME"), "upper");
+    DeleteFileA("H:\\name");
+    EXPECT_EQ(readFile("H:\\name"), "upper");
+}
+
+// A file that another program puts there is seen at once, also by the call that would have made one.
+TEST_F(HostFolderTest, seesWhatOthersDoBetweenTwoCalls) {
+    for (int round = 0; round < 50; ++round) {
+        const std::string number = std::to_string(round);
+        writeFile("H:\\own" + number, "");
+        put("Other" + number, "theirs");
+        EXPECT_EQ(errorOfOpen("H:\\OTHER" + number, GENERIC_WRITE, CREATE_NEW), DWORD{ERROR_FILE_EXISTS});
+        fs::rename(host_ / ("Other" + number), host_ / ("Moved" + number));
+        EXPECT_EQ(readFile("H:\\MOVED" + number), "theirs");
+        fs::remove(host_ / ("Moved" + number));
+        EXPECT_EQ(errorOfOpen("H:\\MOVED" + number, GENERIC_WRITE, CREATE_NEW), DWORD{0});
+        EXPECT_TRUE(fs::exists(host_ / ("MOVED" + number)));
+    }
+    fs::remove_all(host_);
+    EXPECT_EQ(errorOfOpen("H:\\new", GENERIC_WRITE, CREATE_NEW), DWORD{ERROR_PATH_NOT_FOUND});
+    fs::create_directory(host_);
+    put("New");
+    EXPECT_EQ(errorOfOpen("H:\\new", GENERIC_WRITE, CREATE_NEW), DWORD{ERROR_FILE_EXISTS});
+}
+
+TEST_F(HostFolderTest, speaksTheCodePageOnTheWindowsSide) {
+    put("\xC3\x84pfel.txt", "utf-8");  // A umlaut
+    EXPECT_EQ(readFile("H:\\\xC4pfel.txt"), "utf-8");
+    EXPECT_EQ(readFile("H:\\\xE4PFEL.TXT"), "utf-8") << "without case";
+    writeFile(
+        "H:\\stra\xDF"
+        "e",
+        "");
+    EXPECT_TRUE(fs::exists(host_ / "stra\xC3\x9F"
+                                   "e"));
+    DWORD error = 0;
+    EXPECT_EQ(find("H:\\*", error), (std::vector<std::string>{"stra\xDF"
+                                                              "e",
+                                                              "\xC4pfel.txt"}));
+    EXPECT_EQ(find("H:\\?PFEL.*", error), (std::vector<std::string>{"\xC4pfel.txt"}));
+    machine_->ansiCodePage = 65001;
+    EXPECT_EQ(readFile("H:\\\xC3\x84pfel.txt"), "utf-8");
+    EXPECT_EQ(find("H:\\?pfel.txt", error), (std::vector<std::string>{"\xC3\x84pfel.txt"}));
+}
+
+// A name that Windows programs could not be told is never left out in silence.
+TEST_F(HostFolderTest, failsAListingThatCouldNotBeWhole) {
+    struct Row {
+        const char* name;
+        DWORD error;
+    };
+    const Row rows[] = {{"\xE4\xBD\xA0", ERROR_NO_UNICODE_TRANSLATION},
+                        {"broken\xFF", ERROR_NO_UNICODE_TRANSLATION},
+                        {"a:b", ERROR_INVALID_NAME},
+                        {"a\\b", ERROR_INVALID_NAME},
+                        {"what?", ERROR_INVALID_NAME},
+                        {"dot.", ERROR_INVALID_NAME},
+                        {"blank ", ERROR_INVALID_NAME},
+                        {"line\nfeed", ERROR_INVALID_NAME}};
+    put("plain");
+    for (const Row& row : rows) {
+        put(row.name);
+        EXPECT_EQ(errorOfFind("H:\\*"), row.error) << row.name;
+        EXPECT_EQ(errorOfFind("H:\\*.txt"), row.error) << row.name;
+        EXPECT_EQ(errorOfFind("H:\\plain"), DWORD{ERROR_NO_MORE_FILES}) << "a name needs no listing";
+        fs::remove(host_ / row.name);
+    }
+    EXPECT_EQ(errorOfFind("H:\\*"), DWORD{ERROR_NO_MORE_FILES});
+}
+
+TEST_F(HostFolderTest, listsInTheOrderOfNamesWithoutCase) {
+    for (const char* name : {"b", "C", "a", "B1"}) {
+        put(name);
+    }
+    fs::create_directory(host_ / "AA");
+    DWORD error = 0;
+    EXPECT_EQ(find("H:\\*", error), (std::vector<std::string>{"a", "AA", "b", "B1", "C"}))
+        << "a root has no dots";
+    EXPECT_EQ(find("H:\\AA\\*.*", error), (std::vector<std::string>{".", ".."}));
+}
+
+TEST_F(HostFolderTest, leavesOutWhatIsGoneBeforeItsTurn) {
+    for (const char* name : {"a", "b", "c"}) {
+        put(name);
+    }
+    WIN32_FIND_DATAA data;
+    const HANDLE search = FindFirstFileA("H:\\*", &data);
+    EXPECT_STREQ(data.cFileName, "a");
+    fs::remove(host_ / "b");
+    EXPECT_TRUE(FindNextFileA(search, &data));
+    EXPECT_STREQ(data.cFileName, "c");
+    EXPECT_FALSE(FindNextFileA(search, &data));
+    FindClose(search);
+}
+
+TEST_F(HostFolderTest, followsLinksButNotInCircles) {
+    fs::create_directories(host_ / "real/inner");
+    put("real/inner/a.txt", "through");
+    fs::create_symlink("real/inner", host_ / "short");
+    EXPECT_EQ(readFile("H:\\short\\a.txt"), "through");
+    DWORD error = 0;
+    EXPECT_EQ(find("H:\\*", error), (std::vector<std::string>{"real", "short"}));
+    EXPECT_EQ(find("H:\\short\\*", error), (std::vector<std::string>{".", "..", "a.txt"}));
+    EXPECT_EQ(GetFileAttributesA("H:\\short"), DWORD{FILE_ATTRIBUTE_DIRECTORY});
+
+    fs::create_symlink("..", host_ / "real/inner/up");
+    EXPECT_EQ(errorOfFind("H:\\real\\inner\\*"), DWORD{ERROR_CANT_RESOLVE_FILENAME});
+    EXPECT_EQ(errorOfFind("H:\\short\\*"), DWORD{ERROR_NO_MORE_FILES}) << "there it leads to a new place";
+    EXPECT_EQ(errorOfFind("H:\\short\\up\\inner\\*"), DWORD{ERROR_CANT_RESOLVE_FILENAME});
+    fs::create_symlink("self", host_ / "real/self");
+    EXPECT_EQ(errorOfOpen("H:\\real\\self"), DWORD{ERROR_CANT_RESOLVE_FILENAME});
+}
+
+TEST_F(HostFolderTest, removesALinkAndNotWhatItLeadsTo) {
+    fs::create_directory(host_ / "real");
+    put("file", "kept");
+    fs::create_symlink("real", host_ / "directory-link");
+    fs::create_symlink("file", host_ / "file-link");
+    fs::create_symlink("nowhere", host_ / "dangling");
+    EXPECT_TRUE(RemoveDirectoryA("H:\\directory-link"));
+    EXPECT_TRUE(DeleteFileA("H:\\file-link"));
+    EXPECT_EQ(errorOfOpen("H:\\dangling"), DWORD{ERROR_FILE_NOT_FOUND});
+    DWORD error = 0;
+    EXPECT_EQ(find("H:\\*", error), (std::vector<std::string>{"dangling", "file", "real"}));
+    EXPECT_TRUE(DeleteFileA("H:\\dangling"));
+    EXPECT_EQ(readFile("H:\\file"), "kept");
+    EXPECT_TRUE(fs::is_directory(host_ / "real"));
+}
+
+// A pipe would make an open wait for ever; a device could act on one.
+TEST_F(HostFolderTest, opensNeitherPipesNorDevices) {
+    ASSERT_EQ(::mkfifo((host_ / "pipe").c_str(), 0666), 0);
+    fs::create_symlink("/dev/zero", host_ / "zero");
+    for (const DWORD disposition : {OPEN_EXISTING, OPEN_ALWAYS, CREATE_ALWAYS, TRUNCATE_EXISTING}) {
+        for (const DWORD access : {GENERIC_WRITE, GENERIC_READ | GENERIC_WRITE}) {
+            EXPECT_EQ(errorOfOpen("H:\\pipe", access, disposition), DWORD{ERROR_ACCESS_DENIED});
+            EXPECT_EQ(errorOfOpen("H:\\zero", access, disposition), DWORD{ERROR_ACCESS_DENIED});
+        }
+    }
+    EXPECT_EQ(errorOfOpen("H:\\pipe"), DWORD{ERROR_ACCESS_DENIED});
+    WIN32_FIND_DATAA data;
+    FindClose(FindFirstFileA("H:\\pipe", &data));
+    EXPECT_EQ(data.nFileSizeLow, DWORD{0});
+}
+
+// A full medium: the bytes that found room are counted, and the call says why it stopped.
+TEST_F(HostFolderTest, reportsAShortWrite) {
+    const HANDLE file = CreateFileA("H:\\big", GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+    const std::string data(8192, 'x');
+    struct rlimit before;
+    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
+    const struct rlimit small { 4096, before.rlim_max };
+    const auto ignored = ::signal(SIGXFSZ, SIG_IGN);
+    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
+    DWORD count = 0;
+    EXPECT_FALSE(WriteFile(file, data.data(), static_cast<DWORD>(data.size()), &count, nullptr));
+    const DWORD error = GetLastError();
+    ::setrlimit(RLIMIT_FSIZE, &before);
+    ::signal(SIGXFSZ, ignored);
+    EXPECT_EQ(error, DWORD{ERROR_FILE_TOO_LARGE});
+    EXPECT_EQ(count, DWORD{4096});
+    EXPECT_EQ(SetFilePointer(file, 0, nullptr, FILE_CURRENT), DWORD{4096});
+    CloseHandle(file);
+}
+
+TEST_F(HostFolderTest, hasNoLabelAndNoRawDevice) {
+    std::array<char, 32> label{'#'};
+    std::array<char, 32> fileSystem{};
+    EXPECT_TRUE(
+        GetVolumeInformationA("H:\\", label.data(), 32, nullptr, nullptr, nullptr, fileSystem.data(), 32));
+    EXPECT_STREQ(label.data(), "");
+    EXPECT_FALSE(GetVolumeInformationA("H:\\", nullptr, 0, nullptr, nullptr, nullptr, fileSystem.data(), 2));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_MORE_DATA});
+    EXPECT_FALSE(SetVolumeLabelA("H:\\", "LABEL"));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_SUPPORTED});
+    EXPECT_EQ(errorOfOpen("\\\\.\\H:"), DWORD{ERROR_FILE_NOT_FOUND});
+}
+
+}  // namespace

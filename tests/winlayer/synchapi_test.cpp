@@ -1,0 +1,198 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <thread>
+#include <vector>
+
+namespace {
+
+class Section {
+public:
+    Section() { InitializeCriticalSection(&section_); }
+    ~Section() { DeleteCriticalSection(&section_); }
+    void lock() { EnterCriticalSection(&section_); }
+    void unlock() { LeaveCriticalSection(&section_); }
+
+private:
+    CRITICAL_SECTION section_;
+};
+
+TEST(CriticalSection, letsOneThreadInAtATime) {
+    Section section;
+    int counter = 0;
+    std::vector<std::thread> threads;
+    for (int t = 0; t < 4; ++t) {
+        threads.emplace_back([&] {
+            for (int i = 0; i < 50'000; ++i) {
+                section.lock();
+                section.lock();
+                ++counter;
+                section.unlock();
+                section.unlock();
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    EXPECT_EQ(counter, 200'000);
+}
+
+// A section entered while the process has one thread keeps a second one out.
+TEST(CriticalSection, staysTakenUntilItsLastLeave) {
+    Section section;
+    std::atomic<bool> entered{false};
+    section.lock();
+    section.lock();
+    std::thread other([&] {
+        section.lock();
+        entered = true;
+        section.unlock();
+    });
+    Sleep(30);
+    EXPECT_FALSE(entered);
+    section.unlock();
+    Sleep(30);
+    EXPECT_FALSE(entered) << "entered twice, left once";
+    section.unlock();
+    other.join();
+    EXPECT_TRUE(entered);
+}
+
+TEST(Event, automaticOneIsSeenOnce) {
+    const HANDLE event = CreateEventA(nullptr, FALSE, TRUE, nullptr);
+    EXPECT_EQ(WaitForSingleObject(event, 0), WAIT_OBJECT_0);
+    EXPECT_EQ(WaitForSingleObject(event, 0), DWORD{WAIT_TIMEOUT});
+    SetEvent(event);
+    SetEvent(event);
+    EXPECT_EQ(WaitForSingleObject(event, 1000), WAIT_OBJECT_0);
+    EXPECT_EQ(WaitForSingleObject(event, 1), DWORD{WAIT_TIMEOUT});
+    CloseHandle(event);
+}
+
+TEST(Event, manualOneStaysUntilItIsReset) {
+    const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    EXPECT_EQ(WaitForSingleObject(event, 0), DWORD{WAIT_TIMEOUT});
+    SetEvent(event);
+    EXPECT_EQ(WaitForSingleObject(event, 0), WAIT_OBJECT_0);
+    EXPECT_EQ(WaitForSingleObject(event, INFINITE), WAIT_OBJECT_0);
+    ResetEvent(event);
+    EXPECT_EQ(WaitForSingleObject(event, 0), DWORD{WAIT_TIMEOUT});
+    CloseHandle(event);
+}
+
+TEST(Event, wakesAWaitingThread) {
+    const HANDLE event = CreateEventA(nullptr, FALSE, FALSE, nullptr);
+    std::thread signaller([&] {
+        Sleep(20);
+        SetEvent(event);
+    });
+    EXPECT_EQ(WaitForSingleObject(event, INFINITE), WAIT_OBJECT_0);
+    signaller.join();
+    CloseHandle(event);
+}
+
+// How many of three waiting threads one pulse lets go, and that it leaves nothing behind.
+TEST(Event, pulseLetsGoThoseThatWait) {
+    for (const BOOL manual : {TRUE, FALSE}) {
+        const HANDLE event = CreateEventA(nullptr, manual, FALSE, nullptr);
+        PulseEvent(event);
+        EXPECT_EQ(WaitForSingleObject(event, 0), DWORD{WAIT_TIMEOUT});
+        std::atomic<int> released{0};
+        std::vector<std::thread> waiting;
+        for (int i = 0; i < 3; ++i) {
+            waiting.emplace_back(
+                [&] { released += WaitForSingleObject(event, 5000) == WAIT_OBJECT_0 ? 1 : 0; });
+        }
+        Sleep(100);
+        PulseEvent(event);
+        Sleep(100);
+        EXPECT_EQ(released, manual != 0 ? 3 : 1);
+        EXPECT_EQ(WaitForSingleObject(event, 0), DWORD{WAIT_TIMEOUT});
+        while (released < 3) {
+            SetEvent(event);
+            Sleep(1);
+        }
+        for (std::thread& thread : waiting) {
+            thread.join();
+        }
+        CloseHandle(event);
+    }
+}
+
+TEST(Event, isSharedByItsName) {
+    SetLastError(0xBAD);
+    const HANDLE first = CreateEventA(nullptr, TRUE, FALSE, "layer test event");
+    EXPECT_EQ(GetLastError(), DWORD{NO_ERROR});
+    const HANDLE second = CreateEventA(nullptr, FALSE, TRUE, "layer test event");
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_ALREADY_EXISTS});
+    const HANDLE other = CreateEventA(nullptr, TRUE, FALSE, "another test event");
+    const HANDLE unnamed = CreateEventA(nullptr, TRUE, FALSE, "");
+    EXPECT_EQ(WaitForSingleObject(second, 0), DWORD{WAIT_TIMEOUT}) << "the first one's state counts";
+    SetEvent(first);
+    EXPECT_EQ(WaitForSingleObject(second, 0), WAIT_OBJECT_0);
+    EXPECT_EQ(WaitForSingleObject(other, 0), DWORD{WAIT_TIMEOUT});
+    EXPECT_EQ(WaitForSingleObject(unnamed, 0), DWORD{WAIT_TIMEOUT});
+    CloseHandle(first);
+    EXPECT_EQ(WaitForSingleObject(second, 0), WAIT_OBJECT_0);
+    CloseHandle(second);
+    CloseHandle(unnamed);
+    CloseHandle(other);
+    const HANDLE fresh = CreateEventA(nullptr, TRUE, FALSE, "layer test event");
+    EXPECT_EQ(GetLastError(), DWORD{NO_ERROR}) << "the name went with its last handle";
+    EXPECT_EQ(WaitForSingleObject(fresh, 0), DWORD{WAIT_TIMEOUT});
+    CloseHandle(fresh);
+}
+
+TEST(Event, duplicateIsTheSameEvent) {
+    const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
+    HANDLE copy = nullptr;
+    ASSERT_TRUE(DuplicateHandle(GetCurrentProcess(), event, GetCurrentProcess(), &copy, 0, TRUE,
+                                DUPLICATE_SAME_ACCESS));
+    CloseHandle(event);
+    EXPECT_TRUE(SetEvent(copy));
+    EXPECT_EQ(WaitForSingleObject(copy, 0), WAIT_OBJECT_0);
+    CloseHandle(copy);
+}
+
+TEST(Handle, closedOneIsRefused) {
+    const HANDLE event = CreateEventA(nullptr, TRUE, TRUE, nullptr);
+    ASSERT_TRUE(CloseHandle(event));
+    EXPECT_FALSE(CloseHandle(event));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_FALSE(SetEvent(event));
+    EXPECT_EQ(WaitForSingleObject(event, 0), WAIT_FAILED);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    HANDLE copy = nullptr;
+    EXPECT_FALSE(DuplicateHandle(GetCurrentProcess(), event, GetCurrentProcess(), &copy, 0, TRUE,
+                                 DUPLICATE_SAME_ACCESS));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    DWORD count = 0;
+    char byte = 0;
+    EXPECT_FALSE(ReadFile(nullptr, &byte, 1, &count, nullptr));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+}
+
+TEST(Thread, hasItsOwnLastError) {
+    std::atomic<int> turn{0};
+    std::thread thread([&] {
+        while (turn != 1) {
+            Sleep(1);
+        }
+        SetLastError(2);
+        turn = 2;
+    });
+    SetLastError(1);
+    turn = 1;
+    while (turn != 2) {
+    }
+    EXPECT_EQ(GetLastError(), DWORD{1});
+    thread.join();
+    DWORD other = 0;
+    std::thread([&] { other = GetCurrentThreadId(); }).join();
+    EXPECT_NE(other, GetCurrentThreadId());
+}
+
+}  // namespace
