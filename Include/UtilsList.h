@@ -19,6 +19,11 @@ namespace UTILS {
 template <typename T>
 class IOList : public virtual Utils<T, int> {
 public:
+    IOList() = default;
+    // Copied, never moved: a move would move the virtual base once for each class above it.
+    IOList(const IOList&) = default;
+    IOList& operator=(const IOList&) = default;
+
     // Adds a copy of the value at the end; the current value stays the same. Result: the list.
     IOList& AddData(const T& value) {
         list_.Append(value);
