@@ -1,0 +1,203 @@
+#include "make_zar_disks.h"
+
+#include <string>
+
+#include "CUtilsPath.h"
+#include "ansi_literal.h"
+
+using namespace UTILS::literals;
+
+namespace {
+
+// The one medium that the emergency diskette is made on.
+constexpr MediaGeometry diskette144{80, 2, 18, 512, F3_1Pt44_512};
+
+constexpr const char* noDriveText =
+    "Kein geeignetes Diskettenlaufwerk gefunden. Sie benötigen ein Laufwerk für 1,44-MB-Disketten."_ansi;
+
+// A search for files and directories, closed at its end.
+class Search {
+public:
+    Search(const std::string& pattern, WIN32_FIND_DATAA& entry)
+        : handle_(FindFirstFileA(pattern.c_str(), &entry)) {}
+    ~Search() {
+        if (found()) {
+            FindClose(handle_);
+        }
+    }
+    Search(const Search&) = delete;
+    Search& operator=(const Search&) = delete;
+
+    bool found() const { return handle_ != INVALID_HANDLE_VALUE; }
+    bool next(WIN32_FIND_DATAA& entry) { return FindNextFileA(handle_, &entry) != 0; }
+    // After next() has said no: whether there was nothing more to find.
+    static bool complete() { return GetLastError() == ERROR_NO_MORE_FILES; }
+
+private:
+    HANDLE handle_;
+};
+
+bool isDirectory(const WIN32_FIND_DATAA& entry) {
+    return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+bool isDotEntry(const std::string& name) {
+    return name == "." || name == "..";
+}
+
+bool deleteFile(const std::string& name) {
+    return SetFileAttributesA(name.c_str(), FILE_ATTRIBUTE_NORMAL) && DeleteFileA(name.c_str());
+}
+
+}  // namespace
+
+MakeZARDisks::MakeZARDisks() : FormatDisk(0) {
+    Reset();
+    bootSector_ = boot_sector::Build(boot_sector::DrawSerialNumber());
+}
+
+int MakeZARDisks::GetSliderPos() {
+    return 0;
+}
+
+void MakeZARDisks::Reset() {
+    volumeLabel_ = "";
+    archiveDirectory_ = "";
+    archiveName_ = "";
+    driveRoot_ = "";
+    files_.RemoveAllData();
+    progressEnd_ = 100;
+}
+
+void MakeZARDisks::AddDiskFile(const UTILS::UtilsString& name, int attributes) {
+    files_.AddData(attributes, name);
+}
+
+void MakeZARDisks::ClearDiskFiles() {
+    files_.RemoveAllData();
+}
+
+// Both bases have hooks of these names; the disk maker's are meant.
+void MakeZARDisks::ShowStatus(const char* text) {
+    FormatDisk& disk = *this;
+    disk.UPDATE_WINDOW(text, 1);
+}
+
+void MakeZARDisks::Progress(int absolute, int value) {
+    FormatDisk& disk = *this;
+    disk.MoveSlider(absolute, value);
+}
+
+int MakeZARDisks::FindFloppyDrive() {
+    try {
+        ShowStatus("Diskettenlaufwerk wird gesucht...");
+        driveRoot_ = GetFirstDriveOfType(diskette144);
+        if (driveRoot_.length() != 0) {
+            Progress(0, 0);
+            return 1;
+        }
+    } catch (const FormatDiskException& failure) {
+        SHOW_ERROR(static_cast<int>(failure.m_error_number), generalError, noDriveText);
+        return 0;
+    } catch (...) {
+        SHOW_ERROR(0, generalError, "Unbekannter Systemfehler");
+        return 0;
+    }
+    if (driveName_.length() == 0) {
+        SHOW_ERROR(0, generalError, noDriveText);
+    } else {
+        const std::string drive = driveName_.c_str();
+        SHOW_ERROR(0, generalError, ("Fehler beim Zugriff auf das Laufwerk: '" + drive + "'\n").c_str());
+    }
+    return 0;
+}
+
+int MakeZARDisks::MakeDisk() {
+    files_.SetSearchDirection(0);
+    const DWORD count = files_.size();
+    if (count == 0) {
+        return 0;
+    }
+    SetBootSectorImage(bootSector_.data(), boot_sector::size);
+    Progress(0, 0);
+    Progress(0, 0);
+    if (!PrepareDiskette()) {
+        return GiveUp();
+    }
+    ShowStatus("Vorbereiten auf Schreiben auf die Diskette...");
+    for (DWORD i = 0; i < count; ++i) {
+        if (!WriteDiskFile(files_.GetValueAsUString(i), static_cast<DWORD>(files_.GetKey(i)))) {
+            return GiveUp();
+        }
+    }
+    Progress(1, progressEnd_);
+    ShowStatus("Die Diskette wurde erfolgreich erstellt.");
+    return 1;
+}
+
+int MakeZARDisks::GiveUp() {
+    Progress(1, 0);
+    return 0;
+}
+
+bool MakeZARDisks::PrepareDiskette() {
+    try {
+        if (EraseTree(driveRoot_.c_str()) == 0) {
+            return false;
+        }
+        ShowStatus("Datenträgerbezeichnung wird festgelegt..."_ansi);
+        ::SetVolumeLabelA(driveRoot_.c_str(), volumeLabel_.c_str());
+        WriteBootSector();
+        Progress(0, 0);
+        return true;
+    } catch (...) {
+        ShowStatus("Fehler beim Schreiben auf die Diskette");
+        return false;
+    }
+}
+
+bool MakeZARDisks::WriteDiskFile(const UTILS::UtilsString& name, DWORD attributes) {
+    const std::string file = name.c_str();
+    try {
+        ShowStatus(("Die Datei " + file + " wird extrahiert...").c_str());
+        Extract(archiveDirectory_.c_str(), archiveName_.c_str(), driveRoot_.c_str(), file.c_str(), 0, 0);
+        Progress(0, 0);
+        UTILS::CUtilsPath path(driveRoot_);
+        path.AddToPath(name);
+        ::SetFileAttributesA(path.GetPath(), attributes);
+        return true;
+    } catch (const ZAR_CommonException& failure) {
+        if (failure.m_error_number != ZAR_CANCELLED) {
+            ShowStatus("Fehler bei der Archiv-Extrahierung");
+        }
+    } catch (...) {
+        const std::string root = driveRoot_.c_str();
+        ShowStatus(("Fehler beim Extrahieren der Datei " + file + " zu " + root).c_str());
+    }
+    return false;
+}
+
+int MakeZARDisks::EraseTree(const char* directory) {
+    std::string path = directory;
+    if (path.empty() || path.back() != '\\') {
+        path += '\\';
+    }
+    WIN32_FIND_DATAA entry{};
+    Search search(path + "*.*", entry);
+    if (!search.found()) {
+        return 1;
+    }
+    do {
+        const std::string name = path + entry.cFileName;
+        if (!isDirectory(entry)) {
+            if (!deleteFile(name)) {
+                return 0;
+            }
+        } else if (!isDotEntry(entry.cFileName)) {
+            if (EraseTree(name.c_str()) == 0 || !RemoveDirectoryA(name.c_str())) {
+                return 0;
+            }
+        }
+    } while (search.next(entry));
+    return Search::complete() ? 1 : 0;
+}
