@@ -47,12 +47,17 @@ void FatTable::set(DWORD cluster, DWORD value) {
 std::vector<DWORD> FatTable::chain(DWORD first) {
     std::vector<DWORD> clusters;
     const DWORD limit = layout_.clusters();
-    for (DWORD cluster = first; first != 0 && cluster < firstEndMark; cluster = get(cluster)) {
+    if (first == 0) {
+        return clusters;
+    }
+    DWORD cluster = first;
+    do {
         if (!layout_.isCluster(cluster) || clusters.size() == limit) {
             throw DiskError{ERROR_FILE_CORRUPT};
         }
         clusters.push_back(cluster);
-    }
+        cluster = get(cluster);
+    } while (cluster < firstEndMark);
     return clusters;
 }
 
