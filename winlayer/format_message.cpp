@@ -42,21 +42,20 @@ std::vector<std::uint64_t> readArray(std::size_t count, const DWORD_PTR* array) 
     return std::vector<std::uint64_t>(array, array + count);
 }
 
-// Each argument is read as what it was passed as. The caller's list stays where it is.
+// Each argument is read as what it was passed as. The list is used up, as Windows leaves it.
 std::vector<std::uint64_t> readList(const std::vector<ArgumentKind>& kinds, va_list* arguments) {
     std::vector<std::uint64_t> values;
-    va_list list;
-    va_copy(list, *arguments);
+    // NOLINTBEGIN(clang-analyzer-valist.Uninitialized): the caller has started the list
     for (const ArgumentKind kind : kinds) {
         if (kind == ArgumentKind::Number) {
-            values.push_back(va_arg(list, std::uint32_t));
+            values.push_back(va_arg(*arguments, std::uint32_t));
         } else if (kind == ArgumentKind::LongNumber) {
-            values.push_back(va_arg(list, std::uint64_t));
+            values.push_back(va_arg(*arguments, std::uint64_t));
         } else {
-            values.push_back(reinterpret_cast<std::uintptr_t>(va_arg(list, void*)));
+            values.push_back(reinterpret_cast<std::uintptr_t>(va_arg(*arguments, void*)));
         }
     }
-    va_end(list);
+    // NOLINTEND(clang-analyzer-valist.Uninitialized)
     return values;
 }
 

@@ -212,7 +212,7 @@ std::string messageText(const Machine& machine, const std::vector<MessagePiece>&
     std::string text;
     std::string line;
     const auto endLine = [&] {
-        text += wraps ? wrapped(std::move(line), lineWidth) : std::move(line);
+        text += wraps ? wrapped(line, lineWidth) : line;
         line.clear();
     };
     for (const MessagePiece& piece : pieces) {

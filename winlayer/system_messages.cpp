@@ -43,6 +43,8 @@ constexpr SystemMessage messages[] = {
     {ERROR_HANDLE_EOF, "The end of the file has been reached.", "Das Ende der Datei ist erreicht."},
     {ERROR_HANDLE_DISK_FULL, "The medium is full.", "Der Datenträger ist voll."},
     {ERROR_NOT_SUPPORTED, "The request is not supported.", "Die Anforderung wird nicht unterstützt."},
+
+    {ERROR_BAD_NETPATH, "The network path cannot be found.", "Der Netzwerkpfad wurde nicht gefunden."},
     {ERROR_FILE_EXISTS, "The file is there already.", "Die Datei ist bereits vorhanden."},
     {ERROR_CANNOT_MAKE, "The directory or file cannot be made.",
      "Das Verzeichnis oder die Datei kann nicht angelegt werden."},
@@ -61,12 +63,16 @@ constexpr SystemMessage messages[] = {
     {ERROR_NEGATIVE_SEEK, "The file position would lie before the start of the file.",
      "Die Dateiposition läge vor dem Anfang der Datei."},
     {ERROR_DIR_NOT_EMPTY, "The directory is not empty.", "Das Verzeichnis ist nicht leer."},
+
+    {ERROR_LABEL_TOO_LONG, "The volume label is too long.", "Die Datenträgerbezeichnung ist zu lang."},
     {ERROR_BAD_PATHNAME, "The path is not valid.", "Der Pfad ist ungültig."},
     {ERROR_BUSY, "What was asked for is in use.", "Die angeforderte Ressource wird gerade verwendet."},
     {ERROR_ALREADY_EXISTS, "An object of this name exists already.",
      "Ein Objekt dieses Namens ist bereits vorhanden."},
     {ERROR_FILENAME_EXCED_RANGE, "The file name or its extension is too long.",
      "Der Dateiname oder seine Erweiterung ist zu lang."},
+
+    {ERROR_FILE_TOO_LARGE, "The file is too large.", "Die Datei ist zu groß."},
     {ERROR_MORE_DATA, "There are more data.", "Es sind weitere Daten vorhanden."},
     {ERROR_NO_MORE_ITEMS, "There are no more items.", "Es gibt keine weiteren Einträge."},
     {ERROR_DIRECTORY, "The name is not that of a directory.", "Der Name ist nicht der eines Verzeichnisses."},
@@ -78,6 +84,9 @@ constexpr SystemMessage messages[] = {
     {ERROR_INVALID_FLAGS, "The flags are not valid.", "Die Schalter sind ungültig."},
     {ERROR_UNRECOGNIZED_VOLUME, "The medium carries no file system that the system knows.",
      "Der Datenträger enthält kein bekanntes Dateisystem."},
+
+    {ERROR_FILE_INVALID, "The medium was changed, so that the open file is no longer valid.",
+     "Der Datenträger wurde gewechselt, die geöffnete Datei ist nicht mehr gültig."},
     {ERROR_NO_TOKEN, "There is no access token.", "Es gibt kein Zugriffstoken."},
     {ERROR_BADKEY, "The registry key is not valid.", "Der Registrierungsschlüssel ist ungültig."},
     {ERROR_KEY_DELETED, "The registry key is marked for deletion.",
@@ -90,6 +99,9 @@ constexpr SystemMessage messages[] = {
      "Das Programm ist für ein anderes Betriebssystem bestimmt."},
     {ERROR_BAD_DEVICE, "The device name is not valid.", "Der Gerätename ist ungültig."},
     {ERROR_INVALID_SID, "The security identifier is not valid.", "Die Sicherheitskennung ist ungültig."},
+
+    {ERROR_FILE_CORRUPT, "The file or directory is damaged and cannot be read.",
+     "Die Datei oder das Verzeichnis ist beschädigt und nicht lesbar."},
     {ERROR_INVALID_WINDOW_HANDLE, "The window handle is not valid.", "Das Fensterhandle ist ungültig."},
     {ERROR_INVALID_THREAD_ID, "The thread number is not valid.", "Die Threadnummer ist ungültig."},
     {ERROR_UNRECOGNIZED_MEDIA, "The medium is unknown; it may not be formatted.",
@@ -101,6 +113,9 @@ constexpr SystemMessage messages[] = {
      "Das Modul hat keine Ressource dieses Namens."},
     {ERROR_RESOURCE_LANG_NOT_FOUND, "The resource does not exist in this language.",
      "Die Ressource gibt es in dieser Sprache nicht."},
+
+    {ERROR_CANT_RESOLVE_FILENAME, "The system cannot follow the name to a file.",
+     "Das System kann den Namen nicht bis zu einer Datei verfolgen."},
 };
 
 constexpr DWORD primaryMask = 0x3FF;
