@@ -219,8 +219,14 @@ public:
 
     // Compares the current string with a text or with another list's current string, as UtilsString does. An
     // empty list is less than any text and equal to a null one.
-    int Compare(const TextArgument& text) const;
-    int Compare(const UtilsStringList& other) const;
+    template <TextSource Text>
+    int Compare(const Text& text) const {
+        if constexpr (std::is_base_of_v<UtilsStringList, Text>) {
+            return text.size() == 0 ? CompareText(NoText()) : CompareText(*text.RetrieveString());
+        } else {
+            return CompareText(text);
+        }
+    }
     // All six relational operators, in both directions, test the result of Compare.
     template <TextSource Text>
     bool operator==(const Text& text) const {
@@ -248,6 +254,9 @@ private:
     requires(!std::is_base_of_v<UtilsString, Text>) static UtilsString AsString(const Text& text) {
         return UtilsString(text, 1);
     }
+
+    static const char* NoText() { return nullptr; }
+    int CompareText(const TextArgument& text) const;
 
     UtilsStringList& AddValue(const UtilsString& text);
     // The string at a position, about to be changed.

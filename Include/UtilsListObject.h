@@ -61,43 +61,36 @@ public:
     ListObject() : Chain(header::list) {}
 
     using Chain::Size;
-    bool IsSorted() const { return sorted_; }
+    bool IsSorted() const { return this->chain_.Order() == KnownOrder::ByValue; }
     // Forgets that the list is sorted, because a value is about to be changed in its place.
-    void ClearSorted() { sorted_ = false; }
+    void ClearSorted() { this->ForgetOrder(KnownOrder::ByValue); }
 
     // Match style and case are copied into every value that has such settings, now and on its way in.
-    void SetMatchStyle(int style) {
-        sorted_ = false;
-        this->SetStyle(this->GetCase(), style);
-    }
-    void SetCase(int exact) {
-        sorted_ = false;
-        this->SetStyle(exact, this->GetMatchStyle());
-    }
+    void SetMatchStyle(int style) { this->SetStyle(this->GetCase(), style); }
+    void SetCase(int exact) { this->SetStyle(exact, this->GetMatchStyle()); }
 
     // Adds a copy of the value at the end.
-    void Append(const T& value) { Add(value, Size()); }
+    void Append(const T& value) { this->chain_.Append(NewNode(value)); }
     // Adds copies of all values of a list, which may be this one.
     void Append(const ListObject& other) {
-        sorted_ = false;
         this->chain_.Append(other.chain_);
         this->ApplyStyle();
     }
     // Adds a copy before the value at the position; behind the last value for a position that is the size.
     void Insert(const T& value, DWORD position) {
-        if (position != Size()) {
+        const DWORD size = Size();
+        if (position > size) {
             this->CheckPosition(position);
-            Add(value, this->Index(position) + (this->GetSearchDirection() == 1 ? 1 : 0));
-        } else {
-            Add(value, this->GetSearchDirection() == 1 ? 0 : Size());
         }
+        this->chain_.Insert(NewNode(value), this->GetSearchDirection() == 1 ? size - position : position);
     }
     // Adds a copy so that the list ascends, behind its equals; a list not known to be sorted is sorted first
     // (method 0).
     void AddSorted(const T& value) {
         Sort(SortAutomatic);
-        Add(value, InsertionIndex(this->chain_, this->Order(), ValueField{}, value));
-        sorted_ = true;
+        this->chain_.Insert(NewNode(value),
+                            InsertionIndex(this->chain_, this->Comparison(), ValueField{}, value));
+        this->chain_.SetOrder(KnownOrder::ByValue);
     }
 
     T& Retrieve(DWORD position) { return this->NodeAt(position).Value(); }
@@ -105,21 +98,15 @@ public:
     // A copy of a value, made under its node's lock.
     T RetrieveCopy(DWORD position) const { return *this->NodeAt(position).CopyValue(); }
 
-    void Remove(DWORD position) {
-        this->Unlink(position);
-        sorted_ = false;
-    }
-    void RemoveAll() {
-        this->chain_.Clear();
-        sorted_ = false;
-    }
+    void Remove(DWORD position) { this->Unlink(position); }
+    void RemoveAll() { this->chain_.Clear(); }
 
     // Sorts ascending under case and match style. method: 0 chooses by the size, 1 exchange sort, 2 Shell
     // sort, 3 and 4 quicksort; another one changes nothing, nor is an empty or sorted list touched.
     void Sort(int method) {
-        if (IsSortMethod(method) && Size() > 0 && !sorted_) {
-            SortChain(this->chain_, this->Order(), ValueField{}, method);
-            sorted_ = true;
+        if (IsSortMethod(method) && Size() > 0 && !IsSorted()) {
+            SortChain(this->chain_, this->Comparison(), ValueField{}, method);
+            this->chain_.SetOrder(KnownOrder::ByValue);
         }
     }
 
@@ -130,17 +117,14 @@ public:
         if (method == 1) {
             Sort(SortAutomatic);
         }
-        return SearchChain(this->chain_, this->GetSearchDirection(), method == 1, this->Order(), ValueField{},
-                           wanted, start);
+        return SearchChain(this->chain_, this->GetSearchDirection(), method == 1, this->Comparison(),
+                           ValueField{}, wanted, start);
     }
 
 private:
-    void Add(const T& value, DWORD index) {
-        this->Link(std::make_unique<Node<T>>(value), index);
-        sorted_ = false;
+    std::unique_ptr<Node<T>> NewNode(const T& value) const {
+        return this->Styled(std::make_unique<Node<T>>(value));
     }
-
-    bool sorted_ = false;
 };
 
 }  // namespace UTILS

@@ -69,47 +69,33 @@ public:
 
     using Chain::Size;
     // order: 1 asks for the order of the keys, any other value for that of the values.
-    bool IsSorted(int order) const { return order == OrderByKey ? sorted_by_key_ : sorted_by_value_; }
+    bool IsSorted(int order) const { return this->chain_.Order() == Known(order); }
     // Forgets that the map is sorted by value, because a value is about to be changed in its place.
-    void ClearSortedByValue() { sorted_by_value_ = false; }
+    void ClearSortedByValue() { this->ForgetOrder(KnownOrder::ByValue); }
 
     // Match style and case are copied into every value that has such settings, now and on its way in.
-    void SetMatchStyle(int style) {
-        sorted_by_value_ = false;
-        this->SetStyle(this->GetCase(), style);
-    }
-    void SetCase(int exact) {
-        sorted_by_value_ = false;
-        this->SetStyle(exact, this->GetMatchStyle());
-    }
+    void SetMatchStyle(int style) { this->SetStyle(this->GetCase(), style); }
+    void SetCase(int exact) { this->SetStyle(exact, this->GetMatchStyle()); }
 
     // Adds a pair at the end.
-    void Append(const K& key, const T& value) {
-        Add(key, value, Size());
-        SetSorted(false, false);
-    }
+    void Append(const K& key, const T& value) { this->chain_.Append(NewNode(key, value)); }
     // Adds a pair so that keys (order 1) or values ascend, behind its equals; a map not known to be sorted in
     // that order is sorted first (method 0).
     void AddSorted(const K& key, const T& value, int order) {
         Sort(order, SortAutomatic);
-        Add(key, value,
-            order == OrderByKey ? InsertionIndex(this->chain_, ScalarOrder<K>(), KeyField{}, key)
-                                : InsertionIndex(this->chain_, this->Order(), ValueField{}, value));
-        SetSorted(order == OrderByKey, order != OrderByKey);
+        const DWORD index = order == OrderByKey
+                                ? InsertionIndex(this->chain_, ScalarOrder<K>(), KeyField{}, key)
+                                : InsertionIndex(this->chain_, this->Comparison(), ValueField{}, value);
+        this->chain_.Insert(NewNode(key, value), index);
+        this->chain_.SetOrder(Known(order));
     }
 
     const K& RetrieveKey(DWORD position) const { return this->NodeAt(position).Key(); }
     T& RetrieveVal(DWORD position) { return this->NodeAt(position).Value(); }
     const T& RetrieveVal(DWORD position) const { return this->NodeAt(position).Value(); }
 
-    void Remove(DWORD position) {
-        this->Unlink(position);
-        SetSorted(false, false);
-    }
-    void RemoveAll() {
-        this->chain_.Clear();
-        SetSorted(false, false);
-    }
+    void Remove(DWORD position) { this->Unlink(position); }
+    void RemoveAll() { this->chain_.Clear(); }
 
     // Sorts ascending by key (order 1) or by value under case and match style. method: 0 chooses by the size,
     // 1 exchange sort, 2 Shell sort, 3 and 4 quicksort; another one changes nothing, nor is a map touched
@@ -121,9 +107,9 @@ public:
         if (order == OrderByKey) {
             SortChain(this->chain_, ScalarOrder<K>(), KeyField{}, method);
         } else {
-            SortChain(this->chain_, this->Order(), ValueField{}, method);
+            SortChain(this->chain_, this->Comparison(), ValueField{}, method);
         }
-        SetSorted(order == OrderByKey, order != OrderByKey);
+        this->chain_.SetOrder(Known(order));
     }
 
     // The first position at or after `start` whose key is the wanted one, or whose value equals the wanted
@@ -133,7 +119,7 @@ public:
         return Search(OrderByKey, ScalarOrder<K>(), KeyField{}, wanted, method, start);
     }
     DWORD SearchVal(const T& wanted, int method, DWORD start) {
-        return Search(OrderByValue, this->Order(), ValueField{}, wanted, method, start);
+        return Search(OrderByValue, this->Comparison(), ValueField{}, wanted, method, start);
     }
 
 private:
@@ -150,16 +136,12 @@ private:
         return SearchChain(this->chain_, this->GetSearchDirection(), method == 1, itemOrder, field, wanted,
                            start);
     }
-    void Add(const K& key, const T& value, DWORD index) {
-        this->Link(std::make_unique<MapNode<K, T>>(key, value), index);
+    static KnownOrder Known(int order) {
+        return order == OrderByKey ? KnownOrder::ByKey : KnownOrder::ByValue;
     }
-    void SetSorted(bool byKey, bool byValue) {
-        sorted_by_key_ = byKey;
-        sorted_by_value_ = byValue;
+    std::unique_ptr<MapNode<K, T>> NewNode(const K& key, const T& value) const {
+        return this->Styled(std::make_unique<MapNode<K, T>>(key, value));
     }
-
-    bool sorted_by_key_ = false;
-    bool sorted_by_value_ = false;
 };
 
 }  // namespace UTILS

@@ -9,6 +9,9 @@
 
 namespace UTILS {
 
+// The order in which the nodes of a chain are known to be.
+enum class KnownOrder { None, ByValue, ByKey };
+
 // The doubly linked nodes of one list or map, counted from 0 at the first one. Keeps, besides the two ends,
 // the middle node and the one it found last, so that a node is reached in at most a quarter of the count and
 // a neighbour of the last one in one step. Owns its nodes. N is copied by its content, has Next(), and leaves
@@ -18,7 +21,10 @@ template <typename N>
 class NodeChain {
 public:
     NodeChain() = default;
-    NodeChain(const NodeChain& other) { Append(other); }
+    NodeChain(const NodeChain& other) {
+        Append(other);
+        SetOrder(other.Order());
+    }
     NodeChain& operator=(const NodeChain& other) {
         if (this != &other) {
             NodeChain copy(other);
@@ -35,8 +41,24 @@ public:
     }
     ~NodeChain() { Clear(); }
 
-    DWORD Count() const { return count_; }
-    N* First() const { return first_; }
+    DWORD Count() const {
+        const SectionGuard guard(lock_);
+        return count_;
+    }
+    N* First() const {
+        const SectionGuard guard(lock_);
+        return first_;
+    }
+
+    // The order that was set last; linking and unlinking nodes sets none.
+    KnownOrder Order() const {
+        const SectionGuard guard(lock_);
+        return order_;
+    }
+    void SetOrder(KnownOrder order) {
+        const SectionGuard guard(lock_);
+        order_ = order;
+    }
 
     // The node at an index, which must be below the count.
     N& At(DWORD index) const {
@@ -119,6 +141,7 @@ private:
         if (next != nullptr) {
             found_ = {node, index};
         }
+        order_ = KnownOrder::None;
         const DWORD middle = count_ / 2;
         if (count_++ == 0) {
             middle_ = node;
@@ -138,6 +161,7 @@ private:
         (node.previous_ == nullptr ? first_ : node.previous_->next_) = node.next_;
         (node.next_ == nullptr ? last_ : node.next_->previous_) = node.previous_;
         found_ = {node.next_, index};
+        order_ = KnownOrder::None;
         if (--count_ > 0) {
             SettleMiddle(middle);
         }
@@ -159,6 +183,7 @@ private:
         last_ = middle_ = nullptr;
         found_ = {};
         count_ = 0;
+        order_ = KnownOrder::None;
         return std::exchange(first_, nullptr);
     }
 
@@ -169,6 +194,7 @@ private:
         std::swap(last_, copy.last_);
         std::swap(middle_, copy.middle_);
         std::swap(found_, copy.found_);
+        std::swap(order_, copy.order_);
     }
 
     mutable CCriticalSection lock_;
@@ -177,6 +203,7 @@ private:
     N* last_ = nullptr;
     N* middle_ = nullptr;  // at index count / 2
     mutable Place found_;
+    KnownOrder order_ = KnownOrder::None;
 };
 
 }  // namespace UTILS

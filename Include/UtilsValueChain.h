@@ -33,7 +33,7 @@ protected:
 
     explicit ValueChain(const char* headerPath) : header_(headerPath) {}
 
-    ValueOrder<T> Order() const { return ValueOrder<T>(case_, match_style_); }
+    ValueOrder<T> Comparison() const { return ValueOrder<T>(case_, match_style_); }
     // The index from the first node that a position means.
     DWORD Index(DWORD position) const { return direction_ == 1 ? Size() - 1 - position : position; }
     N& NodeAt(DWORD position) const {
@@ -46,16 +46,18 @@ protected:
         }
     }
 
-    void Link(std::unique_ptr<N> node, DWORD index) {
+    // The caller's own node with the settings of the chain, ready to be linked.
+    std::unique_ptr<N> Styled(std::unique_ptr<N> node) const {
         CopyStyle(node->Value(), case_, match_style_);
-        chain_.Insert(std::move(node), index);
+        return node;
     }
     void Unlink(DWORD position) {
         CheckPosition(position);
         chain_.Take(Index(position));
     }
-    // Also gives every value these settings, where it has such.
+    // Also gives every value these settings, where it has such; the values are then in no known order.
     void SetStyle(int exact, int style) {
+        ForgetOrder(KnownOrder::ByValue);
         case_ = exact;
         match_style_ = style;
         ApplyStyle();
@@ -63,6 +65,12 @@ protected:
     void ApplyStyle() {
         for (N* node = chain_.First(); node != nullptr; node = node->Next()) {
             CopyStyle(node->Value(), case_, match_style_);
+        }
+    }
+
+    void ForgetOrder(KnownOrder order) {
+        if (chain_.Order() == order) {
+            chain_.SetOrder(KnownOrder::None);
         }
     }
 
