@@ -119,7 +119,7 @@ void DiskIO::Open(const char* name, DWORD access, DWORD sharing, DWORD openflag,
                                std::to_string(sharing) + ", openflag " + std::to_string(openflag));
     }
     handle_ = OwnedHandle(handle);
-    RefreshFileSize();
+    error_ = RefreshFileSize();
 }
 
 void DiskIO::MakeEvent() {
@@ -141,13 +141,14 @@ DWORD DiskIO::OpenFlags() const {
     return attributes_ | FILE_FLAG_SEQUENTIAL_SCAN;
 }
 
-void DiskIO::RefreshFileSize() {
+DWORD DiskIO::RefreshFileSize() {
     DWORD high = 0;
     const DWORD low = ::GetFileSize(handle_.get(), &high);
-    // A device has no size to tell; a file whose low half happens to be all ones is taken at its word.
-    const bool failed = low == INVALID_FILE_SIZE && ::GetLastError() != NO_ERROR;
-    fileSize_ = failed ? 0 : low;
-    fileSizeHigh_ = failed ? 0 : high;
+    // A file whose low half happens to be all ones is taken at its word; a device has no size to tell.
+    const DWORD failure = low == INVALID_FILE_SIZE ? ::GetLastError() : NO_ERROR;
+    fileSize_ = failure == NO_ERROR ? low : 0;
+    fileSizeHigh_ = failure == NO_ERROR ? high : 0;
+    return failure;
 }
 
 bool DiskIO::WaitForTransfer() {

@@ -76,7 +76,7 @@ public:
 
     // Opens a file or device; what was open before is closed. `name` in the ANSI code page; access, sharing
     // and openflag as CreateFileA takes them; overlapped non-zero asks for overlapped transfers, which only
-    // NT has. Throws type 1; nothing is open then.
+    // NT has. Throws type 1; nothing is open then. A device opens with size 0 and the error of asking for it.
     void Open(const char* name, DWORD access, DWORD sharing, DWORD openflag, int overlapped);
     // One transfer of `count` bytes, or of the read or write size when it is 0. Throws type 2 (Read) or 3
     // (Write) when not a single byte moved, the end of the file included; a shorter transfer is no failure.
@@ -177,7 +177,8 @@ protected:
 
     bool IsOverlapped() const { return overlapped_.hEvent != nullptr && nt_; }
     const char* ModeName() const { return IsOverlapped() ? "Overlapped" : "Non Overlapped"; }
-    void RefreshFileSize();
+    // 0, or the system's error; the size is 0 then.
+    DWORD RefreshFileSize();
     // Keeps the condition as error text and throws it with the recorded error.
     [[noreturn]] void Raise(DWORD type, const std::string& condition, int line = __builtin_LINE()) const;
 
