@@ -24,15 +24,16 @@ void MessageQueues::send(DWORD thread, std::function<void()> work) {
     queues_[thread].sent.push_back(std::move(work));
 }
 
-// Outside the lock, because the work may post, send and look at queues itself.
+// Outside the lock, because the work may post, send and look at queues itself. What it sends to its own
+// thread waits for the next look, so that work can follow a thread from look to look.
 void MessageQueues::runSent(DWORD thread) {
-    std::unique_lock lock(mutex_);
-    while (!queues_[thread].sent.empty()) {
-        const std::function<void()> work = std::move(queues_[thread].sent.front());
-        queues_[thread].sent.pop_front();
-        lock.unlock();
+    std::deque<std::function<void()>> pending;
+    {
+        const std::lock_guard lock(mutex_);
+        pending.swap(queues_[thread].sent);
+    }
+    for (const std::function<void()>& work : pending) {
         work();
-        lock.lock();
     }
 }
 
