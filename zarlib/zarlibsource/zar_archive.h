@@ -21,9 +21,10 @@ public:
     void SetArchiveFile(const UTILS::UtilsString& archiveFile) { archiveFile_ = archiveFile; }
 
     // Writes the archive anew, in the order of the search or the list.
-    // Throws UTILS::std_exception type 171 when no archive file is set or a file changed while it was read;
-    // ZAR_CommonException with error number 1000 after a cancel; DiskIoException for a failing file, an empty
-    // one included, which the layout cannot carry. All files are closed then and the archive is incomplete.
+    // Throws UTILS::std_exception type 171 when no archive file is set, the source was not found or not
+    // wholly searched, a file is of 4 GiB or more or changed while it was read; ZAR_CommonException with
+    // error number 1000 after a cancel; DiskIoException for a failing file, an empty one included, which the
+    // layout cannot carry. All files are closed then and the archive is incomplete.
     void Archive();
 
     // For a user interface: (0, 0) after each file; a status line and 1. The window is not asked for.
@@ -49,4 +50,6 @@ private:
     DWORD ReportedAttributes();
     void WriteHeader(UTILS::UtilsString& stored, DWORD size, DWORD attributes);
     void CopyData(DWORD size);
+
+    bool treeFound_ = true;  // false: the source could not be walked, or not wholly
 };

@@ -26,7 +26,7 @@ inline constexpr const char* ZAR_CANCEL_CONDITION = "The Cancel Command Has Been
 // Thread rule: one thread runs an operation; SendCancelCommand may come from any other.
 class ZAR_Common : public UTILS::DIOList {
 public:
-    ~ZAR_Common() override;
+    ~ZAR_Common() override = default;
 
     // Asks the running operation to stop at its next check; several requests before one check count as one.
     virtual void SendCancelCommand();

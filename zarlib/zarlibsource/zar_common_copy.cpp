@@ -1,0 +1,91 @@
+#include <algorithm>
+
+#include "zar_common.h"
+#include "zar_file.h"
+
+// Copying a file's data and passing over records.
+
+using UTILS::DiskIO;
+using UTILS::DiskIoException;
+
+namespace {
+
+constexpr DWORD skipReference = 0xEFB04FAF;
+
+}  // namespace
+
+int ZAR_Common::MoveToNextRecord(m_archive_fields& field) {
+    try {
+        // Compared as the signed numbers that the codes are taken for.
+        const bool fromName = static_cast<LONG>(field) <= static_cast<LONG>(ZAR_SKIP_FROM_NAME);
+        if (!SkipUntil(fromName ? ZAR_SIZE : ZAR_RECORD_END)) return 0;
+        return !fromName || SkipData(field) ? 1 : 0;
+    } catch (...) {
+        return 0;
+    }
+}
+
+bool ZAR_Common::SkipUntil(m_archive_fields wanted) {
+    do {
+        currentField_ = ReadInputFileField();
+        if (CheckForCancelCommand() == 0) {
+            ioStarted_ = 1;
+            return false;
+        }
+    } while (currentField_ != wanted);
+    return true;
+}
+
+bool ZAR_Common::SkipData(m_archive_fields field) {
+    const std::int64_t size = ReadInputFileField();
+    // How many fields lie between the size and the place to go to follows from the field that was asked for.
+    const std::int64_t k = std::int64_t{static_cast<LONG>(field)} - static_cast<LONG>(skipReference);
+    const std::int64_t distance = size - zar::fieldSize * (k + k / 2);
+    return distance >= 0 && SkipInput(static_cast<std::uint64_t>(distance), zar::skipPastEnd);
+}
+
+bool ZAR_Common::SkipInput(std::uint64_t distance, DWORD slack) {
+    const DiskIO& input = Input();
+    if (inputPosition_ + distance > zar::SizeOf(input) + slack) return false;
+    zar::MoveForward(input, inputPosition_, distance);
+    inputPosition_ += distance;
+    return true;
+}
+
+DWORD ZAR_Common::CopyChunk(DWORD size) {
+    const DWORD wanted = std::min(chunkSize_, size - bytesCopied_);
+    ReadInputByteData(copyBuffer_, wanted, 1);
+    const DWORD delivered = Input().GetBytesRead();
+    WriteOutputByteData(copyBuffer_, delivered, 0);
+    bytesCopied_ += delivered;
+    return Output().GetBytesWritten();
+}
+
+int ZAR_Common::CopyChunks(DWORD size) {
+    DWORD written = 0;
+    do {
+        written = CopyChunk(size);
+        if (CheckForCancelCommand() == 0) {
+            Output().Close();
+            return 0;
+        }
+    } while (written == chunkSize_ && bytesCopied_ < size);
+    ioStarted_ = 0;
+    return 1;
+}
+
+int ZAR_Common::WriteOutputFileData(DWORD size) {
+    bytesCopied_ = 0;
+    ioStarted_ = 1;
+    try {
+        return CopyChunks(size);
+    } catch (const DiskIoException& failure) {
+        ioStarted_ = 0;
+        if (failure.m_error_number == ERROR_HANDLE_EOF) {
+            Output().Close();
+            return 1;
+        }
+        CloseQuietly(outputIndex);
+        return 0;
+    }
+}
