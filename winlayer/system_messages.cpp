@@ -62,6 +62,8 @@ constexpr SystemMessage messages[] = {
     {ERROR_PROC_NOT_FOUND, "The procedure cannot be found.", "Die Prozedur wurde nicht gefunden."},
     {ERROR_NEGATIVE_SEEK, "The file position would lie before the start of the file.",
      "Die Dateiposition läge vor dem Anfang der Datei."},
+    {ERROR_DIR_NOT_ROOT, "The directory is not the root of a drive.",
+     "Das Verzeichnis ist nicht das Stammverzeichnis eines Laufwerks."},
     {ERROR_DIR_NOT_EMPTY, "The directory is not empty.", "Das Verzeichnis ist nicht leer."},
 
     {ERROR_LABEL_TOO_LONG, "The volume label is too long.", "Die Datenträgerbezeichnung ist zu lang."},
