@@ -1,0 +1,86 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "tests/tools/sample_disk.h"
+#include "tools/common/exit_code.h"
+#include "tools/emergency_disk/commands.h"
+#include "tools/emergency_disk/disk_plan.h"
+#include "tools/emergency_disk/inspection.h"
+#include "winlayer/diskette/host_store.h"
+
+// Whatever a single sector of the diskette does wrong, `make` never reports success for a diskette that does
+// not read back.
+
+namespace {
+
+namespace fs = std::filesystem;
+using namespace tools;
+
+class DamagedDiskette : public ::testing::TestWithParam<std::tuple<const char*, unsigned>> {
+protected:
+    static constexpr unsigned shards = 4;
+
+    // The exit code of one run on a fresh image whose drive is in the given state.
+    ExitCode makeDisk(const std::string& state) {
+        fs::remove(image());
+        emergency_disk::MakeOptions options;
+        options.target.image = image();
+        options.archive = disk_.archive();
+        options.simulate = state;
+        Console console("test", true);
+        nlohmann::ordered_json result;
+        Session session{console, true, result};
+        try {
+            emergency_disk::make(options, session);
+        } catch (const Problem& problem) {
+            return problem.code();
+        }
+        return ExitCode::success;
+    }
+
+    // Whether what lies in the image is the whole diskette, by a fresh look at its bytes.
+    bool readsBack() {
+        std::unique_ptr<winlayer::SectorStore> store;
+        if (winlayer::openImage(image(), store) != 0) return false;
+        const emergency_disk::DiskPlan plan = emergency_disk::readPlan(disk_.archive());
+        const std::string label = "QUARVEL";
+        const auto drive = winlayer::DisketteDrive::make(std::move(store));
+        return emergency_disk::inspect(*drive, {&plan, &label}).passed();
+    }
+
+    fs::path image() const { return disk_.folder() / "disk.img"; }
+
+    SampleDisk disk_;
+};
+
+TEST_P(DamagedDiskette, NeverYieldsAFalseSuccess) {
+    const auto [fault, shard] = GetParam();
+    unsigned failures = 0;
+    for (unsigned sector = shard; sector < winlayer::sectors1440; sector += shards) {
+        const ExitCode code = makeDisk(std::string(fault) + "=" + std::to_string(sector));
+        if (code == ExitCode::success) {
+            ASSERT_TRUE(readsBack()) << fault << " at sector " << sector;
+        } else {
+            ++failures;
+            ASSERT_TRUE(code == ExitCode::mediumError || code == ExitCode::verificationFailed ||
+                        code == ExitCode::noDiskette)
+                << fault << " at sector " << sector << " ended with " << static_cast<int>(code);
+            ASSERT_FALSE(fs::exists(image())) << fault << " at sector " << sector << " left an image behind";
+        }
+    }
+    // Two FATs, the root directory's first sector, the boot sector and the files: a fault there must have
+    // been seen.
+    EXPECT_GE(failures, 20U / shards);
+}
+
+INSTANTIATE_TEST_SUITE_P(EverySector, DamagedDiskette,
+                         ::testing::Combine(::testing::Values("bad-sector", "bad-write", "lost-write"),
+                                            ::testing::Range(0U, 4U)),
+                         [](const auto& row) {
+                             std::string name = std::get<0>(row.param);
+                             name.erase(name.find('-'), 1);
+                             return name + std::to_string(std::get<1>(row.param));
+                         });
+
+}  // namespace

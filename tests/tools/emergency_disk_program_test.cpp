@@ -1,0 +1,190 @@
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <csignal>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+
+#include "tests/tools/program_run.h"
+#include "tests/tools/sample_disk.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Words = std::vector<std::string>;
+
+constexpr std::size_t imageBytes = 1474560;
+constexpr std::size_t serialNumberAt = 0x27;
+
+class EmergencyDiskProgram : public ::testing::Test {
+protected:
+    ProgramRun run(Words words) const { return runProgram("emergency-disk", words, disk_.folder()); }
+
+    ProgramRun make(const std::string& image, Words more = {}) const {
+        Words words{"make", "--image", image, "--archive", "mwdisk1.dat"};
+        words.insert(words.end(), more.begin(), more.end());
+        return run(words);
+    }
+
+    std::string read(const std::string& name) const {
+        std::ifstream file(disk_.folder() / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    void write(const std::string& name, const std::string& contents) const {
+        std::ofstream(disk_.folder() / name, std::ios::binary) << contents;
+    }
+
+    bool exists(const std::string& name) const { return fs::exists(disk_.folder() / name); }
+
+    // Hidden files in the folder: what a run that ended early may have left.
+    bool leftovers() const {
+        for (const auto& entry : fs::directory_iterator(disk_.folder())) {
+            if (entry.path().filename().string().front() == '.') return true;
+        }
+        return false;
+    }
+
+    SampleDisk disk_;
+};
+
+TEST_F(EmergencyDiskProgram, MakesADisketteThatChecksOut) {
+    const ProgramRun made = make("d.img");
+    ASSERT_EQ(made.exitCode, 0) << made.err;
+    EXPECT_EQ(read("d.img").size(), imageBytes);
+    EXPECT_NE(made.err.find("Diskettenlaufwerk wird gesucht..."), std::string::npos);
+    EXPECT_NE(made.err.find("Datenträgerbezeichnung"), std::string::npos)
+        << "umlauts are UTF-8 on the console";
+    EXPECT_NE(made.err.find("Die Diskette wurde erfolgreich erstellt."), std::string::npos);
+    EXPECT_TRUE(
+        std::none_of(made.err.begin(), made.err.end(), [](char c) { return c == '\r' || c == 0x1B; }));
+    const ProgramRun check = run({"check", "--image", "d.img", "--archive", "mwdisk1.dat"});
+    EXPECT_EQ(check.exitCode, 0) << check.out;
+    EXPECT_NE(check.out.find("This diskette will boot."), std::string::npos);
+    EXPECT_FALSE(leftovers());
+}
+
+TEST_F(EmergencyDiskProgram, EveryWindowsMakesTheSameDisketteButForItsSerialNumber) {
+    std::string first;
+    for (const char* windows : {"95", "98", "me", "nt4", "2000", "xp"}) {
+        ASSERT_EQ(run({"format", "--image", "d.img", "--yes"}).exitCode, 0);
+        const ProgramRun made = make("d.img", {"--yes", "--windows", windows});
+        ASSERT_EQ(made.exitCode, 0) << windows << ": " << made.err;
+        std::string image = read("d.img");
+        image.replace(serialNumberAt, 4, 4, '?');
+        // The times in the directory entries follow the clock.
+        const std::size_t root = 19 * 512;
+        for (std::size_t entry = root; entry < root + 224 * 32; entry += 32)
+            image.replace(entry + 13, 13, 13, '\0');
+        if (first.empty()) first = image;
+        EXPECT_TRUE(image == first) << windows;
+    }
+}
+
+TEST_F(EmergencyDiskProgram, ReplacesADisketteOnlyWhenTold) {
+    ASSERT_EQ(make("d.img").exitCode, 0);
+    const std::string before = read("d.img");
+    const ProgramRun refused = make("d.img");
+    EXPECT_EQ(refused.exitCode, 6);
+    EXPECT_EQ(read("d.img"), before);
+    EXPECT_EQ(make("d.img", {"--yes"}).exitCode, 0);
+    EXPECT_NE(read("d.img"), before);
+
+    write("note.txt", "no diskette");
+    EXPECT_EQ(make("note.txt", {"--yes"}).exitCode, 6);
+    EXPECT_EQ(read("note.txt"), "no diskette");
+    write("blank.img", std::string(imageBytes, 0));
+    EXPECT_EQ(make("blank.img", {"--yes"}).exitCode, 6);
+    EXPECT_EQ(read("blank.img"), std::string(imageBytes, 0));
+    EXPECT_EQ(run({"format", "--image", "note.txt", "--yes"}).exitCode, 6);
+    EXPECT_EQ(read("note.txt"), "no diskette");
+}
+
+TEST_F(EmergencyDiskProgram, ADryRunChangesNothing) {
+    EXPECT_EQ(make("d.img", {"--dry-run"}).exitCode, 0);
+    EXPECT_FALSE(exists("d.img"));
+    disk_.write("BOOTPRG.BIN", std::string(imageBytes, 'x'));
+    disk_.pack();
+    EXPECT_EQ(make("d.img", {"--dry-run"}).exitCode, 9);
+}
+
+TEST_F(EmergencyDiskProgram, EveryExitCodeIsReached) {
+    const auto code = [&](const std::string& state) { return make("d.img", {"--simulate", state}).exitCode; };
+    EXPECT_EQ(code("lost-write=19"), 3) << "a root directory sector that is silently not written";
+    EXPECT_EQ(code("no-medium"), 4);
+    EXPECT_EQ(code("720k"), 4);
+    EXPECT_EQ(code("write-protected"), 5);
+    EXPECT_EQ(code("bad-sector=33"), 7);
+    EXPECT_EQ(code("nonsense"), 2);
+    EXPECT_EQ(make("nowhere/d.img").exitCode, 1);
+    EXPECT_EQ(run({"make", "--image", "d.img"}).exitCode, 2);
+    EXPECT_EQ(run({"make", "--device", "/dev/no-such-drive", "--archive", "mwdisk1.dat", "--yes"}).exitCode,
+              4);
+    EXPECT_EQ(run({"make", "--device", "/dev/null", "--archive", "mwdisk1.dat", "--yes"}).exitCode, 6);
+    EXPECT_EQ(run({"check", "--image", "missing.img"}).exitCode, 4);
+    EXPECT_FALSE(exists("d.img"));
+    EXPECT_FALSE(leftovers());
+}
+
+TEST_F(EmergencyDiskProgram, ABadArchiveNeverCostsADiskette) {
+    ASSERT_EQ(make("d.img").exitCode, 0);
+    const std::string before = read("d.img");
+    const std::string sound = read("mwdisk1.dat");
+    const auto expect = [&](int code, const std::string& text) {
+        const ProgramRun run = make("d.img", {"--yes"});
+        EXPECT_EQ(run.exitCode, code) << run.err;
+        EXPECT_NE(run.err.find(text), std::string::npos) << run.err;
+        EXPECT_EQ(read("d.img"), before);
+    };
+    write("mwdisk1.dat", sound.substr(0, sound.size() - 30));
+    expect(8, "offset");
+    fs::remove(disk_.files() / "SETTING.DAT");
+    disk_.pack();
+    expect(8, "SETTING.DAT is missing");
+    disk_.write("SETTING.DAT", std::string(imageBytes, 'x'));
+    disk_.pack();
+    expect(9, "clusters");
+    disk_.write("SETTING.DAT", "small");
+    disk_.write("QZLOADER.BIN", std::string(1024, 'x'));
+    disk_.pack();
+    expect(8, "QZLOADER.BIN");
+    fs::remove(disk_.archive());
+    expect(1, "mwdisk1.dat");
+}
+
+TEST_F(EmergencyDiskProgram, AnInterruptKeepsTheOldImage) {
+    ASSERT_EQ(make("d.img").exitCode, 0);
+    const std::string before = read("d.img");
+    const ProgramRun run =
+        runAndSignal("emergency-disk", {"make", "--image", "d.img", "--archive", "mwdisk1.dat", "--yes"},
+                     disk_.folder(), "Diskettenlaufwerk", SIGINT);
+    EXPECT_EQ(run.exitCode, 130) << run.err;
+    EXPECT_EQ(read("d.img"), before);
+    EXPECT_FALSE(leftovers());
+}
+
+TEST_F(EmergencyDiskProgram, CheckNamesWhatIsWrong) {
+    ASSERT_EQ(make("d.img").exitCode, 0);
+    std::string image = read("d.img");
+    image[0x1FE] = 0;
+    write("d.img", image);
+    const ProgramRun text = run({"check", "--image", "d.img"});
+    EXPECT_EQ(text.exitCode, 3);
+    EXPECT_NE(text.out.find("This diskette will not boot."), std::string::npos) << text.out;
+    const auto json = nlohmann::json::parse(run({"check", "--image", "d.img", "--json"}).out);
+    EXPECT_EQ(json["boots"], false);
+    EXPECT_EQ(json["result"], "verification_failed");
+    EXPECT_TRUE(std::any_of(json["checks"].begin(), json["checks"].end(),
+                            [](const auto& check) { return check["passed"] == false; }));
+}
+
+TEST_F(EmergencyDiskProgram, LabelsAreDosLabels) {
+    EXPECT_EQ(make("d.img", {"--label", "rettung"}).exitCode, 0);
+    EXPECT_NE(run({"check", "--image", "d.img"}).out.find("RETTUNG"), std::string::npos);
+    EXPECT_EQ(make("e.img", {"--label", "TWELVE CHARS"}).exitCode, 2);
+    EXPECT_EQ(make("e.img", {"--label", "A/B"}).exitCode, 2);
+    EXPECT_FALSE(exists("e.img"));
+}
+
+}  // namespace

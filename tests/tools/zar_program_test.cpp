@@ -1,0 +1,170 @@
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <csignal>
+#include <fstream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+
+#include "tests/tools/program_run.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+using Words = std::vector<std::string>;
+
+class ZarProgram : public ::testing::Test {
+protected:
+    ZarProgram() {
+        std::string name = (fs::temp_directory_path() / "zar-XXXXXX").string();
+        folder_ = mkdtemp(name.data());
+    }
+    ~ZarProgram() override { fs::remove_all(folder_); }
+
+    void write(const std::string& name, const std::string& text) const {
+        fs::create_directories((folder_ / name).parent_path());
+        std::ofstream(folder_ / name, std::ios::binary) << text;
+    }
+
+    std::string read(const std::string& name) const {
+        std::ifstream file(folder_ / name, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    ProgramRun zar(const Words& words) const { return runProgram("zar", words, folder_); }
+
+    // Everything in the folder, so that leftovers are seen.
+    Words names() const {
+        Words found;
+        for (const auto& entry : fs::directory_iterator(folder_))
+            found.push_back(entry.path().filename().string());
+        std::sort(found.begin(), found.end());
+        return found;
+    }
+
+    void packThree() const {
+        write("in/A.TXT", "first");
+        write("in/SUB/B.TXT", std::string(20000, 'b'));
+        write("in/SUB/DEEP/Ä.TXT", "umlaut");
+        ASSERT_EQ(zar({"create", "a.zar", "in"}).exitCode, 0);
+    }
+
+    fs::path folder_;
+};
+
+TEST_F(ZarProgram, PacksListsTestsAndUnpacksATree) {
+    packThree();
+    const ProgramRun list = zar({"list", "a.zar"});
+    EXPECT_EQ(list.exitCode, 0);
+    EXPECT_NE(list.out.find("     20000  ---A  SUB\\B.TXT"), std::string::npos) << list.out;
+    EXPECT_NE(list.out.find("SUB\\DEEP\\Ä.TXT"), std::string::npos) << list.out;
+    EXPECT_EQ(zar({"test", "a.zar"}).exitCode, 0);
+    ASSERT_EQ(zar({"extract", "a.zar", "-C", "out"}).exitCode, 0);
+    EXPECT_EQ(read("out/A.TXT"), "first");
+    EXPECT_EQ(read("out/SUB/B.TXT"), std::string(20000, 'b'));
+    EXPECT_EQ(read("out/SUB/DEEP/Ä.TXT"), "umlaut");
+    EXPECT_EQ(names(), (Words{"a.zar", "in", "out"}));
+}
+
+TEST_F(ZarProgram, ListFilesMayHaveAnyLineEndsAndHostPaths) {
+    write("in/A.TXT", "one");
+    write("in/B.TXT", "two");
+    write("list.txt", "in/A.TXT\n\nin/B.TXT\r\n");
+    ASSERT_EQ(zar({"create", "a.zar", "--list", "list.txt"}).exitCode, 0);
+    write("single.txt", "in/A.TXT");
+    ASSERT_EQ(zar({"create", "b.zar", "--list", "single.txt"}).exitCode, 0);
+    const auto rows = [&](const char* archive) {
+        return nlohmann::json::parse(zar({"list", archive, "--json"}).out)["files"].size();
+    };
+    EXPECT_EQ(rows("a.zar"), 2U);
+    EXPECT_EQ(rows("b.zar"), 1U);
+    write("bad.txt", "in/A.TXT\nin/MISSING.TXT\n");
+    const ProgramRun bad = zar({"create", "c.zar", "--list", "bad.txt"});
+    EXPECT_EQ(bad.exitCode, 1);
+    EXPECT_NE(bad.err.find("line 2"), std::string::npos) << bad.err;
+    EXPECT_FALSE(fs::exists(folder_ / "c.zar"));
+}
+
+TEST_F(ZarProgram, UnpacksNamedFilesToTheirPlaces) {
+    packThree();
+    ASSERT_EQ(zar({"extract", "a.zar", "SUB/B.TXT", "A.TXT", "-C", "out"}).exitCode, 0);
+    EXPECT_EQ(read("out/SUB/B.TXT").size(), 20000U);
+    EXPECT_EQ(read("out/A.TXT"), "first");
+    ASSERT_EQ(zar({"extract", "a.zar", "DEEP/Ä.TXT", "-C", "short", "--strip-first"}).exitCode, 0);
+    EXPECT_EQ(read("short/DEEP/Ä.TXT"), "umlaut");
+    const ProgramRun missing = zar({"extract", "a.zar", "A.TXT", "NONE.TXT", "-C", "none"});
+    EXPECT_EQ(missing.exitCode, 1);
+    EXPECT_NE(missing.err.find("NONE.TXT"), std::string::npos);
+    EXPECT_FALSE(fs::exists(folder_ / "none"));
+}
+
+TEST_F(ZarProgram, LeavesOldFilesAloneWhenItFails) {
+    packThree();
+    const std::string whole = read("a.zar");
+    write("in/EMPTY.TXT", "");
+    const ProgramRun empty = zar({"create", "a.zar", "in"});
+    EXPECT_EQ(empty.exitCode, 1);
+    EXPECT_NE(empty.err.find("EMPTY.TXT is empty"), std::string::npos) << empty.err;
+    EXPECT_EQ(read("a.zar"), whole);
+
+    write("out/A.TXT", "old");
+    write("cut.zar", whole.substr(0, whole.size() - 1));
+    const ProgramRun cut = zar({"extract", "cut.zar", "-C", "out"});
+    EXPECT_EQ(cut.exitCode, 8);
+    EXPECT_NE(cut.err.find("offset"), std::string::npos) << cut.err;
+    EXPECT_EQ(read("out/A.TXT"), "old");
+    EXPECT_EQ(names(), (Words{"a.zar", "cut.zar", "in", "out"}));
+    EXPECT_EQ(zar({"test", "cut.zar"}).exitCode, 8);
+}
+
+TEST_F(ZarProgram, RefusesToPackAnArchiveIntoItself) {
+    packThree();
+    EXPECT_EQ(zar({"create", "in/a.zar", "in"}).exitCode, 6);
+    EXPECT_FALSE(fs::exists(folder_ / "in/a.zar"));
+}
+
+TEST_F(ZarProgram, RefusesNamesTheFormatCannotHold) {
+    packThree();
+    write("in/\xE2\x82\xAC\xE3\x81\x82.TXT", "no place in the code page");
+    EXPECT_EQ(zar({"create", "b.zar", "in"}).exitCode, 1);
+    EXPECT_FALSE(fs::exists(folder_ / "b.zar"));
+    fs::remove(folder_ / "in/\xE2\x82\xAC\xE3\x81\x82.TXT");
+    // The left double quotation mark is the key byte in code page 1252 and would be stored as a zero.
+    write("in/\xE2\x80\x9CQ.TXT", "key byte in the name");
+    EXPECT_NE(zar({"create", "b.zar", "in"}).exitCode, 0);
+    EXPECT_FALSE(fs::exists(folder_ / "b.zar"));
+}
+
+TEST_F(ZarProgram, AnInterruptEndsWith130AndLeavesNothing) {
+    for (int i = 0; i < 40; ++i) write("in/F" + std::to_string(i) + ".DAT", std::string(4 << 20, 'x'));
+    write("a.zar", "old");
+    const ProgramRun run = runAndSignal("zar", {"create", "a.zar", "in"}, folder_, "Archiviert", SIGINT);
+    EXPECT_EQ(run.exitCode, 130);
+    EXPECT_EQ(read("a.zar"), "old");
+    EXPECT_EQ(names(), (Words{"a.zar", "in"}));
+}
+
+TEST_F(ZarProgram, SpeaksPlainlyOnAPipeAndJsonOnDemand) {
+    packThree();
+    const ProgramRun create = zar({"create", "b.zar", "in"});
+    EXPECT_NE(create.err.find("Archiviert die Datei:"), std::string::npos);
+    EXPECT_TRUE(
+        std::none_of(create.err.begin(), create.err.end(), [](char c) { return c == '\r' || c == 0x1B; }));
+    EXPECT_EQ(zar({"create", "b.zar", "in", "--quiet"}).err, "");
+
+    const auto good = nlohmann::json::parse(zar({"test", "a.zar", "--json"}).out);
+    EXPECT_EQ(good["schema_version"], 1);
+    EXPECT_EQ(good["result"], "success");
+    EXPECT_EQ(good["records"], 3);
+    const auto bad = nlohmann::json::parse(zar({"test", "in/A.TXT", "--json"}).out);
+    EXPECT_EQ(bad["exit_code"], 8);
+    EXPECT_EQ(bad["fault"]["offset"], 0);
+    const auto usage = nlohmann::json::parse(zar({"list", "--json"}).out);
+    EXPECT_EQ(usage["exit_code"], 2);
+    EXPECT_EQ(zar({"nonsense"}).exitCode, 2);
+    EXPECT_EQ(zar({"--version"}).out.substr(0, 4), "zar ");
+    EXPECT_NE(zar({"create", "--help"}).out.find("Exit codes:"), std::string::npos);
+}
+
+}  // namespace

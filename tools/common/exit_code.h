@@ -1,0 +1,45 @@
+#pragma once
+#include <span>
+#include <stdexcept>
+#include <string>
+
+namespace tools {
+
+// How both programs end. The numbers are part of their interface.
+enum class ExitCode : int {
+    success = 0,
+    failure = 1,
+    usage = 2,
+    verificationFailed = 3,
+    noDiskette = 4,
+    writeProtected = 5,
+    refused = 6,
+    mediumError = 7,
+    invalidArchive = 8,
+    doesNotFit = 9,
+    cancelled = 130,
+};
+
+struct ExitCodeRow {
+    ExitCode code;
+    const char* name;     // as the JSON result gives it
+    const char* meaning;  // as the help gives it
+};
+
+// Every exit code, ascending.
+std::span<const ExitCodeRow> exitCodes();
+const ExitCodeRow& describe(ExitCode code);
+// The table for the end of a help text.
+std::string exitCodeHelp();
+
+// A failure that ends the program: the text says what happened to what (UTF-8, no trailing full stop).
+class Problem : public std::runtime_error {
+public:
+    Problem(ExitCode code, const std::string& text) : std::runtime_error(text), code_(code) {}
+    ExitCode code() const { return code_; }
+
+private:
+    ExitCode code_;
+};
+
+}  // namespace tools

@@ -1,0 +1,50 @@
+#pragma once
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <string>
+
+#include "tools/common/cancellation.h"
+#include "tools/common/console.h"
+#include "tools/common/exit_code.h"
+
+namespace tools {
+
+// What a running command works with.
+struct Session {
+    Console& console;
+    bool json;                       // one result object instead of text results
+    nlohmann::ordered_json& result;  // the command's own members of that object; names in English
+};
+
+// A command-line program of several commands: the options they share (-h, -V, -q, --json), the exit codes and
+// the way failures are reported.
+class Program {
+public:
+    using Body = std::function<void(Session&)>;
+
+    Program(std::string name, std::string description, std::string examples);
+
+    // Adds a command; the caller adds its options to the result. The body throws Problem to fail.
+    CLI::App* command(const std::string& name, const std::string& description, const std::string& examples,
+                      Body body);
+
+    // Parses, runs the chosen command and gives the exit code. Nothing is thrown.
+    int run(int argc, const char* const* argv);
+
+private:
+    ExitCode runCommand();
+    int usageError(const CLI::ParseError& fault, bool json);
+    void printObject(ExitCode code, const std::string& error);
+
+    std::string name_;
+    CLI::App app_;
+    std::map<CLI::App*, Body> bodies_;
+    bool quiet_ = false;
+    bool json_ = false;
+    std::string commandName_;
+    nlohmann::ordered_json result_;
+};
+
+}  // namespace tools

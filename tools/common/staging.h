@@ -1,0 +1,51 @@
+#pragma once
+#include <filesystem>
+#include <string>
+
+namespace tools {
+
+// A file that is written beside its target under a hidden name and takes the target's place when it is whole.
+// Whatever happens before commit() leaves the target as it was.
+class StagedFile {
+public:
+    // Makes an empty file beside the target. Throws Problem when the target's folder does not take it.
+    explicit StagedFile(std::filesystem::path target);
+    // Removes what was not committed.
+    ~StagedFile();
+    StagedFile(const StagedFile&) = delete;
+    StagedFile& operator=(const StagedFile&) = delete;
+
+    const std::filesystem::path& path() const { return path_; }
+    // Puts the contents on the medium, then renames. Throws Problem; the target is then still the old one.
+    void commit();
+
+private:
+    std::filesystem::path target_;
+    std::filesystem::path path_;
+    bool committed_ = false;
+};
+
+// A folder inside the target folder in which files are made and from which whole ones are moved to their
+// places.
+class StagedFolder {
+public:
+    // Makes the target folder when it is missing. Throws Problem.
+    explicit StagedFolder(std::filesystem::path target);
+    // Removes what was not moved, and the target folder when this object made it and it is empty.
+    ~StagedFolder();
+    StagedFolder(const StagedFolder&) = delete;
+    StagedFolder& operator=(const StagedFolder&) = delete;
+
+    const std::filesystem::path& path() const { return path_; }
+    // Moves everything (or everything below one of its folders) to its place below the target, replacing
+    // files, merging folders. Throws Problem that names the first entry that could not be moved; the entries
+    // before it are in place, each whole.
+    void commit(const std::filesystem::path& below = {});
+
+private:
+    std::filesystem::path target_;
+    std::filesystem::path path_;
+    bool madeTarget_ = false;
+};
+
+}  // namespace tools

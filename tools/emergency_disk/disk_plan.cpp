@@ -1,0 +1,70 @@
+#include "tools/emergency_disk/disk_plan.h"
+
+#include <algorithm>
+
+#include "boot_check.h"
+#include "boot_files.h"
+#include "tools/common/archive_reading.h"
+#include "tools/common/exit_code.h"
+#include "winlayer/diskette/fat12_layout.h"
+
+namespace tools::emergency_disk {
+
+namespace {
+
+constexpr const char* loaderName = "QZLOADER.BIN";
+
+Problem invalid(const std::filesystem::path& archive, const std::string& what) {
+    return {ExitCode::invalidArchive, archive.string() + ": " + what};
+}
+
+// The first record of that name, which is the one that the extractor takes.
+const ::zar::Entry& find(const std::filesystem::path& archive, const ArchiveContents& contents,
+                         const std::string& name) {
+    const auto found = std::find_if(contents.records.begin(), contents.records.end(),
+                                    [&](const ::zar::Entry& record) { return record.name == name; });
+    if (found == contents.records.end()) throw invalid(archive, "the file " + name + " is missing");
+    return *found;
+}
+
+void checkLoader(const std::filesystem::path& archive, const PlannedFile& loader) {
+    const boot_check::Report report = boot_check::CheckLoader(loader.contents);
+    for (const boot_check::Finding& finding : report.findings) {
+        if (!finding.passed) throw invalid(archive, std::string(loaderName) + ": " + finding.sentence);
+    }
+}
+
+// Before any contents are read, so that an archive of any size is refused at once.
+void checkSpace(const std::filesystem::path& archive, const std::vector<const ::zar::Entry*>& records) {
+    const winlayer::Fat12Layout layout = winlayer::standardLayout(winlayer::sectors1440);
+    std::uint64_t clusters = 0;
+    for (const ::zar::Entry* record : records) {
+        clusters += (std::uint64_t{record->size} + layout.clusterBytes() - 1) / layout.clusterBytes();
+    }
+    if (clusters > layout.clusters()) {
+        throw Problem(ExitCode::doesNotFit, archive.string() + ": the files need " +
+                                                std::to_string(clusters) + " clusters; a diskette has " +
+                                                std::to_string(layout.clusters()));
+    }
+    const std::size_t entries = records.size() + 1;  // and the label
+    if (entries > layout.rootEntries) {
+        throw Problem(ExitCode::doesNotFit, archive.string() + ": too many files for the root directory");
+    }
+}
+
+}  // namespace
+
+DiskPlan readPlan(const std::filesystem::path& archive) {
+    const ArchiveContents contents = readSoundArchive(archive);
+    std::vector<const ::zar::Entry*> records;
+    for (const BootFile& file : bootFiles) records.push_back(&find(archive, contents, file.name));
+    checkSpace(archive, records);
+    DiskPlan plan;
+    for (std::size_t i = 0; i < bootFiles.size(); ++i) {
+        plan.push_back({bootFiles[i].name, bootFiles[i].attributes, readMember(archive, *records[i])});
+        if (plan.back().name == loaderName) checkLoader(archive, plan.back());
+    }
+    return plan;
+}
+
+}  // namespace tools::emergency_disk

@@ -1,0 +1,36 @@
+#pragma once
+#include <string>
+#include <vector>
+
+#include "tools/emergency_disk/disk_plan.h"
+#include "winlayer/diskette/diskette_drive.h"
+
+namespace tools::emergency_disk {
+
+// One thing that was looked at on a diskette.
+struct Check {
+    std::string name;  // short and fixed, for --json
+    bool passed;
+    std::string sentence;  // plain English
+};
+
+struct Inspection {
+    std::vector<Check> checks;
+    bool boots = false;  // the boot code would start the loader
+
+    bool passed() const;
+    // The first check that failed; null when all passed.
+    const Check* firstFault() const;
+};
+
+// What a finished diskette is compared with.
+struct Expectation {
+    const DiskPlan* plan = nullptr;      // null: only the names are known
+    const std::string* label = nullptr;  // null: any label will do; ANSI
+};
+
+// Looks at the diskette in a drive: whether it starts, whether its two FATs agree, its label, and each of the
+// fourteen files with its attributes and, given a plan, its contents. Everything is read from the medium.
+Inspection inspect(winlayer::DisketteDrive& drive, const Expectation& expected);
+
+}  // namespace tools::emergency_disk

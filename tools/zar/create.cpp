@@ -1,0 +1,172 @@
+#include <fstream>
+#include <sstream>
+
+#include "tools/common/archive_reading.h"
+#include "tools/common/names.h"
+#include "tools/common/staging.h"
+#include "tools/zar/commands.h"
+#include "zar_archive.h"
+
+namespace tools::zar {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The engine reads a list file in one transfer whose length it keeps in 16 bits, and 65535 means "whole".
+constexpr std::size_t maximumListBytes = 65534;
+
+// The archiver with its status lines on the console.
+class Packer : public Archive_ZAR {
+public:
+    Packer(const std::string& source, const std::string& archive, Console& console)
+        : Archive_ZAR(UTILS::UtilsString(source.c_str()), UTILS::UtilsString(archive.c_str()), 0),
+          console_(console) {}
+
+    void UPDATE_WINDOW(const char* text, int) override {
+        current_ = utf8(text);
+        console_.status(current_);
+    }
+
+    // The status line of the file that was packed last.
+    const std::string& current() const { return current_; }
+
+private:
+    Console& console_;
+    std::string current_;
+};
+
+// A list as people write it (one host path a line, any line ends) in the form that the archiver reads:
+// Windows paths in the ANSI code page, each line ended by CR LF.
+std::string engineList(const fs::path& list) {
+    std::ifstream file(list, std::ios::binary);
+    if (!file) throw Problem(ExitCode::failure, "cannot read the list " + list.string());
+    std::string text;
+    std::string line;
+    for (int number = 1; std::getline(file, line); ++number) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        if (line.empty()) continue;
+        std::error_code error;
+        if (!fs::is_regular_file(line, error)) {
+            throw Problem(ExitCode::failure,
+                          list.string() + ", line " + std::to_string(number) + ": no such file: " + line);
+        }
+        std::string path = ansi(line);
+        for (char& letter : path) {
+            if (letter == '/') letter = '\\';
+        }
+        text += path + "\r\n";
+    }
+    if (text.empty()) throw Problem(ExitCode::failure, "the list " + list.string() + " names no file");
+    if (text.size() > maximumListBytes) {
+        throw Problem(ExitCode::failure, "the list " + list.string() + " is longer than " +
+                                             std::to_string(maximumListBytes) + " bytes");
+    }
+    return text;
+}
+
+// An archive that lies in the folder it is made of would be packed into itself.
+void refuseArchiveInside(const fs::path& archive, const fs::path& folder) {
+    const fs::path inside = fs::weakly_canonical(archive).lexically_relative(fs::canonical(folder));
+    if (inside.empty() || *inside.begin() == "..") return;
+    throw Problem(ExitCode::refused,
+                  archive.string() + " lies in the folder that is to be packed; write it elsewhere");
+}
+
+// Why the engine stopped, in terms of the file it was at.
+Problem explain(const Packer& packer, const std::exception& fault) {
+    const std::string at = packer.current().empty() ? "" : " (at: " + packer.current() + ")";
+    return {ExitCode::failure, std::string("cannot pack: ") + utf8(fault.what()) + at};
+}
+
+void refuseEmptyFile(const fs::path& file) {
+    std::error_code error;
+    if (fs::file_size(file, error) == 0 && !error) {
+        throw Problem(ExitCode::failure,
+                      file.string() + " is empty; the archive format holds no empty files");
+    }
+}
+
+void refuseEmptyFiles(const CreateOptions& options) {
+    if (!options.folder.empty()) {
+        for (const fs::directory_entry& entry : fs::recursive_directory_iterator(options.folder)) {
+            if (entry.is_regular_file()) refuseEmptyFile(entry.path());
+        }
+        return;
+    }
+    std::ifstream file(options.list, std::ios::binary);
+    for (std::string line; std::getline(file, line);) {
+        if (!line.empty() && line.back() == '\r') line.pop_back();
+        if (!line.empty()) refuseEmptyFile(line);
+    }
+}
+
+std::size_t countFiles(const fs::path& folder) {
+    std::size_t count = 0;
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
+        if (entry.is_regular_file()) ++count;
+    }
+    return count;
+}
+
+// A folder that cannot be walked to its end, or a name outside the code page, ends the archiver's walk early.
+void refuseIncomplete(const CreateOptions& options, std::size_t packed) {
+    if (options.folder.empty()) return;
+    const std::size_t found = countFiles(options.folder);
+    if (packed == found) return;
+    throw Problem(ExitCode::failure,
+                  "only " + std::to_string(packed) + " of the " + std::to_string(found) + " files below " +
+                      options.folder.string() +
+                      " could be packed; a folder is not readable, or a name has a character "
+                      "outside the ANSI code page");
+}
+
+void pack(const CreateOptions& options, const std::string& source, const StagedFile& staged, Session& session,
+          Cancellation& cancellation) {
+    Packer packer(source, windowsPath(staged.path()), session.console);
+    const Cancellation::Scope scope(cancellation, [&packer] { packer.SendCancelCommand(); });
+    try {
+        packer.Archive();
+    } catch (const std::exception& fault) {
+        cancellation.check();
+        refuseEmptyFiles(options);
+        throw explain(packer, fault);
+    }
+    cancellation.check();
+}
+
+}  // namespace
+
+void create(const CreateOptions& options, Session& session) {
+    if (options.folder.empty() == options.list.empty()) {
+        throw Problem(ExitCode::usage, "name a folder, or a list with --list");
+    }
+    Cancellation cancellation;
+    std::unique_ptr<StagedFile> list;
+    std::string source;
+    if (options.list.empty()) {
+        std::error_code error;
+        if (!fs::is_directory(options.folder, error)) {
+            throw Problem(ExitCode::failure, "no such folder: " + options.folder.string());
+        }
+        refuseArchiveInside(options.archive, options.folder);
+        source = windowsPath(options.folder);
+    } else {
+        const std::string text = engineList(options.list);
+        list = std::make_unique<StagedFile>(fs::temp_directory_path() / options.list.filename());
+        std::ofstream(list->path(), std::ios::binary) << text;
+        source = windowsPath(list->path());
+    }
+    StagedFile staged(options.archive);
+    pack(options, source, staged, session, cancellation);
+    const ArchiveContents contents = readSoundArchive(staged.path());
+    refuseIncomplete(options, contents.records.size());
+    staged.commit();
+    session.result["archive"] = options.archive.string();
+    session.result["files"] = contents.records.size();
+    session.result["bytes"] = fs::file_size(options.archive);
+    session.console.status(options.archive.string() + ": " + std::to_string(contents.records.size()) +
+                           " files");
+}
+
+}  // namespace tools::zar

@@ -1,0 +1,114 @@
+#include <algorithm>
+
+#include "tools/common/archive_reading.h"
+#include "tools/common/names.h"
+#include "tools/common/staging.h"
+#include "tools/zar/commands.h"
+#include "zar_extract.h"
+
+namespace tools::zar {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+// The extractor with its status lines on the console.
+class Unpacker : public Extract_ZAR {
+public:
+    explicit Unpacker(Console& console) : console_(console) {}
+
+    void UPDATE_WINDOW(const char* text, int) override { console_.status(utf8(text)); }
+
+private:
+    Console& console_;
+};
+
+struct Extraction {
+    const ExtractOptions& options;
+    Unpacker& unpacker;
+    Cancellation& cancellation;
+
+    // Unpacks everything, or one file, below a folder.
+    void run(const fs::path& folder, const char* onlyName) const {
+        const fs::path archive = fs::absolute(options.archive);
+        try {
+            unpacker.Extract(windowsPath(archive.parent_path()).c_str(),
+                             ansi(archive.filename().string()).c_str(), windowsPath(folder).c_str(), onlyName,
+                             onlyName == nullptr, options.stripFirst);
+        } catch (const std::exception& fault) {
+            cancellation.check();
+            readSoundArchive(archive);
+            throw Problem(ExitCode::failure,
+                          "cannot unpack " + options.archive.string() + ": " + utf8(fault.what()));
+        }
+        cancellation.check();
+    }
+};
+
+std::string engineName(const std::string& name, bool stripFirst) {
+    std::string text = ansi(name);
+    std::replace(text.begin(), text.end(), '/', '\\');
+    // A name that lost its first element keeps the backslash that followed it.
+    if (stripFirst && text.front() != '\\') text.insert(text.begin(), '\\');
+    return text;
+}
+
+fs::path hostName(const std::string& name) {
+    std::string text = name;
+    std::replace(text.begin(), text.end(), '\\', '/');
+    return fs::path(text).relative_path();
+}
+
+// The one file below a folder; empty when there is none.
+fs::path onlyFileBelow(const fs::path& folder) {
+    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
+        if (entry.is_regular_file()) return entry.path();
+    }
+    return {};
+}
+
+// The extractor puts a named file below the folder part of the wanted name, so each file gets a folder of its
+// own and is moved to the place that its name says.
+void extractNamed(const Extraction& extraction, const fs::path& work, const fs::path& whole,
+                  const std::string& name) {
+    if (name.empty()) throw Problem(ExitCode::usage, "an empty name names no file");
+    const fs::path folder = work / "one";
+    fs::create_directories(folder);
+    extraction.run(folder, engineName(name, extraction.options.stripFirst).c_str());
+    const fs::path file = onlyFileBelow(folder);
+    if (file.empty()) {
+        readSoundArchive(extraction.options.archive);
+        throw Problem(ExitCode::failure, extraction.options.archive.string() + " holds no file " + name);
+    }
+    const fs::path place = whole / hostName(name);
+    fs::create_directories(place.parent_path());
+    fs::rename(file, place);
+    fs::remove_all(folder);
+}
+
+}  // namespace
+
+void extract(const ExtractOptions& options, Session& session) {
+    std::error_code error;
+    if (!fs::is_regular_file(options.archive, error)) {
+        throw Problem(ExitCode::failure, "no such archive: " + options.archive.string());
+    }
+    Cancellation cancellation;
+    StagedFolder staged(options.folder);
+    Unpacker unpacker(session.console);
+    const Cancellation::Scope scope(cancellation, [&unpacker] { unpacker.SendCancelCommand(); });
+    const Extraction extraction{options, unpacker, cancellation};
+    if (options.names.empty()) {
+        const ArchiveContents contents = readSoundArchive(options.archive);
+        extraction.run(staged.path(), nullptr);
+        session.result["files"] = contents.records.size();
+    } else {
+        const fs::path whole = staged.path() / "whole";
+        for (const std::string& name : options.names) extractNamed(extraction, staged.path(), whole, name);
+        session.result["files"] = options.names.size();
+    }
+    staged.commit(options.names.empty() ? fs::path() : fs::path("whole"));
+    session.result["directory"] = options.folder.string();
+}
+
+}  // namespace tools::zar
