@@ -58,6 +58,7 @@ Transfer HostFile::write(std::uint64_t offset, std::span<const std::byte> data) 
             [&] { return ::pwrite(descriptor_.get(), rest.data(), rest.size(), static_cast<off_t>(at)); });
         if (count > 0) {
             transfer.count += static_cast<DWORD>(count);
+            grow(at + static_cast<std::uint64_t>(count));
         } else {
             transfer.error = count < 0 ? windowsError(errno) : ERROR_WRITE_FAULT;
         }
@@ -70,19 +71,36 @@ DWORD HostFile::flush() {
 }
 
 DWORD HostFile::size(std::uint64_t& bytes) {
+    bytes = size_.load(std::memory_order_relaxed);
+    if (bytes != unknown) {
+        return 0;
+    }
     struct stat facts;
     if (::fstat(descriptor_.get(), &facts) != 0) {
         return windowsError(errno);
     }
     bytes = static_cast<std::uint64_t>(facts.st_size);
+    if (soleWriter_) {
+        size_.store(bytes, std::memory_order_relaxed);
+    }
     return 0;
+}
+
+void HostFile::grow(std::uint64_t end) {
+    std::uint64_t known = size_.load(std::memory_order_relaxed);
+    while (known != unknown && known < end && !size_.compare_exchange_weak(known, end)) {
+    }
 }
 
 DWORD HostFile::resize(std::uint64_t bytes) {
     if (!isHostOffset(bytes)) {
         return ERROR_INVALID_PARAMETER;
     }
-    return ::ftruncate(descriptor_.get(), static_cast<off_t>(bytes)) == 0 ? 0 : windowsError(errno);
+    if (::ftruncate(descriptor_.get(), static_cast<off_t>(bytes)) != 0) {
+        return windowsError(errno);
+    }
+    size_.store(unknown, std::memory_order_relaxed);
+    return 0;
 }
 
 }  // namespace winlayer

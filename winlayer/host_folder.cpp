@@ -166,7 +166,7 @@ DWORD HostFolder::create(const std::string& path, const OpenRequest& request,
             return error;
         }
     }
-    file = std::make_unique<HostFile>(std::move(descriptor), std::move(share));
+    file = std::make_unique<HostFile>(std::move(descriptor), std::move(share), request);
     return 0;
 }
 
@@ -210,7 +210,7 @@ DWORD HostFolder::openExisting(const std::string& path, const struct stat& known
             return error;
         }
     }
-    file = std::make_unique<HostFile>(std::move(descriptor), std::move(share));
+    file = std::make_unique<HostFile>(std::move(descriptor), std::move(share), request);
     return 0;
 }
 
