@@ -313,7 +313,7 @@ private:
     bool List(const WIN32_FIND_DATAA& entry, const std::string& path);
     int WalkKeys();
     int ListTree();
-    std::vector<std::string> ListKey(const std::string& path);
+    bool ListKey(const std::string& path, std::vector<std::string>& subkeys);
     UtilsString KeyName(std::string_view path) const;
     void DeleteListed();
     void LeaveToParent();

@@ -42,9 +42,6 @@ int CreateFromAncestor(std::string_view directory) {
 }  // namespace
 
 int CUtilsPath::CreateDirectory(int flag) {
-    if (!*this) {
-        return Refuse(null_path);
-    }
     if (registryFlag_) {
         return CreateKey();
     }

@@ -18,17 +18,6 @@ int Give(std::string_view answer, int caseFlag, PathOutput output) {
     return 1;
 }
 
-int GiveName(std::string_view path, int caseFlag, PathOutput base, PathOutput extension, int flag) {
-    const std::string_view name = path_text::LastComponent(path);
-    if (name.empty()) {
-        return 0;
-    }
-    const auto parts = path_text::SplitAtDot(name, flag != 0);
-    base.Put(parts.base, caseFlag);
-    extension.Put(parts.extension, caseFlag);
-    return 1;
-}
-
 std::string_view Ancestor(std::string_view path, DWORD depth) {
     std::string_view ancestor = path_text::Parent(path);
     for (DWORD level = 0; level < depth && !ancestor.empty(); ++level) {
@@ -115,7 +104,14 @@ int CUtilsPath::UpperDirParse(const UtilsString& listed, PathOutput stored) {
 
 int CUtilsPath::GetFileNameFromPath(const UtilsString& path, PathOutput base, PathOutput extension,
                                     int flag) {
-    return GiveName(path.c_str(), path.GetCase(), base, extension, flag);
+    const std::string_view name = path_text::LastComponent(path.c_str());
+    if (name.empty()) {
+        return 0;
+    }
+    const auto parts = path_text::SplitAtDot(name, flag != 0);
+    base.Put(parts.base, path.GetCase());
+    extension.Put(parts.extension, path.GetCase());
+    return 1;
 }
 
 }  // namespace UTILS
