@@ -12,7 +12,6 @@ namespace {
 
 // Control codes.
 constexpr DWORD dosIoctl = 1;
-constexpr DWORD dosInt25 = 2;
 constexpr DWORD dosInt26 = 3;
 constexpr DWORD dosInt13 = 4;
 
