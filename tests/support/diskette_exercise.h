@@ -87,5 +87,5 @@ private:
 
     winlayer::DisketteDrive& drive_;
     std::set<DWORD> seen_;
-    int budget_ = 2000;
+    int budget_ = 400;  // entries
 };

@@ -54,5 +54,9 @@ private:
 // What is on a diskette according to the drive: every file with its content and attributes.
 RandomVolume::Picture pictureOf(winlayer::DisketteDrive& drive);
 
-// Free clusters according to the image alone, both of whose FATs must be equal.
+// The table according to the image alone, both of whose FATs must be equal: an entry for each cluster, from 2
+// on.
+std::vector<unsigned> tableOf(std::span<const std::byte> image);
 unsigned freeClusters(std::span<const std::byte> image);
+// Clusters that a 1.44 MB diskette's files and directories (of up to fourteen entries) take.
+unsigned clustersOf(const RandomVolume::Picture& picture);

@@ -53,7 +53,7 @@ RandomVolume::Picture pictureOf(DisketteDrive& drive) {
     return picture;
 }
 
-unsigned freeClusters(std::span<const std::byte> image) {
+std::vector<unsigned> tableOf(std::span<const std::byte> image) {
     const std::size_t fatBytes = (byteAt(image, 0x16) | byteAt(image, 0x17) << 8) * std::size_t{sectorSize};
     const std::span first = image.subspan(sectorSize, fatBytes);
     const std::span second = image.subspan(sectorSize + fatBytes, fatBytes);
@@ -61,13 +61,26 @@ unsigned freeClusters(std::span<const std::byte> image) {
     const std::size_t dataSectors = image.size() / sectorSize - 1 - 2 * fatBytes / sectorSize -
                                     (byteAt(image, 0x11) | byteAt(image, 0x12) << 8) / 16;
     const std::size_t end = dataSectors / byteAt(image, 0x0D) + 2;
-    unsigned count = 0;
+    std::vector<unsigned> table;
     for (std::size_t cluster = 2; cluster < end; ++cluster) {
         const std::size_t at = cluster * 3 / 2;
         const unsigned pair = byteAt(first, at) | byteAt(first, at + 1) << 8;
-        count += (cluster % 2 == 0 ? pair & 0xFFF : pair >> 4) == 0 ? 1 : 0;
+        table.push_back(cluster % 2 == 0 ? pair & 0xFFF : pair >> 4);
     }
-    return count;
+    return table;
+}
+
+unsigned freeClusters(std::span<const std::byte> image) {
+    const std::vector<unsigned> table = tableOf(image);
+    return static_cast<unsigned>(std::count(table.begin(), table.end(), 0U));
+}
+
+unsigned clustersOf(const RandomVolume::Picture& picture) {
+    std::size_t count = 0;
+    for (const auto& [path, node] : picture) {
+        count += node.directory ? 1 : (node.content.size() + sectorSize - 1) / sectorSize;
+    }
+    return static_cast<unsigned>(count);
 }
 
 RandomVolume::RandomVolume(unsigned seed) : random_(seed) {

@@ -245,6 +245,11 @@ TEST(DisketteDevice, EachStateFailsWhatItShould) {
         EXPECT_EQ(namesIn(diskette.drive(), "")[0],
                   row.list == 0 ? "F" : "error " + std::to_string(row.list));
         EXPECT_EQ(openFile(diskette.drive(), "F", OPEN_EXISTING).error, row.openForWriting);
+        if (std::string(row.state) == "write-protected") {
+            EXPECT_EQ(diskette.drive().setAttributes("F", FILE_ATTRIBUTE_ARCHIVE), 19U)
+                << "nothing would change";
+            EXPECT_EQ(diskette.drive().removeFile("F"), 19U);
+        }
         EXPECT_EQ(diskette.drive().createDirectory("D"), row.create);
         EXPECT_EQ(diskette.drive().setLabel("LABEL"), row.label);
     }

@@ -180,6 +180,7 @@ void DisketteDrive::underLock(const std::function<void()>& work) {
 
 DWORD DisketteDrive::open(const std::string& path, const OpenRequest& request,
                           std::unique_ptr<OpenFile>& file, bool& existed) {
+    file.reset();  // outside the lock, which a file of this drive takes when it goes
     return onVolume([&](Fat12Volume& volume) {
         auto found = volume.find(path);
         existed = found.has_value();

@@ -43,8 +43,8 @@ public:
 
     // Brings everything onto the medium.
     DWORD flush();
-    // The same, and forgets what is known of the medium, so that whatever is read afterwards is what it really
-    // holds. A write that the medium lost shows only then.
+    // The same, and forgets what is known of the medium, so that whatever is read afterwards is what it
+    // really holds. A write that the medium lost shows only then.
     DWORD settle();
 
     // The media that the drive takes, the largest first, and the one in it.
@@ -67,6 +67,7 @@ public:
     DWORD removeDirectory(const std::string& path) override;
     DWORD volume(VolumeFacts& facts) override;
     DWORD setLabel(const std::string& label) override;
+    // Like the system, for reading or writing only when the drive is ready.
     DWORD openDevice(const OpenRequest& request, std::unique_ptr<OpenFile>& device) override;
 
     // What the files and devices that this drive has opened call. A file keeps the volume on which it was
