@@ -6,8 +6,6 @@
 
 namespace tools::emergency_disk {
 
-namespace fs = std::filesystem;
-
 namespace {
 
 void print(const Inspection& inspection, Session& session) {
