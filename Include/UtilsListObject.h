@@ -18,11 +18,7 @@ public:
 
     explicit Node(const T& value) : value_(std::make_unique<T>(value)) {}
     Node(const Node& other) : UtilsBase<T>(), value_(other.CopyValue()) {}
-    Node& operator=(const Node& other) {
-        Content copy = other.CopyValue();
-        ExchangeContent(copy);
-        return *this;
-    }
+    Node& operator=(const Node&) = delete;
 
     T& Value() { return *value_; }
     const T& Value() const { return *value_; }

@@ -48,7 +48,7 @@ public:
     const char* RetrieveDataValue(DWORD index) const { return GetValue(index); }
     operator const char*() const { return GetValue(); }
     UtilsString GetValueAsUString() const { return GetValueAsUString(current_); }
-    UtilsString GetValueAsUString(DWORD index) const { return map_.RetrieveVal(index); }
+    UtilsString GetValueAsUString(DWORD index) const { return map_.RetrieveValCopy(index); }
     // The length of its value in characters.
     DWORD lengthVal() const { return lengthVal(current_); }
     DWORD lengthVal(DWORD index) const { return map_.RetrieveVal(index).length(); }

@@ -23,11 +23,7 @@ public:
 
     MapNode(const K& key, const T& value) : content_{key, std::make_unique<T>(value)} {}
     MapNode(const MapNode& other) : UtilsBase<T>(), content_(other.CopyContent()) {}
-    MapNode& operator=(const MapNode& other) {
-        Content copy = other.CopyContent();
-        ExchangeContent(copy);
-        return *this;
-    }
+    MapNode& operator=(const MapNode&) = delete;
 
     const K& Key() const { return content_.key; }
     T& Value() { return *content_.value; }
@@ -93,6 +89,8 @@ public:
     const K& RetrieveKey(DWORD position) const { return this->NodeAt(position).Key(); }
     T& RetrieveVal(DWORD position) { return this->NodeAt(position).Value(); }
     const T& RetrieveVal(DWORD position) const { return this->NodeAt(position).Value(); }
+    // A copy of a value, made under its node's lock.
+    T RetrieveValCopy(DWORD position) const { return *this->NodeAt(position).CopyContent().value; }
 
     void Remove(DWORD position) { this->Unlink(position); }
     void RemoveAll() { this->chain_.Clear(); }

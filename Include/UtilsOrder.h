@@ -24,12 +24,12 @@ public:
     bool IsTotal() const { return true; }
 };
 
-// Values under a case (1 exact, 0 ignores case) and a match style (0 whole values, otherwise containment).
-// Single characters contain each other only when they are equal.
+// Single characters or bytes under a case (1 exact, 0 ignores case). They contain each other only when they
+// are equal.
 template <typename T>
-class ValueOrder : public ScalarOrder<int> {
+class CharacterOrder : public ScalarOrder<int> {
 public:
-    ValueOrder(int exact, int) : fold_(exact == 0) {}
+    CharacterOrder(int exact, int) : fold_(exact == 0) {}
 
     ViewType View(T value) const {
         const T folded = fold_ && base_.isupper(value) != 1 ? base_.utoupper(value) : value;
@@ -45,8 +45,8 @@ private:
     UtilsBase<T> base_;
 };
 
-template <>
-class ValueOrder<UtilsString> {
+// Texts under a case and a match style (0 whole texts, otherwise containment).
+class TextOrder {
 public:
     // The first eight characters, as a number that sorts like them, decide most comparisons without a look at
     // the text.
@@ -56,7 +56,7 @@ public:
         DWORD length;
     };
 
-    ValueOrder(int exact, int style) : case_(exact), containment_(style != 0) {}
+    TextOrder(int exact, int style) : case_(exact), containment_(style != 0) {}
 
     ViewType View(const UtilsString& value) const {
         const char* const text = value.c_str();
@@ -91,6 +91,9 @@ private:
     bool containment_;
     UtilsBase<char> base_;
 };
+
+template <typename T>
+using ValueOrder = std::conditional_t<std::is_same_v<T, UtilsString>, TextOrder, CharacterOrder<T>>;
 
 // Gives a value the case and match style of the list or map that holds it, where it has such settings.
 template <typename T>
