@@ -21,8 +21,6 @@ namespace UTILS {
 // more; the heap's own std::bad_alloc leaves the buffer as it was.
 // Thread rule: each operation holds the buffer's lock, so that threads may append to one buffer; a sequence
 // of operations is not atomic, and reading through a pointer needs the caller's own lock.
-//
-// A container's node holds its value in a MemObject of one element: `MemObject<UtilsString> value(&text, 1)`.
 template <class T>
 class MemObject : public virtual UtilsBase<T> {
 public:
