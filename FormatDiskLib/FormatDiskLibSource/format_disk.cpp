@@ -12,7 +12,7 @@ using namespace UTILS::literals;
 namespace {
 
 constexpr char sourceFile[] = R"(FormatDiskLib\FormatDiskLibSource\format_disk)";
-constexpr char vwin32[] = "VWIN32";
+constexpr char vwin32[] = R"(\\.\VWIN32)";
 constexpr DWORD mediaTypesSize = 0x3000;  // bytes of the reply that lists a drive's media
 
 UTILS::m_FilesystemTypes fileSystem(int selector) {
@@ -206,7 +206,7 @@ void FormatDisk::ReadGeometry(const MediaGeometry& wanted) {
         ReadNativeGeometry(wanted);
         writeSize_ = static_cast<WORD>(nativeGeometry_.BytesPerSector);
     } else {
-        BuildDevicePath(1, vwin32);
+        devicePath_ = vwin32;
         ReadDeviceParameters();
         writeSize_ = static_cast<WORD>(driveGeometry_.bytesPerSector);
     }
