@@ -35,12 +35,16 @@ std::vector<std::byte> soundImage() {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     static const std::vector<std::byte> sound = soundImage();
-    auto medium = std::make_unique<MemoryStore>(sound);
+    // One medium serves every run, because memory of this size is costly to ask for.
+    static std::unique_ptr<winlayer::SectorStore> medium = std::make_unique<MemoryStore>();
+    medium->write(0, sound);
     const std::span<const std::byte> edits = std::as_bytes(std::span(data, size));
+    const std::span<std::byte> bytes = static_cast<MemoryStore&>(*medium).bytes();
     for (std::size_t at = 0; at + 3 <= edits.size(); at += 3) {
-        medium->bytes()[winlayer::get16(edits, at)] = edits[at + 2];
+        bytes[winlayer::get16(edits, at)] = edits[at + 2];
     }
     const auto drive = DisketteDrive::make(std::move(medium));
     DisketteExercise(*drive).run();
+    medium = drive->eject();
     return 0;
 }
