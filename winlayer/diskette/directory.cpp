@@ -146,7 +146,7 @@ std::optional<FoundEntry> Directory::find(std::string_view name) const {
     const std::string folded = foldName(name);
     for (FoundEntry& entry : entries()) {
         if (foldName(entry.text) == folded) {
-            return std::move(entry);
+            return std::make_optional(std::move(entry));
         }
     }
     return std::nullopt;

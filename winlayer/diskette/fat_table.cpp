@@ -18,11 +18,11 @@ FatTable::FatTable(SectorCache& cache, const Fat12Layout& layout) : cache_(cache
 // Two entries share three bytes, which may lie in two sectors.
 DWORD FatTable::get(DWORD cluster) {
     const DWORD at = cluster + cluster / 2;
-    const auto byteAt = [&](DWORD index) {
-        const Sector& sector = cache_.read(layout_.reservedSectors + index / sectorSize);
-        return std::to_integer<DWORD>(sector[index % sectorSize]);
-    };
-    const DWORD pair = byteAt(at) | byteAt(at + 1) << 8;
+    const DWORD place = layout_.reservedSectors + at / sectorSize;
+    const DWORD inside = at % sectorSize;
+    const Sector& sector = cache_.read(place);
+    const std::byte second = inside + 1 < sectorSize ? sector[inside + 1] : cache_.read(place + 1)[0];
+    const DWORD pair = std::to_integer<DWORD>(sector[inside]) | std::to_integer<DWORD>(second) << 8;
     return cluster % 2 == 0 ? pair & 0xFFF : pair >> 4;
 }
 
