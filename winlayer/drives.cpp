@@ -40,7 +40,7 @@ bool liesIn(const std::string& path, const std::string& folder, std::string& bel
 
 }  // namespace
 
-Drives::Drives(const Machine& machine) : machine_(machine), shares_(std::make_shared<ShareTable>()) {}
+Drives::Drives(const Machine& machine) : machine_(machine), knowledge_(std::make_shared<HostKnowledge>()) {}
 
 Drives::~Drives() = default;
 
@@ -50,11 +50,11 @@ void Drives::mount(char letter, std::shared_ptr<FileSystem> files, UINT type) {
 
 void Drives::mountFolder(char letter, const fs::path& folder, UINT type) {
     std::string root = withoutEndingSlash(fs::absolute(folder).lexically_normal().string());
-    mount(letter, std::make_shared<HostFolder>(machine_, shares_, std::move(root)), type);
+    mount(letter, std::make_shared<HostFolder>(machine_, knowledge_, std::move(root)), type);
 }
 
 void Drives::mountPrivateFolder(char letter, UINT type) {
-    mount(letter, std::make_shared<PrivateFolder>(machine_, shares_), type);
+    mount(letter, std::make_shared<PrivateFolder>(machine_, knowledge_), type);
 }
 
 void Drives::unmount(char letter) {

@@ -11,7 +11,7 @@
 namespace winlayer {
 
 class Machine;
-class ShareTable;
+struct HostKnowledge;
 
 struct Drive {
     std::shared_ptr<FileSystem> files;  // null: a drive letter without anything behind it
@@ -54,7 +54,7 @@ public:
 
 private:
     const Machine& machine_;
-    std::shared_ptr<ShareTable> shares_;
+    std::shared_ptr<HostKnowledge> knowledge_;
     std::array<std::optional<Drive>, 26> drives_;
     mutable std::mutex currentMutex_;
     std::string current_ = "C:\\";

@@ -56,7 +56,7 @@ void Gate::reset() {
 
 std::vector<std::string> Gate::calls() const {
     const std::lock_guard lock(mutex_);
-    return calls_;
+    return {calls_.begin(), calls_.end()};
 }
 
 std::size_t Gate::fallibleCalls() const {
@@ -72,7 +72,7 @@ std::size_t Gate::failedCalls() const {
 DWORD Gate::enter(const char* function, bool canFail) {
     const std::lock_guard lock(mutex_);
     if (recording_) {
-        calls_.emplace_back(function);
+        calls_.push_back(function);
         fallible_ += canFail ? 1 : 0;
     }
     const DWORD error = canFail ? plannedError(function) : 0;

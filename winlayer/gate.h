@@ -63,7 +63,7 @@ private:
     std::size_t countdown_ = always;
     DWORD countdownError_ = 0;
     std::vector<FunctionFault> faults_;
-    std::vector<std::string> calls_;
+    std::vector<const char*> calls_;  // function names have no end of life
     std::size_t fallible_ = 0;
     std::size_t failed_ = 0;
 };

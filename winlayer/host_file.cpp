@@ -80,9 +80,6 @@ DWORD HostFile::size(std::uint64_t& bytes) {
         return windowsError(errno);
     }
     bytes = static_cast<std::uint64_t>(facts.st_size);
-    if (soleWriter_) {
-        size_.store(bytes, std::memory_order_relaxed);
-    }
     return 0;
 }
 
@@ -99,7 +96,9 @@ DWORD HostFile::resize(std::uint64_t bytes) {
     if (::ftruncate(descriptor_.get(), static_cast<off_t>(bytes)) != 0) {
         return windowsError(errno);
     }
-    size_.store(unknown, std::memory_order_relaxed);
+    if (size_.load(std::memory_order_relaxed) != unknown) {
+        size_.store(bytes, std::memory_order_relaxed);
+    }
     return 0;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 #include <atomic>
+#include <optional>
 
 #include "winlayer/file_system.h"
 #include "winlayer/share_table.h"
@@ -22,11 +23,12 @@ private:
 };
 
 // A regular file of the host. Nothing is buffered: each transfer is one positioned call of the host.
-// An open that writes and lets nobody else write knows the size once it was told, and need not ask again.
 class HostFile : public OpenFile {
 public:
-    HostFile(HostDescriptor descriptor, std::unique_ptr<ShareTable::Entry> share, const OpenRequest& request)
-        : descriptor_(std::move(descriptor)), share_(std::move(share)), soleWriter_(isSoleWriter(request)) {}
+    // `size` is given when only this open can change it; the host is then not asked for it.
+    HostFile(HostDescriptor descriptor, std::unique_ptr<ShareTable::Entry> share,
+             std::optional<std::uint64_t> size)
+        : descriptor_(std::move(descriptor)), share_(std::move(share)), size_(size.value_or(unknown)) {}
 
     Transfer read(std::uint64_t offset, std::span<std::byte> buffer) override;
     Transfer write(std::uint64_t offset, std::span<const std::byte> data) override;
@@ -37,15 +39,11 @@ public:
 private:
     static constexpr std::uint64_t unknown = ~std::uint64_t{0};
 
-    static bool isSoleWriter(const OpenRequest& request) {
-        return (request.access & GENERIC_WRITE) != 0 && (request.sharing & FILE_SHARE_WRITE) == 0;
-    }
     void grow(std::uint64_t end);
 
     HostDescriptor descriptor_;
     std::unique_ptr<ShareTable::Entry> share_;
-    bool soleWriter_;
-    std::atomic<std::uint64_t> size_{unknown};
+    std::atomic<std::uint64_t> size_;
 };
 
 }  // namespace winlayer

@@ -1,12 +1,12 @@
 #include "winlayer/host_folder.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
+#include <optional>
 
 #include "winlayer/case_folding.h"
 #include "winlayer/code_pages.h"
@@ -25,20 +25,9 @@ bool isAscii(std::string_view text) {
     return std::all_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < 0x80; });
 }
 
-// The name of an entry of this folder that differs from the given one only in case; "" when there is none.
-std::string nameWithoutCase(const std::string& folder, std::string_view name) {
-    const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(folder.empty() ? "/" : folder.c_str()),
-                                                        ::closedir);
-    if (directory == nullptr) {
-        return {};
-    }
-    const std::string wanted = foldCase(name);
-    while (const dirent* entry = ::readdir(directory.get())) {
-        if (foldCase(entry->d_name) == wanted) {
-            return entry->d_name;
-        }
-    }
-    return {};
+std::pair<std::string_view, std::string_view> splitHostPath(std::string_view path) {
+    const std::size_t separator = path.rfind('/');
+    return {path.substr(0, separator), path.substr(separator + 1)};
 }
 
 bool wants(const OpenRequest& request, DWORD access) {
@@ -59,6 +48,12 @@ DWORD errorOfMaking(int hostError) {
     return hostError == ENOENT ? ERROR_PATH_NOT_FOUND : windowsError(hostError);
 }
 
+// The size, if only this open can change it.
+std::optional<std::uint64_t> lastingSize(const OpenRequest& request, std::uint64_t size) {
+    const bool soleWriter = wants(request, GENERIC_WRITE) && (request.sharing & FILE_SHARE_WRITE) == 0;
+    return soleWriter ? std::optional(size) : std::nullopt;
+}
+
 // What other opens of the file must share.
 DWORD sharedAccess(const OpenRequest& request) {
     return request.access | (request.deleteOnClose ? deleteAccess : 0);
@@ -77,8 +72,8 @@ int openFlags(const OpenRequest& request) {
 
 }  // namespace
 
-HostFolder::HostFolder(const Machine& machine, std::shared_ptr<ShareTable> shares, std::string root)
-    : machine_(machine), shares_(std::move(shares)), root_(std::move(root)) {}
+HostFolder::HostFolder(const Machine& machine, std::shared_ptr<HostKnowledge> knowledge, std::string root)
+    : machine_(machine), knowledge_(std::move(knowledge)), root_(std::move(root)) {}
 
 const std::string& HostFolder::root() {
     return root_;
@@ -102,40 +97,66 @@ DWORD HostFolder::locate(const std::string& below, std::string& path, struct sta
     if (errno != ENOENT && errno != ENOTDIR) {
         return windowsError(errno);
     }
-    if (const DWORD error = locateWithoutCase(below, path); error != 0) {
+    if (const DWORD error = locateWithoutCase(path); error != 0) {
         return error;
     }
     return ::stat(path.c_str(), &facts) == 0 ? 0 : windowsError(errno);
 }
 
-DWORD HostFolder::locateWithoutCase(const std::string& below, std::string& path) {
-    const std::string exact = hostPath(below);
-    path = root();
-    std::size_t start = path.size() + 1;
-    while (start <= exact.size()) {
-        const std::size_t end = std::min(exact.find('/', start), exact.size());
-        const std::string element = exact.substr(start, end - start);
+// Mostly the folder is spelt as it is and only the last name is missing or spelt otherwise.
+DWORD HostFolder::locateWithoutCase(std::string& path) {
+    const auto [folder, name] = splitHostPath(path);
+    std::string found;
+    if (knowledge_->names.find(std::string(folder), name, found)) {
+        if (found.empty()) {
+            return ERROR_FILE_NOT_FOUND;
+        }
+        path = std::string(folder) + '/' + found;
+        return 0;
+    }
+    const std::string wanted = path.substr(root().size());
+    path.resize(root().size());
+    return walkWithoutCase(wanted, path);
+}
+
+DWORD HostFolder::walkWithoutCase(const std::string& wanted, std::string& path) {
+    std::size_t start = 1;
+    while (start <= wanted.size()) {
+        const std::size_t end = std::min(wanted.find('/', start), wanted.size());
+        const std::string element = wanted.substr(start, end - start);
         start = end + 1;
-        const std::string asSpelt = path + '/' + element;
+        std::string found = element;
         struct stat facts;
-        if (::lstat(asSpelt.c_str(), &facts) == 0) {
-            path = asSpelt;
-            continue;
+        if (::lstat((path + '/' + element).c_str(), &facts) != 0) {
+            const bool inFolder = errno != ENOTDIR && knowledge_->names.find(path, element, found);
+            if (!inFolder || found.empty()) {
+                path += '/' + element;
+                return inFolder && end == wanted.size() ? ERROR_FILE_NOT_FOUND : ERROR_PATH_NOT_FOUND;
+            }
         }
-        const bool inDirectory = errno != ENOTDIR;
-        const std::string other = inDirectory ? nameWithoutCase(path, element) : std::string();
-        path += '/' + (other.empty() ? element : other);
-        if (other.empty()) {
-            const bool last = end == exact.size();
-            return last && inDirectory ? ERROR_FILE_NOT_FOUND : ERROR_PATH_NOT_FOUND;
-        }
+        path += '/' + found;
     }
     return 0;
+}
+
+// Whether it is certain without a look at the host that there is nothing of that name; then also its path.
+bool HostFolder::isAbsent(const std::string& below, std::string& path) {
+    path = hostPath(below);
+    const auto [folder, name] = splitHostPath(path);
+    return knowledge_->names.knowsAbsent(std::string(folder), name);
 }
 
 DWORD HostFolder::open(const std::string& below, const OpenRequest& request, std::unique_ptr<OpenFile>& file,
                        bool& existed) {
     std::string path;
+    if (creates(request) && isAbsent(below, path)) {
+        existed = false;
+        // Another program may have been quicker.
+        const DWORD error = create(path, request, file);
+        if (error != ERROR_FILE_EXISTS) {
+            return error;
+        }
+    }
     struct stat known;
     const DWORD error = locate(below, path, known);
     existed = error == 0;
@@ -152,21 +173,21 @@ DWORD HostFolder::create(const std::string& path, const OpenRequest& request,
     const bool readOnly = modeHoldsAll && attributes != FILE_ATTRIBUTE_ARCHIVE;
     HostDescriptor descriptor(
         ::open(path.c_str(), openFlags(request) | O_CREAT | O_EXCL, readOnly ? 0444 : 0666));
-    struct stat facts;
-    if (!descriptor || ::fstat(descriptor.get(), &facts) != 0) {
+    if (!descriptor) {
         return errorOfMaking(errno);
     }
-    std::unique_ptr<ShareTable::Entry> share;
-    if (!shares_->open({facts.st_dev, facts.st_ino}, sharedAccess(request), request.sharing, share)) {
-        return ERROR_SHARING_VIOLATION;
-    }
+    const auto [folder, name] = splitHostPath(path);
+    knowledge_->names.made(std::string(folder), name);
     if (!modeHoldsAll) {
+        struct stat facts {};
+        ::fstat(descriptor.get(), &facts);
         if (const DWORD error = storeAttributes(path.c_str(), facts, attributes); error != 0) {
             ::unlink(path.c_str());
             return error;
         }
     }
-    file = std::make_unique<HostFile>(std::move(descriptor), std::move(share), request);
+    auto share = knowledge_->shares->add(descriptor.get(), sharedAccess(request), request.sharing);
+    file = std::make_unique<HostFile>(std::move(descriptor), std::move(share), lastingSize(request, 0));
     return 0;
 }
 
@@ -197,7 +218,7 @@ DWORD HostFolder::openExisting(const std::string& path, const struct stat& known
     const FileIdentity identity{known.st_dev, known.st_ino};
     std::unique_ptr<ShareTable::Entry> share;
     const DWORD access = sharedAccess(request) | (truncates(request) ? GENERIC_WRITE : 0);
-    if (!shares_->open(identity, access, request.sharing, share)) {
+    if (!knowledge_->shares->open(identity, access, request.sharing, share)) {
         return ERROR_SHARING_VIOLATION;
     }
     HostDescriptor descriptor(::open(path.c_str(), openFlags(request)));
@@ -210,7 +231,8 @@ DWORD HostFolder::openExisting(const std::string& path, const struct stat& known
             return error;
         }
     }
-    file = std::make_unique<HostFile>(std::move(descriptor), std::move(share), request);
+    const auto size = truncates(request) ? 0 : static_cast<std::uint64_t>(known.st_size);
+    file = std::make_unique<HostFile>(std::move(descriptor), std::move(share), lastingSize(request, size));
     return 0;
 }
 
@@ -278,7 +300,7 @@ DWORD HostFolder::removeFile(const std::string& below) {
     if (S_ISDIR(known.st_mode) || (attributesOf(path.c_str(), known) & FILE_ATTRIBUTE_READONLY) != 0) {
         return ERROR_ACCESS_DENIED;
     }
-    if (!shares_->mayDelete({known.st_dev, known.st_ino})) {
+    if (!knowledge_->shares->mayDelete({known.st_dev, known.st_ino})) {
         return ERROR_SHARING_VIOLATION;
     }
     return ::unlink(path.c_str()) == 0 ? 0 : windowsError(errno);
@@ -287,11 +309,13 @@ DWORD HostFolder::removeFile(const std::string& below) {
 DWORD HostFolder::createDirectory(const std::string& below) {
     std::string path;
     struct stat known;
-    const DWORD error = locate(below, path, known);
+    const DWORD error = isAbsent(below, path) ? ERROR_FILE_NOT_FOUND : locate(below, path, known);
     if (error != ERROR_FILE_NOT_FOUND) {
         return error == 0 ? ERROR_ALREADY_EXISTS : error;
     }
     if (::mkdir(path.c_str(), 0777) == 0) {
+        const auto [folder, name] = splitHostPath(path);
+        knowledge_->names.made(std::string(folder), name);
         return 0;
     }
     return errno == EEXIST ? ERROR_ALREADY_EXISTS : errorOfMaking(errno);

@@ -7,11 +7,18 @@
 #include <string_view>
 
 #include "winlayer/file_system.h"
+#include "winlayer/name_index.h"
 #include "winlayer/share_table.h"
 
 namespace winlayer {
 
 class Machine;
+
+// What the host folders of one machine share, since two of them may lead to the same files.
+struct HostKnowledge {
+    std::shared_ptr<ShareTable> shares = std::make_shared<ShareTable>();
+    NameIndex names;
+};
 
 // A host folder as a file system. Names are found as they are spelt, with one call of the host; only one that
 // is missing is looked for without case, element by element. Text becomes UTF-8 here. There are no short
@@ -25,7 +32,7 @@ class Machine;
 // is left out.
 class HostFolder : public FileSystem {
 public:
-    HostFolder(const Machine& machine, std::shared_ptr<ShareTable> shares, std::string root);
+    HostFolder(const Machine& machine, std::shared_ptr<HostKnowledge> knowledge, std::string root);
 
     // The folder itself, without a separator behind it ("" is the host's root).
     virtual const std::string& root();
@@ -52,14 +59,16 @@ public:
 
 private:
     std::string hostPath(const std::string& below);
-    DWORD locateWithoutCase(const std::string& below, std::string& path);
+    DWORD locateWithoutCase(std::string& path);
+    DWORD walkWithoutCase(const std::string& wanted, std::string& path);
+    bool isAbsent(const std::string& below, std::string& path);
     DWORD create(const std::string& path, const OpenRequest& request, std::unique_ptr<OpenFile>& file);
     DWORD openExisting(const std::string& path, const struct stat& known, const OpenRequest& request,
                        std::unique_ptr<OpenFile>& file);
     DWORD mayOverwrite(const std::string& path, const struct stat& known, const OpenRequest& request) const;
 
     const Machine& machine_;
-    const std::shared_ptr<ShareTable> shares_;
+    const std::shared_ptr<HostKnowledge> knowledge_;
     const std::string root_;
 };
 
@@ -67,7 +76,7 @@ private:
 // the directories of a Windows installation in it, and removed with everything in it.
 class PrivateFolder : public HostFolder {
 public:
-    PrivateFolder(const Machine& machine, std::shared_ptr<ShareTable> shares);
+    PrivateFolder(const Machine& machine, std::shared_ptr<HostKnowledge> knowledge);
     ~PrivateFolder() override;
 
     const std::string& root() override;

@@ -9,8 +9,8 @@ namespace winlayer {
 
 namespace fs = std::filesystem;
 
-PrivateFolder::PrivateFolder(const Machine& machine, std::shared_ptr<ShareTable> shares)
-    : HostFolder(machine, std::move(shares), {}), madeFor_(machine) {}
+PrivateFolder::PrivateFolder(const Machine& machine, std::shared_ptr<HostKnowledge> knowledge)
+    : HostFolder(machine, std::move(knowledge), {}), madeFor_(machine) {}
 
 PrivateFolder::~PrivateFolder() {
     discard();

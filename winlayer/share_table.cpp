@@ -1,35 +1,74 @@
 #include "winlayer/share_table.h"
 
+#include <sys/stat.h>
+
 namespace winlayer {
 
+namespace {
+
+bool takesPart(DWORD access) {
+    return (access & (GENERIC_READ | GENERIC_WRITE | deleteAccess)) != 0;
+}
+
+}  // namespace
+
 ShareTable::Entry::~Entry() {
-    table_->close(file_, access_, sharing_);
+    table_->close(*this);
 }
 
 bool ShareTable::open(FileIdentity file, DWORD access, DWORD sharing, std::unique_ptr<Entry>& entry) {
-    if ((access & (GENERIC_READ | GENERIC_WRITE | deleteAccess)) == 0) {
+    if (!takesPart(access)) {
         return true;
     }
     const std::lock_guard lock(mutex_);
+    identifyNew();
     Opens& opens = opens_[file];
     if (!opens.admits(access, sharing)) {
         return false;
     }
-    entry = std::make_unique<Entry>(shared_from_this(), file, access, sharing);
+    entry = std::make_unique<Entry>(shared_from_this(), access, sharing);
+    entry->file_ = file;
     opens.change(access, sharing, true);
     return true;
 }
 
-bool ShareTable::mayDelete(FileIdentity file) const {
+std::unique_ptr<ShareTable::Entry> ShareTable::add(int descriptor, DWORD access, DWORD sharing) {
+    if (!takesPart(access)) {
+        return nullptr;
+    }
+    auto entry = std::make_unique<Entry>(shared_from_this(), access, sharing);
+    entry->descriptor_ = descriptor;
     const std::lock_guard lock(mutex_);
+    new_.push_back(entry.get());
+    return entry;
+}
+
+bool ShareTable::mayDelete(FileIdentity file) {
+    const std::lock_guard lock(mutex_);
+    identifyNew();
     const auto found = opens_.find(file);
     return found == opens_.end() || found->second.sharesDeletion == found->second.count;
 }
 
-void ShareTable::close(FileIdentity file, DWORD access, DWORD sharing) {
+void ShareTable::identifyNew() {
+    for (Entry* const entry : new_) {
+        struct stat facts {};
+        ::fstat(entry->descriptor_, &facts);
+        entry->file_ = {facts.st_dev, facts.st_ino};
+        entry->descriptor_ = -1;
+        opens_[entry->file_].change(entry->access_, entry->sharing_, true);
+    }
+    new_.clear();
+}
+
+void ShareTable::close(const Entry& entry) {
     const std::lock_guard lock(mutex_);
-    const auto found = opens_.find(file);
-    found->second.change(access, sharing, false);
+    if (entry.descriptor_ >= 0) {
+        std::erase(new_, &entry);
+        return;
+    }
+    const auto found = opens_.find(entry.file_);
+    found->second.change(entry.access_, entry.sharing_, false);
     if (found->second.count == 0) {
         opens_.erase(found);
     }

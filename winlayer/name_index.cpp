@@ -1,0 +1,113 @@
+#include "winlayer/name_index.h"
+
+#include <dirent.h>
+
+#include <algorithm>
+#include <memory>
+
+#include "winlayer/case_folding.h"
+
+namespace winlayer {
+
+namespace {
+
+constexpr std::size_t mostFolders = 8;
+constexpr std::size_t mostNames = 200'000;
+
+bool unchanged(const struct stat& a, const struct stat& b) {
+    return a.st_ino == b.st_ino && a.st_dev == b.st_dev && a.st_ctim.tv_sec == b.st_ctim.tv_sec &&
+           a.st_ctim.tv_nsec == b.st_ctim.tv_nsec;
+}
+
+bool getFacts(const std::string& folder, struct stat& facts) {
+    return ::stat(folder.empty() ? "/" : folder.c_str(), &facts) == 0;
+}
+
+}  // namespace
+
+bool NameIndex::find(const std::string& folder, std::string_view name, std::string& found) {
+    struct stat facts;
+    if (!getFacts(folder, facts)) {
+        return false;
+    }
+    const std::string folded = foldCase(name);
+    const std::lock_guard lock(mutex_);
+    const Folder* const seen = current(folder, facts);
+    if (seen == nullptr) {
+        return look(folder, facts, folded, found);
+    }
+    const auto match = seen->names.find(folded);
+    found = match != seen->names.end() ? match->second : std::string();
+    return true;
+}
+
+bool NameIndex::knowsAbsent(const std::string& folder, std::string_view name) {
+    struct stat facts;
+    const std::lock_guard lock(mutex_);
+    if (known(folder) == nullptr || !getFacts(folder, facts)) {
+        return false;
+    }
+    const Folder* seen = current(folder, facts);
+    return seen != nullptr && seen->names.count(foldCase(name)) == 0;
+}
+
+void NameIndex::made(const std::string& folder, std::string_view name) {
+    const std::lock_guard lock(mutex_);
+    if (Folder* const seen = known(folder)) {
+        seen->names.emplace(foldCase(name), name);
+        getFacts(folder, seen->facts);
+    }
+}
+
+NameIndex::Folder* NameIndex::known(const std::string& path) {
+    const auto found = std::find_if(folders_.begin(), folders_.end(),
+                                    [&](const Folder& folder) { return folder.path == path; });
+    if (found == folders_.end()) {
+        return nullptr;
+    }
+    folders_.splice(folders_.begin(), folders_, found);
+    return &folders_.front();
+}
+
+NameIndex::Folder* NameIndex::current(const std::string& path, const struct stat& facts) {
+    Folder* const seen = known(path);
+    if (seen != nullptr && !unchanged(seen->facts, facts)) {
+        folders_.pop_front();
+        return nullptr;
+    }
+    return seen;
+}
+
+// The facts are older than the look: a change during it makes what was seen count as outdated.
+bool NameIndex::look(const std::string& path, const struct stat& facts, const std::string& folded,
+                     std::string& found) {
+    const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(path.empty() ? "/" : path.c_str()),
+                                                        ::closedir);
+    if (directory == nullptr) {
+        return false;
+    }
+    Folder seen{path, facts, {}};
+    found.clear();
+    while (const dirent* entry = ::readdir(directory.get())) {
+        const std::string key = foldCase(entry->d_name);
+        if (key == folded) {
+            found = entry->d_name;
+        }
+        if (seen.names.size() <= mostNames) {
+            seen.names.emplace(key, entry->d_name);
+        }
+    }
+    if (seen.names.size() <= mostNames) {
+        remember(std::move(seen));
+    }
+    return true;
+}
+
+void NameIndex::remember(Folder seen) {
+    if (folders_.size() == mostFolders) {
+        folders_.pop_back();
+    }
+    folders_.push_front(std::move(seen));
+}
+
+}  // namespace winlayer
