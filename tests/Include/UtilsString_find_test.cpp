@@ -1,0 +1,243 @@
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "UtilsByte.h"
+#include "UtilsString.h"
+#include "support/files.h"
+#include "support/text_model.h"
+
+namespace {
+
+using test::model::Found;
+using UTILS::not_found;
+using UTILS::UtilsByte;
+using UTILS::UtilsString;
+
+TEST(Find, WalksTheOccurrences) {
+    UtilsString text("xabab");
+    DWORD position = 0;
+    EXPECT_EQ(text.FindFirst("ab", position), 1);
+    EXPECT_EQ(position, 1u);
+    EXPECT_EQ(text.FindNext("ab", position), 1);
+    EXPECT_EQ(position, 3u);
+    EXPECT_EQ(text.FindNext("ab", position), 0);
+    EXPECT_EQ(position, not_found);
+    EXPECT_EQ(text.FindFirst("ab", position), 1);
+    EXPECT_EQ(position, 1u);
+    EXPECT_EQ(text.FindAll("ab"), 1);
+    EXPECT_EQ(text.FindNext("ab", position), 1);
+    EXPECT_EQ(position, 3u) << "FindAll set the counter back";
+    text.FindReset();
+    EXPECT_EQ(text.FindNext("ab", position), 1);
+    EXPECT_EQ(text.FindAll("ba "), 0);
+    EXPECT_EQ(text.FindFirst("xababx", position), 0);
+    EXPECT_EQ(position, 0u) << "shorter than the pattern";
+    EXPECT_EQ(text.Search("xababx"), not_found);
+    EXPECT_EQ(text.Search("ab", 1), 3u);
+    EXPECT_EQ(text.Search("", 0), not_found);
+    EXPECT_EQ(UtilsString().Search(""), not_found);
+    UtilsString repeated("aaab");
+    EXPECT_EQ(repeated.FindFirst("aab", position), 1);
+    EXPECT_EQ(position, 1u) << "resumes after a partial match";
+    EXPECT_EQ(repeated.Search("aa", 1), not_found) << "occurrences do not overlap";
+}
+
+TEST(Find, RefusesAnUnknownCase) {
+    UtilsString text("abc");
+    text.SetCase(7);
+    try {
+        text.Search("b");
+        FAIL();
+    } catch (const std::invalid_argument& thrown) {
+        EXPECT_EQ(std::string(thrown.what())
+                      .rfind(R"(Inavlid Argument Passed - 7; File:  ..\..\Include\UtilsBase; Line:  )", 0),
+                  0u)
+            << thrown.what();
+    }
+    UtilsString field("kept");
+    EXPECT_THROW(text.ParseFirstString("b", field), std::invalid_argument);
+    EXPECT_THROW(text.ReplaceAll("b", "x"), std::invalid_argument);
+    EXPECT_EQ(text.Search("abcd"), not_found) << "a shorter text is not looked at";
+    EXPECT_STREQ(text.c_str(), "abc");
+    EXPECT_STREQ(field.c_str(), "kept");
+}
+
+TEST(Find, AgreesWithTheElementWalk) {
+    test::model::RandomText random(test::randomSeed());
+    for (int round = 0; round < 20000; ++round) {
+        const std::string text = random(round % 50 == 0 ? 3000 : 20);
+        const std::string pattern = random(round % 50 == 0 ? 9 : 4);
+        const int matchCase = static_cast<int>(random.below(2));
+        UtilsString string(text);
+        string.SetCase(matchCase);
+        UtilsByte bytes(reinterpret_cast<const unsigned char*>(text.data()), static_cast<DWORD>(text.size()));
+        if (text.empty()) {
+            bytes.Erase();
+        }
+        bytes.SetCase(matchCase);
+        const UTILS::MemObject<unsigned char> patternBytes = UTILS::MemObject<unsigned char>().AppendExactly(
+            reinterpret_cast<const unsigned char*>(pattern.data()), static_cast<DWORD>(pattern.size()));
+        DWORD position = 7;
+        int result = string.FindFirst(pattern, position);
+        int byteResult = 0;
+        DWORD bytePosition = 7;
+        for (DWORD occurrence = 0;; ++occurrence) {
+            const Found expected = test::model::findOccurrence(pattern, text, matchCase, occurrence);
+            byteResult = occurrence == 0 ? bytes.FindFirst(patternBytes, bytePosition)
+                                         : bytes.FindNext(patternBytes, bytePosition);
+            ASSERT_EQ((Found{result, position}), expected)
+                << text << " | " << pattern << " case " << matchCase;
+            ASSERT_EQ((Found{byteResult, bytePosition}), expected)
+                << text << " | " << pattern << " case " << matchCase;
+            ASSERT_EQ(string.Search(pattern, occurrence),
+                      expected.result == 1 ? expected.position : not_found);
+            if (result == 0) {
+                break;
+            }
+            result = string.FindNext(pattern, position);
+        }
+        ASSERT_EQ(string.FindAll(pattern), test::model::findOccurrence(pattern, text, matchCase, 0).result);
+    }
+}
+
+// The only occurrence at every place of a long text whose other places look much like it.
+TEST(Find, SeesAnOccurrenceAnywhere) {
+    const std::string pattern = "needle";
+    for (std::size_t at = 0; at < 600; ++at) {
+        std::string text;
+        while (text.size() < at) {
+            text += "neeedle nedle ";
+        }
+        text.resize(at);
+        const std::string whole = text + pattern + std::string(at % 3, 'n');
+        ASSERT_EQ(UtilsString(whole).Search(pattern), at);
+    }
+}
+
+TEST(Parse, GivesTheFieldsInTurn) {
+    UtilsString text("a,b,,c");
+    UtilsString field;
+    const char* const expected[] = {"a", "b", "", "c"};
+    int result = text.ParseFirstString(",", field);
+    for (const char* const next : expected) {
+        EXPECT_EQ(result, 1);
+        EXPECT_STREQ(field.c_str(), next);
+        result = text.ParseNextString(",", field);
+    }
+    EXPECT_EQ(result, 0);
+    EXPECT_STREQ(field.c_str(), "c") << "no field leaves the output";
+    text.ParseReset();
+    EXPECT_EQ(text.ParseNextString(",", field), 1);
+    EXPECT_STREQ(field.c_str(), "b");
+    char buffer[8] = "filled!";
+    EXPECT_EQ(text.ParseString(",", buffer, 3, 1), 1);
+    EXPECT_STREQ(buffer, "c");
+    EXPECT_EQ(text.ParseFirstString(",", buffer), 1);
+    EXPECT_EQ(text.ParseNextString(",", buffer), 1);
+    EXPECT_STREQ(buffer, "b");
+}
+
+TEST(Parse, TreatsATextWithoutDelimiter) {
+    UtilsString text("abc");
+    UtilsString field("kept");
+    EXPECT_EQ(text.ParseFirstString(",", field), 0);
+    EXPECT_EQ(text.ParseString("a longer delimiter", field, 0), 0);
+    EXPECT_STREQ(field.c_str(), "kept");
+    EXPECT_EQ(text.ParseFirstStringFast(",", field), 1);
+    EXPECT_STREQ(field.c_str(), "abc");
+    EXPECT_EQ(text.ParseNextStringFast(",", field), 0);
+    EXPECT_STREQ(field.c_str(), "") << "a cursor beyond the end";
+    for (int i = 0; i < 5; ++i) {
+        EXPECT_EQ(text.ParseNextStringFast(",", field), 0);
+    }
+    EXPECT_EQ(text.ParseFirstStringFast("a longer delimiter", field), 1);
+    EXPECT_STREQ(field.c_str(), "abc");
+}
+
+TEST(Parse, GivesNothingForEmptyTextsAndDelimiters) {
+    UtilsString text("abc");
+    UtilsString field("kept");
+    EXPECT_EQ(text.ParseFirstString("", field), 0);
+    EXPECT_EQ(text.ParseFirstStringFast("", field), 0);
+    EXPECT_EQ(text.ParseFirstStringFast(nullptr, field), 0);
+    EXPECT_EQ(UtilsString().ParseFirstString(",", field), 0);
+    EXPECT_EQ(UtilsString().ParseFirstStringFast(",", field), 0);
+    EXPECT_STREQ(field.c_str(), "kept");
+}
+
+TEST(Parse, FastFieldIsCountedFromTheCursor) {
+    UtilsString text("a,bb,ccc,d");
+    UtilsString field;
+    EXPECT_EQ(text.ParseFirstStringFast(",", field), 1);
+    EXPECT_EQ(text.ParseNextStringFast(",", field), 1);
+    EXPECT_EQ(text.ParseStringFast(",", field, 1), 1);
+    EXPECT_STREQ(field.c_str(), "ccc");
+    EXPECT_EQ(text.ParseStringFast(",", field, 3), 0);
+    char buffer[8];
+    text.ParseFastReset();
+    EXPECT_EQ(text.ParseStringFast(",", buffer, 2), 1);
+    EXPECT_STREQ(buffer, "ccc");
+    EXPECT_EQ(text.ParseFirstStringFast(",", buffer), 1);
+    EXPECT_EQ(text.ParseNextStringFast(",", buffer), 1);
+    EXPECT_STREQ(buffer, "bb");
+}
+
+TEST(Parse, WritesIntoTheParsedStringItself) {
+    UtilsString text("first,second");
+    EXPECT_EQ(text.ParseString(",", text, 1), 1);
+    EXPECT_STREQ(text.c_str(), "second");
+    text = "one,two";
+    EXPECT_EQ(text.ParseString(",", text.GetString(), 1), 1);
+    EXPECT_STREQ(text.c_str(), "two");
+}
+
+TEST(Parse, AgreesWithCuttingByHand) {
+    test::model::RandomText random(test::randomSeed());
+    for (int round = 0; round < 10000; ++round) {
+        const std::string text = random(round % 50 == 0 ? 400 : 16);
+        const std::string delimiter = random(2);
+        const int matchCase = static_cast<int>(random.below(2));
+        UtilsString string(text);
+        string.SetCase(matchCase);
+        const std::vector<std::string> plain = test::model::fields(delimiter, text, matchCase, false);
+        const std::vector<std::string> whole = test::model::fields(delimiter, text, matchCase, true);
+        UtilsString field;
+        for (std::size_t i = 0; i <= plain.size(); ++i) {
+            const int result =
+                i == 0 ? string.ParseFirstString(delimiter, field) : string.ParseNextString(delimiter, field);
+            ASSERT_EQ(result, i < plain.size() ? 1 : 0) << text << " | " << delimiter;
+            ASSERT_TRUE(result == 0 || field.GetSTLString() == plain[i]) << text << " | " << delimiter;
+            ASSERT_EQ(string.ParseString(delimiter, field, static_cast<DWORD>(i)), result);
+        }
+        for (std::size_t i = 0; i <= whole.size(); ++i) {
+            const int result = i == 0 ? string.ParseFirstStringFast(delimiter, field)
+                                      : string.ParseNextStringFast(delimiter, field);
+            ASSERT_EQ(result, i < whole.size() ? 1 : 0) << text << " | " << delimiter;
+            ASSERT_TRUE(result == 0 || field.GetSTLString() == whole[i]) << text << " | " << delimiter;
+        }
+    }
+}
+
+TEST(Parse, CutsBytes) {
+    const unsigned char text[] = {1, 0, 2, 0, 0, 3};
+    const unsigned char zero[] = {0};
+    UtilsByte bytes(text, 6);
+    UtilsByte field;
+    EXPECT_EQ(bytes.ParseFirstByteString(zero, 1, field), 1);
+    EXPECT_EQ(field, UtilsByte(text, 1));
+    EXPECT_EQ(bytes.ParseNextByteString(zero, 0, field), 1) << "a length of 0 is one byte";
+    EXPECT_EQ(field[0], 2);
+    EXPECT_EQ(bytes.ParseNextByteString(0, field), 1);
+    EXPECT_EQ(field.length(), 0u);
+    EXPECT_EQ(bytes.ParseByteString(zero, 1, field, 3), 1);
+    EXPECT_EQ(field[0], 3);
+    EXPECT_EQ(bytes.ParseByteString(0, field, 4), 0);
+    bytes.ParseReset();
+    DWORD position = 0;
+    EXPECT_EQ(bytes.FindNext(0, position), 1);
+    EXPECT_EQ(position, 3u) << "one counter for both families";
+    EXPECT_EQ(bytes.ParseByteString(9, field, 0), 0);
+}
+
+}  // namespace
