@@ -1,6 +1,7 @@
 #pragma once
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <ctime>
 #include <memory>
 #include <span>
@@ -14,12 +15,14 @@ class DisketteMachine {
 public:
     static constexpr std::time_t moment = 1'000'000'000;  // 9 September 2001
     static constexpr DWORD serial = 0x12345678;
+    static constexpr std::byte leftover{0xF6};  // fills the data area: nothing may take it for zeros
 
     explicit DisketteMachine(winlayer::WindowsVersion version = winlayer::WindowsVersion::XP,
                              DWORD sectors = winlayer::sectors1440)
         : machine_(version) {
         auto medium = std::make_unique<winlayer::MemoryStore>(sectors);
         medium_ = medium.get();
+        std::fill(medium_->bytes().begin(), medium_->bytes().end(), leftover);
         EXPECT_EQ(winlayer::formatDiskette(*medium, serial), DWORD{NO_ERROR});
         drive_ = winlayer::DisketteDrive::make(std::move(medium));
         drive_->setClock([] { return moment; });

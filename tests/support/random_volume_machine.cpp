@@ -87,9 +87,7 @@ RandomVolume::RandomVolume(unsigned seed) : random_(seed) {
     const DWORD sectors = below(5) == 0 ? winlayer::sectors720 : winlayer::sectors1440;
     auto medium = std::make_unique<winlayer::MemoryStore>(sectors);
     medium_ = medium.get();
-    for (std::byte& byte : medium->bytes()) {
-        byte = std::byte{0xF6};  // as a fresh format leaves the data area: nothing may rely on zeros
-    }
+    std::fill(medium_->bytes().begin(), medium_->bytes().end(), DisketteMachine::leftover);
     EXPECT_EQ(formatDiskette(*medium, seed), DWORD{NO_ERROR});
     drive_ = DisketteDrive::make(std::move(medium));
     drive_->setClock([] { return DisketteMachine::moment; });

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <functional>
 
 #include "support/diskette_files.h"
 #include "support/diskette_machine.h"
@@ -148,8 +149,16 @@ TEST_F(DisketteFiles, FilesWrittenOneAfterAnotherAreEachOneRun) {
     const auto content = diskette.image().subspan((33 + clusters) * 512, 4 * 8094);
     EXPECT_TRUE(std::all_of(content.begin(), content.end(), [](std::byte b) { return b == std::byte{'B'}; }));
 
-    // What was freed is taken again from its start.
+    // What was freed is taken again from its start, also by the next after one that failed.
     ASSERT_EQ(drive.removeFile("A"), done);
+    {
+        const TestFile file = openFile(drive, "C", OPEN_EXISTING);
+        winlayer::DisketteState state;
+        state.faults.push_back(
+            {10, winlayer::SectorFault::Kind::WriteFails, ERROR_CRC, 1});  // the second FAT
+        drive.setState(state);
+        EXPECT_EQ(file->write(40'000, bytesOf("x")).error, ERROR_CRC);
+    }
     ASSERT_EQ(writeWhole(drive, "D", std::string(100, 'd')), done);
     EXPECT_EQ(firstCluster(0), 2U);
 }
@@ -272,6 +281,22 @@ TEST_F(DisketteFiles, TimesAreThoseOfTheClockInStepsOfTwoSeconds) {
     firstDay.tm_mday = 1;
     firstDay.tm_isdst = -1;
     EXPECT_EQ(seconds("OLD"), std::mktime(&firstDay));
+
+    // A change sets the time and the archive attribute.
+    drive.setClock([] { return std::time_t{1'100'000'000}; });
+    const std::function<DWORD(winlayer::OpenFile&)> changes[] = {
+        [](winlayer::OpenFile& file) { return file.write(0, bytesOf("x")).error; },
+        [](winlayer::OpenFile& file) { return file.resize(0); }};
+    for (const auto& change : changes) {
+        ASSERT_EQ(writeWhole(drive, "CHANGED", "text"), done);
+        drive.setClock([] { return std::time_t{1'200'000'000}; });
+        ASSERT_EQ(drive.setAttributes("CHANGED", FILE_ATTRIBUTE_NORMAL), done);
+        EXPECT_EQ(seconds("CHANGED"), 1'100'000'000) << "attributes are no change";
+        EXPECT_EQ(change(*openFile(drive, "CHANGED", OPEN_EXISTING).file), done);
+        EXPECT_EQ(seconds("CHANGED"), 1'200'000'000);
+        EXPECT_EQ(attributes("CHANGED"), FILE_ATTRIBUTE_ARCHIVE);
+        drive.setClock([] { return std::time_t{1'100'000'000}; });
+    }
 }
 
 // Another diskette of the same shape must not be taken for the one on which a file was opened.

@@ -16,7 +16,7 @@ public:
     Content(VolumeParts& parts, const std::vector<DWORD>& chain) : parts_(parts), chain_(chain) {}
 
     void read(DWORD offset, std::span<std::byte> buffer);
-    // Bytes at and above `valid` count as zero where a sector is written in part.
+    // Where a sector is written in part, its bytes below `valid` stay.
     void write(DWORD offset, std::span<const std::byte> data, DWORD valid);
 
 private:
@@ -64,12 +64,11 @@ void Content::read(DWORD offset, std::span<std::byte> buffer) {
     }
 }
 
+// What lies beyond the valid bytes does not count, so a sector of nothing else is not read.
 Sector Content::present(DWORD index, DWORD valid) {
     Sector bytes{};
-    const DWORD start = index * sectorSize;
-    if (start < valid) {
+    if (index * sectorSize < valid) {
         parts_.cache.readContent(sector(index), bytes);
-        std::fill(bytes.begin() + std::min(valid - start, sectorSize), bytes.end(), std::byte{0});
     }
     return bytes;
 }
