@@ -1,8 +1,8 @@
 #include "CNTAdminObject.h"
 
 #include <algorithm>
-#include <vector>
 
+#include "UtilsAllocator.h"
 #include "owned_handle.h"
 
 namespace {
@@ -45,18 +45,17 @@ UTILS::OwnedHandle openEffectiveToken() {
     return {};
 }
 
-// The token's groups with room for the identifiers that they point to; empty after a failure.
-std::vector<TOKEN_GROUPS> groupsOf(HANDLE token) {
+using GroupList = UTILS::UtilsAllocator<TOKEN_GROUPS>;
+
+// Reads the token's groups into the block, which must stay where it is: they point to identifiers in it.
+bool readGroups(HANDLE token, GroupList& groups) {
     DWORD size = 0;
     if (::GetTokenInformation(token, TokenGroups, nullptr, 0, &size) ||
         ::GetLastError() != ERROR_INSUFFICIENT_BUFFER) {
-        return {};
+        return false;
     }
-    std::vector<TOKEN_GROUPS> groups(size / sizeof(TOKEN_GROUPS) + 1);
-    if (!::GetTokenInformation(token, TokenGroups, groups.data(), size, &size)) {
-        return {};
-    }
-    return groups;
+    groups.ReAllocateMemory(static_cast<DWORD>(size / sizeof(TOKEN_GROUPS) + 1));
+    return ::GetTokenInformation(token, TokenGroups, groups.GetBuffer(), size, &size) != 0;
 }
 
 // Makes the identifier of the local Administrators group in the place given, and frees it when it goes.
@@ -118,10 +117,10 @@ int CNTAdminObject::RunningAsAdministrator() {
     if (!token) {
         return 0;
     }
-    const std::vector<TOKEN_GROUPS> groups = groupsOf(token.get());
-    if (groups.empty()) {
+    GroupList groups(1);
+    if (!readGroups(token.get(), groups)) {
         return 0;
     }
     const AdministratorsGroup administrators(group_);
-    return administrators.isAmong(groups.front()) ? 1 : 0;
+    return administrators.isAmong(*groups.GetBuffer()) ? 1 : 0;
 }

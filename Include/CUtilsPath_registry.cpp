@@ -75,7 +75,7 @@ bool CUtilsPath::ListKey(const std::string& path, std::vector<std::string>& subk
 
 int CUtilsPath::CreateKey() const {
     return Report(exceptions_, [this] {
-        UtilsRegistry(KeyName(Text()), 1);
+        const UtilsRegistry created(KeyName(Text()), 1);
         return 1;
     });
 }

@@ -16,10 +16,10 @@ const UtilsByte& UtilsByte::operator=(const UtilsByte& other) {
 
 const UtilsByte& UtilsByte::operator=(UtilsByte&& other) noexcept {
     if (this != &other) {
-        Utils::operator=(std::move(other));
         position_ = other.position_;
         matchStyle_ = other.matchStyle_;
         case_ = other.case_;
+        Utils::operator=(std::move(other));
     }
     return *this;
 }

@@ -26,6 +26,7 @@ public:
         for (N* node = chain.First(); node != nullptr; node = node->Next()) {
             entries_.push_back({order.View(field(*node)), node});
         }
+        order_.SkipCommon(entries_);
     }
 
     DWORD Count() const { return static_cast<DWORD>(entries_.size()); }

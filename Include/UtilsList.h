@@ -33,8 +33,7 @@ public:
 
     // Makes the value at the position the current one. Result: the list.
     IOList& SetCurrentData(DWORD position) {
-        list_.Retrieve(position);
-        current_ = position;
+        RetrieveData(position);
         return *this;
     }
     IOList& operator[](DWORD position) { return SetCurrentData(position); }
@@ -45,8 +44,9 @@ public:
     T& RetrieveData() { return list_.Retrieve(current_); }
     const T& RetrieveData() const { return list_.Retrieve(current_); }
     T& RetrieveData(DWORD position) {
-        SetCurrentData(position);
-        return RetrieveData();
+        T& value = list_.Retrieve(position);
+        current_ = position;
+        return value;
     }
 
     // Remove the current value, the one at the position, or all. A current position beyond the new end moves

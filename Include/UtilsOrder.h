@@ -1,6 +1,7 @@
 #pragma once
 #include <windows.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <type_traits>
 
@@ -22,6 +23,8 @@ public:
     int Compare(K a, K b) const { return a < b ? -1 : (b < a ? 1 : 0); }
     bool Matches(K element, K wanted) const { return element == wanted; }
     bool IsTotal() const { return true; }
+    template <typename Entries>
+    void SkipCommon(Entries&) const {}
 };
 
 // Single characters or bytes under a case (1 exact, 0 ignores case). They contain each other only when they
@@ -48,8 +51,8 @@ private:
 // Texts under a case and a match style (0 whole texts, otherwise containment).
 class TextOrder {
 public:
-    // The first eight characters, as a number that sorts like them, decide most comparisons without a look at
-    // the text.
+    // Eight characters, as a number that sorts like them, decide most comparisons without a look at the text.
+    // They are the first ones, or the first behind what the texts to compare have in common.
     struct ViewType {
         std::uint64_t beginning;
         const char* text;
@@ -61,12 +64,21 @@ public:
     ViewType View(const UtilsString& value) const {
         const char* const text = value.c_str();
         const DWORD length = value.length();
-        std::uint64_t beginning = 0;
-        for (DWORD at = 0; at < 8; ++at) {
-            const char element = at < length ? text[at] : '\0';
-            beginning = beginning << 8 | (static_cast<unsigned char>(Fold(element)) ^ 0x80U);
+        return {Beginning(text, length, 0), text, length};
+    }
+    // Makes the most of the eight characters for entries (each with a `view`) that are compared with each
+    // other only.
+    template <typename Entries>
+    void SkipCommon(Entries& entries) const {
+        DWORD common = containment_ || entries.empty() ? 0 : entries.front().view.length;
+        for (auto entry = entries.begin(); common > 0 && entry != entries.end(); ++entry) {
+            const char* const text = entry->view.text;
+            const char* const end = text + std::min(common, entry->view.length);
+            common = static_cast<DWORD>(std::mismatch(text, end, entries.front().view.text).first - text);
         }
-        return {beginning, text, length};
+        for (auto entry = entries.begin(); common > 0 && entry != entries.end(); ++entry) {
+            entry->view.beginning = Beginning(entry->view.text, entry->view.length, common);
+        }
     }
     int Compare(const ViewType& a, const ViewType& b) const {
         if (!containment_ && a.beginning != b.beginning) {
@@ -83,6 +95,14 @@ public:
     bool IsTotal() const { return !containment_; }
 
 private:
+    std::uint64_t Beginning(const char* text, DWORD length, DWORD start) const {
+        std::uint64_t beginning = 0;
+        for (DWORD at = start; at < start + 8; ++at) {
+            const char element = at < length ? text[at] : '\0';
+            beginning = beginning << 8 | (static_cast<unsigned char>(Fold(element)) ^ 0x80U);
+        }
+        return beginning;
+    }
     char Fold(char element) const {
         return case_ != 0 || base_.isupper(element) == 1 ? element : base_.utoupper(element);
     }

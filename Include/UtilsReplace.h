@@ -57,9 +57,10 @@ private:
 
 // Replaces the first occurrence, then the first one of the new text, and so on, until none is left or it lies
 // where the last one was replaced. Only what reaches into the text just put in can be a new occurrence
-// further left, so the walk goes back no further than that. Two rules make it end for every pattern:
-// replacement text that holds the pattern further right is passed over, and while the text grows only as many
-// steps back are taken as it had elements. Result: the position replaced last.
+// further left, so the walk goes back no further than that. Two rules end the walks that would not end by
+// themselves: replacement text that holds the pattern further right is passed over, and while the text grows
+// it takes only as many steps back as it had elements, or as put in a million of them when the replacement
+// does not hold the pattern. Result: the position replaced last.
 template <class T, class Find>
 std::size_t ReplaceEach(GapText<T>& text, std::size_t first, const Find& find, std::size_t patternCount,
                         const T* replacement, std::size_t count) {
@@ -69,7 +70,12 @@ std::size_t ReplaceEach(GapText<T>& text, std::size_t first, const Find& find, s
         const std::size_t at = find(text.Rest(), text.RestSize(), 0);
         return at == scan::none ? scan::none : from + at;
     };
-    std::size_t stepsBack = count > patternCount ? text.Size() : scan::none;
+    std::size_t stepsBack = scan::none;
+    if (count > patternCount) {
+        constexpr std::size_t million = 1000000;
+        const bool holdsPattern = find(replacement, count, 0) != scan::none;
+        stepsBack = holdsPattern ? text.Size() : std::max(text.Size(), million / count);
+    }
     for (std::size_t at = first;;) {
         if (text.Size() - patternCount + count > mostElements) {
             ThrowBadAlloc(condition::incorrectParameter, text.Size() - patternCount + count,

@@ -70,6 +70,13 @@ std::size_t Find(const T* text, std::size_t count, std::size_t from, const T* pa
     if (count < patternCount || from > count - patternCount) {
         return none;
     }
+    if constexpr (is_byte<T>) {
+        if (patternCount == 1) {
+            const void* const found =
+                std::memchr(text + from, static_cast<unsigned char>(pattern[0]), count - from);
+            return found == nullptr ? none : static_cast<std::size_t>(static_cast<const T*>(found) - text);
+        }
+    }
     const std::size_t starts = count - patternCount + 1;
     const std::size_t lastOffset = patternCount - 1;
     std::size_t at = from;

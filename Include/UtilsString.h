@@ -57,6 +57,14 @@ public:
     const UtilsString& operator=(const char* text) { return AssignText(text); }
     const UtilsString& operator=(const MemObject<char>& text) { return AssignText(text); }
     const UtilsString& operator=(const std::string& text) { return AssignText(text); }
+    // A class that converts to a UtilsString, even if it converts to a text as well.
+    template <class Source>
+    requires(std::is_class_v<Source> && !std::is_base_of_v<MemObject<char>, Source> &&
+             std::is_convertible_v<const Source&, UtilsString>) const UtilsString&
+    operator=(const Source& source) {
+        UtilsString text = source;
+        return *this = std::move(text);
+    }
     // 16-bit text that cannot be converted leaves the string as it is.
     const UtilsString& operator=(const WideText& text) { return ConvertFromWideChar(text); }
     const UtilsString& operator=(const unsigned short* text) { return ConvertFromWideChar(text); }
@@ -307,6 +315,8 @@ private:
     template <class Output>
     int ParseFastInto(const TextArgument& delimiter, Output&& output, DWORD field);
     void AdvanceFastCursor(DWORD delimiterLength);
+    static void Deliver(UtilsString& output, const char* field, DWORD length);
+    static void Deliver(char* output, const char* field, DWORD length);
 
     static int TableSize(DWORD strings);
     void CheckStringIndex(DWORD index) const;

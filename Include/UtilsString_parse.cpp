@@ -42,18 +42,16 @@ const UtilsString& UtilsString::FindReset() {
     return *this;
 }
 
-namespace {
-void Deliver(UtilsString& output, const char* field, DWORD length) {
-    output = MemObject<char>().AppendExactly(field, length);
+void UtilsString::Deliver(UtilsString& output, const char* field, DWORD length) {
+    output.Current().Assign(field, length);
 }
 
-void Deliver(char* output, const char* field, DWORD length) {
+void UtilsString::Deliver(char* output, const char* field, DWORD length) {
     if (output != nullptr) {
         std::memmove(output, field, length);
         output[length] = 0;
     }
 }
-}  // namespace
 
 template <class Output>
 int UtilsString::ParseInto(const TextArgument& delimiter, Output&& output, DWORD field) const {

@@ -121,18 +121,15 @@ template <class T>
 void MemObject<T>::AppendLocked(const T* elements, DWORD length) {
     const DWORD before = length_;
     const DWORD size = BlockSize(Sum(before, length));
-    length_ = before + length;
+    length_ = before + length;  // stays raised when the block refuses, not when the heap has no room
     block_.CheckReallocation(size);
-    const std::size_t inside = Holds(elements) ? static_cast<std::size_t>(elements - block_.GetBuffer()) : 0;
+    length_ = before;
     const bool own = Holds(elements);
-    try {
-        block_.Block().Resize(size);
-    } catch (...) {
-        length_ = before;
-        throw;
-    }
+    const std::ptrdiff_t offset = own ? elements - block_.GetBuffer() : 0;
+    block_.Block().Resize(size);
+    length_ = before + length;
     T* const data = block_.GetBuffer();
-    std::copy_n(own ? data + inside : elements, length, data + before);
+    std::copy_n(own ? data + offset : elements, length, data + before);
     std::fill_n(data + before + length, terminators, T());
 }
 

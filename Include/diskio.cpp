@@ -108,7 +108,9 @@ void DiskIO::Open(const char* name, DWORD access, DWORD sharing, DWORD openflag,
     position_ = 0;
     fileName_ = name;
     if (overlapped != 0 && nt_) MakeEvent();
-    const HANDLE handle = ::CreateFileA(name, access, sharing, nullptr, openflag, OpenFlags(), nullptr);
+    // `name` may have been this object's own, which the assignment may have moved.
+    const HANDLE handle =
+        ::CreateFileA(fileName_.c_str(), access, sharing, nullptr, openflag, OpenFlags(), nullptr);
     if (handle == INVALID_HANDLE_VALUE) {
         error_ = ::GetLastError();
         const std::string mode = ModeName();

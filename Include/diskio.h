@@ -74,9 +74,10 @@ public:
     bool operator==(const DiskIO& other) const { return handle_.get() == other.handle_.get(); }
     bool operator!=(const DiskIO& other) const { return !(*this == other); }
 
-    // Opens a file or device; what was open before is closed. `name` in the ANSI code page; access, sharing
-    // and openflag as CreateFileA takes them; overlapped non-zero asks for overlapped transfers, which only
-    // NT has. Throws type 1; nothing is open then. A device opens with size 0 and the error of asking for it.
+    // Opens a file or device; what was open before is closed. `name` in the ANSI code page, which may be part
+    // of this object's own; access, sharing and openflag as CreateFileA takes them; overlapped non-zero asks
+    // for overlapped transfers, which only NT has. Throws type 1; nothing is open then. A device opens with
+    // size 0 and the error of asking for it.
     void Open(const char* name, DWORD access, DWORD sharing, DWORD openflag, int overlapped);
     // One transfer of `count` bytes, or of the read or write size when it is 0. Throws type 2 (Read) or 3
     // (Write) when not a single byte moved, the end of the file included; a shorter transfer is no failure.
@@ -91,8 +92,8 @@ public:
     // Overlapped: waits up to 15 seconds for a transfer under way. Otherwise asks the system to write what it
     // holds back; its answer is not examined.
     void Flush();
-    // Waits or flushes as Flush does, closes the handle and resets all members but the sizes. Nothing
-    // happens when nothing is open. Throws type 4; nothing is open then, but the name is kept.
+    // Waits or flushes as Flush does, closes the handle and resets all members but the sizes; with nothing
+    // open it only resets. Throws type 4; nothing is open then, but the name is kept.
     void Close();
     // Closes without waiting, flushing or throwing; resets as Close does.
     void CloseQuietly() noexcept;

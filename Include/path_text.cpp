@@ -39,8 +39,12 @@ std::string WithSingleBackslashes(std::string_view text) {
     return single;
 }
 
+bool IsLetter(char character) {
+    return (character >= 'A' && character <= 'Z') || (character >= 'a' && character <= 'z');
+}
+
 bool HasDrive(std::string_view path) {
-    return path.size() >= 2 && path[1] == ':';
+    return path.size() >= 2 && IsLetter(path[0]) && path[1] == ':';
 }
 
 void Append(std::string& path, std::string_view component) {

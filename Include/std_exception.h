@@ -2,6 +2,8 @@
 #include <windows.h>
 
 #include <exception>
+#include <tuple>
+#include <utility>
 
 #include "CSyncObject.h"
 #include "UtilsString.h"
@@ -15,6 +17,11 @@ namespace UTILS {
 //   "File:  diskio; Line Number:  7; Exception Name:  class UTILS::std_exception; Type:  2; Error Condition:
 //   ..."
 class std_exception : public virtual std::exception {
+protected:
+    // Throws a copy of this object as a std_exception. It stands first: the order of virtual operations is
+    // part of an exported class's interface.
+    [[noreturn]] virtual void _Doraise() const;
+
 public:
     // A report that names the class alone.
     std_exception();
@@ -41,9 +48,6 @@ public:
     virtual const char* derived_class() const;
 
 protected:
-    // Throws a copy of this object as a std_exception.
-    [[noreturn]] virtual void _Doraise() const;
-
     const std_exception& CopyData(const std_exception& other);
     // Makes the report of the constructors that take numbers; for derived classes, whose most derived
     // constructor builds this virtual base without arguments.
@@ -65,8 +69,8 @@ private:
 //       using ReportException::ReportException;
 //   };
 //
-// Thread rule: an object's lock is held while its members are set or copied; readers share an object only
-// when nobody assigns to it.
+// Thread rule: an object's lock is held while its members are set, or copied from or into it, so that a copy
+// never mixes two failures; to read the members themselves, share the object only when nobody assigns to it.
 template <class Exception>
 class ReportException : public virtual std_exception {
     mutable CCriticalSection lock_;
@@ -111,15 +115,12 @@ public:
     }
     ~ReportException() override = default;
 
-    // Copies the members, without the report.
+    // Copies the members, without the report. The two locks are taken one after the other, so that two
+    // threads may copy two objects into each other.
     void CopyData(const ReportException& other) {
+        Members members = other.Copied();
         const SectionGuard guard(lock_);
-        m_type = other.m_type;
-        m_error_number = other.m_error_number;
-        m_line = other.m_line;
-        m_exception_name = other.m_exception_name;
-        m_condition = other.m_condition;
-        m_file = other.m_file;
+        std::tie(m_type, m_error_number, m_line, m_exception_name, m_condition, m_file) = std::move(members);
     }
 
     // Destroys an exception made with `new`; nothing happens for a null object.
@@ -134,6 +135,14 @@ public:
     void Free() const { Delete(); }
 
     const char* derived_class() const override { return Exception::class_name; }
+
+private:
+    using Members = std::tuple<DWORD, DWORD, DWORD, UtilsString, UtilsString, UtilsString>;
+
+    Members Copied() const {
+        const SectionGuard guard(lock_);
+        return {m_type, m_error_number, m_line, m_exception_name, m_condition, m_file};
+    }
 };
 
 }  // namespace UTILS

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <functional>
 #include <optional>
 #include <string>
@@ -201,6 +202,21 @@ TEST(UtilsRegistryMachine, DeletingIsTheSameOnEveryWindows) {
     }
 }
 
+// Values go before their key, and keys from the deepest up, so that a failure leaves no key whose subkeys are
+// out of reach.
+TEST(UtilsRegistryMachine, ATreeIsDeletedFromBelow) {
+    ScopedMachine machine;
+    fill();
+    UtilsRegistry key(path);
+    machine->gate.startRecording();
+    ASSERT_EQ(key.DeleteKey(1), 1);
+    std::string order;
+    for (const std::string& call : machine->gate.calls()) {
+        order += call == "RegDeleteValueA" ? "v" : call == "RegDeleteKeyA" ? "k" : "";
+    }
+    EXPECT_EQ(order, "vvkkvvkk");
+}
+
 TEST(UtilsRegistryMachine, ATreeDeeperThanAnyStackIsDeleted) {
     ScopedMachine machine;
     {
@@ -214,8 +230,22 @@ TEST(UtilsRegistryMachine, ATreeDeeperThanAnyStackIsDeleted) {
     EXPECT_EQ(machine->handles.openCount(), 0u);
 }
 
-// A value that grows between the two queries is asked for again; names of values may be far longer than those
-// of keys.
+// 255 bytes come with the first question, more with a second one.
+TEST(UtilsRegistryMachine, TextsOfUsualLengthCostOneCall) {
+    ScopedMachine machine;
+    UtilsRegistry key(path, 1);
+    for (const auto& [length, calls] : {std::pair{254, 1}, std::pair{255, 2}}) {
+        ASSERT_EQ(key.SetValue("V", std::string(static_cast<std::size_t>(length), 'x')), 1);
+        UtilsString data;
+        machine->gate.startRecording();
+        EXPECT_EQ(key.GetValue("V", data), 1);
+        const std::vector<std::string> made = machine->gate.calls();
+        EXPECT_EQ(std::count(made.begin(), made.end(), "RegQueryValueExA"), calls) << length;
+        machine->gate.reset();
+    }
+}
+
+// Names of values may be far longer than those of keys.
 TEST(UtilsRegistryMachine, NamesAndDataLargerThanAnyBufferAreReadWhole) {
     const ScopedMachine machine;
     UtilsRegistry key(path, 1);

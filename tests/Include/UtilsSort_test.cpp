@@ -107,7 +107,7 @@ std::vector<Item> Described(std::vector<Item> items, int method) {
 TEST(UtilsSort, EachMethodLeavesEqualElementsWhereItsDescriptionDoes) {
     const unsigned seed = std::random_device{}();
     std::mt19937 random(seed);
-    for (const DWORD count : {0, 1, 2, 3, 13, 14, 41, 512, 513, 1024, 1025}) {
+    for (const DWORD count : {0u, 1u, 2u, 3u, 13u, 14u, 41u, 512u, 513u, 1024u, 1025u}) {
         for (const int kinds : {1, 2, 7, 100, 1000000}) {
             const Sequence input =
                 Keys(count, [&](DWORD) { return static_cast<int>(random() % unsigned(kinds)); });
@@ -207,7 +207,7 @@ TEST(UtilsSort, AComparisonThatIsNoOrderEndsWithinTheRange) {
         }
     };
     for (int method = SortAutomatic; method <= SortQuickLarge; ++method) {
-        for (const DWORD count : {2, 14, 600, 1100}) {
+        for (const DWORD count : {2u, 14u, 600u, 1100u}) {
             Erratic sequence;
             sequence.items = Keys(count, [](DWORD i) { return static_cast<int>(i); }).items;
             sequence.total = false;

@@ -126,6 +126,9 @@ TEST(CUtilsPathParts, ComparesAsTextWithPathsAndTexts) {
     const char* text = lower;
     const UtilsString copy = lower;
     EXPECT_STREQ(text, copy.c_str());
+    UtilsString assigned("before");
+    assigned = lower;
+    EXPECT_STREQ(assigned.c_str(), "C:\\a");
 }
 
 }  // namespace

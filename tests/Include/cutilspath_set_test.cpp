@@ -35,6 +35,7 @@ constexpr AbsoluteCase absoluteCases[] = {
     {"C:\\\\a\\\\\\b\\\\c", "C:\\a\\b\\c", "C:", "c", "C:\\a\\b"},
     {"C:\\a\\b\\\\", "C:\\a\\b", "C:", "b", "C:\\a"},
     {"C:\\my files\\a.tar.gz", "C:\\my files\\a.tar.gz", "C:", "a.tar.gz", "C:\\my files"},
+    {"\\:x", "\\:x", none, ":x", none},
     {"C:\\a/b", "C:\\a/b", "C:", "a/b", "C:"},
     {"C:\\a\\..\\b", "C:\\a\\..\\b", "C:", "b", "C:\\a\\.."},
     {"\\\\server\\share", "\\\\server\\share", "\\\\server\\share", "share", none},

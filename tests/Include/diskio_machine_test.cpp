@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstring>
 #include <vector>
 
@@ -63,6 +64,34 @@ TEST(DiskIOMachineTest, AnOverlappedOpenThatFailsLeavesNothingBehind) {
         "access 3221225472, sharing 3, openflag 3");
     EXPECT_FALSE(file.get_async_mode());
     EXPECT_EQ(machine->handles.openCount(), 0U);
+}
+
+TEST(DiskIOMachineTest, PartOfItsOwnNameCanBeOpened) {
+    ScopedMachine machine;
+    writeFile(path, "0123456789");
+    DiskIO file(path.c_str());
+    file.Open(file.GetFileName().c_str() + 2, readWrite, shared, OPEN_EXISTING, 0);
+    EXPECT_EQ(file.GetFileSize(), 10U);
+    EXPECT_STREQ(file.GetFileName().c_str(), "\\a.bin");
+}
+
+// A virtual device driver leaves memory with its last handle, which on Windows 95/98/Me is asked for by the
+// flag that deletes a file: a file of such a name shows whether it was.
+TEST(DiskIOMachineTest, AVirtualDeviceDriverIsUnloadedWithItsLastHandle) {
+    struct Row {
+        const char* name;
+        bool driver;
+    };
+    for (const Row& row : {Row{"C:\\A.VxD", true}, Row{"C:\\a.vxd", true}, Row{"C:\\vwin32", true},
+                           Row{"C:\\VWIN32", true}, Row{"C:\\avxd", false}, Row{"C:\\a.vxd.txt", false},
+                           Row{"C:\\vwin32.dll", false}, Row{"C:\\xvwin32", false}}) {
+        for (const WindowsVersion version : {WindowsVersion::Windows98, WindowsVersion::XP}) {
+            ScopedMachine machine(version);
+            writeFile(row.name, "x");
+            DiskIO(row.name, GENERIC_READ, shared | FILE_SHARE_DELETE, OPEN_EXISTING, 0).Close();
+            EXPECT_EQ(exists(row.name), version == WindowsVersion::XP || !row.driver) << row.name;
+        }
+    }
 }
 
 TEST(DiskIOMachineTest, AFailedCloseIsReportedOnce) {
@@ -142,6 +171,41 @@ TEST(DiskIOMachineTest, ATransferThatDoesNotEndIsWaitedForTwice) {
     machine->gate.startRecording();
     file.Close();
     EXPECT_EQ(count(machine->gate.calls(), "WaitForSingleObject"), 0U);
+}
+
+TEST(DiskIOMachineTest, FlushingAnOverlappedFileWaitsForItsTransfer) {
+    ScopedMachine machine;
+    DiskIO file(path.c_str(), readWrite, shared, CREATE_ALWAYS, 1);
+    file.Write("abc", 3);
+    machine->gate.startRecording();
+    file.Flush();
+    file.Flush();
+    EXPECT_EQ(machine->gate.calls(), std::vector<std::string>{"WaitForSingleObject"});
+}
+
+TEST(DiskIOMachineTest, ATransferUnderWayIsNoFailure) {
+    ScopedMachine machine;
+    DiskIO file(path.c_str(), readWrite, shared, CREATE_ALWAYS, 1);
+    char buffer[3] = {};
+    machine->gate.failFunction("WriteFile", ERROR_IO_PENDING);
+    machine->gate.failFunction("ReadFile", ERROR_IO_PENDING);
+    EXPECT_NO_THROW(file.Write("abc", 3));
+    EXPECT_NO_THROW(file.Read(buffer, 3));
+    EXPECT_EQ(file.get_error(), ERROR_IO_PENDING);
+    // What goes through a buffer of its own is over on return, and one that moved nothing has failed.
+    DWORD number = 0;
+    EXPECT_EQ(thrownBy([&] { file >> number; }).condition,
+              "DiskIO::Read - ReadFile in Overlapped mode read 0 bytes out of 4");
+}
+
+TEST(DiskIOMachineTest, AFailedWriteStillRefreshesTheSize) {
+    ScopedMachine machine;
+    DiskIO file(path.c_str(), readWrite, shared, CREATE_ALWAYS, 0);
+    DiskIO other(path.c_str());
+    other.Write("0123456789", 10);
+    machine->gate.failFunction("WriteFile", ERROR_DISK_FULL);
+    EXPECT_EQ(thrownBy([&] { file.Write("a", 1); }).error, ERROR_DISK_FULL);
+    EXPECT_EQ(file.GetFileSize(), 10U);
 }
 
 TEST(DiskIOMachineTest, AnUnoverlappedFileIsFlushedBeforeItIsClosed) {
@@ -331,7 +395,8 @@ public:
         code = command;
         input.assign(static_cast<unsigned char*>(in), static_cast<unsigned char*>(in) + inSize);
         outputSize = outSize;
-        std::memcpy(out, answer.data(), std::min<std::size_t>(answer.size(), outSize));
+        std::copy_n(answer.begin(), std::min<std::size_t>(answer.size(), outSize),
+                    static_cast<unsigned char*>(out));
     }
     DIOC_REGISTERS registers() const {
         DIOC_REGISTERS block{};

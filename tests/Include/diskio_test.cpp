@@ -273,6 +273,14 @@ TEST_F(DiskIOTest, WholeModeOfNothing) {
     EXPECT_EQ(textOf(text), "kept");
 }
 
+TEST_F(DiskIOTest, PlainBytesHaveNoWholeMode) {
+    DiskIO file(create("").c_str());
+    file.SetReadWriteSize(DiskIO::wholeSize);
+    const std::string bytes(65535, '\0');
+    file << reinterpret_cast<const unsigned char*>(bytes.data());
+    EXPECT_EQ(file.GetBytesWritten(), 65535U);
+}
+
 TEST_F(DiskIOTest, ASizeOfNothingIsRefused) {
     DiskIO file(create("abc").c_str());
     file.SetReadWriteSize(0);
@@ -323,6 +331,40 @@ TEST_F(DiskIOTest, ClosingResetsAllButTheSizes) {
     EXPECT_EQ(file.GetBytesRead(), 4U);
 }
 
+TEST_F(DiskIOTest, ClosingForgetsCountersErrorAndAttributes) {
+    DiskIO file(create("").c_str());
+    file.SetFileAttributes(FILE_ATTRIBUTE_HIDDEN);
+    file.Write("abc", 3);
+    char buffer[1];
+    EXPECT_EQ(thrownBy([&] { file.SetFilePointer(distance(-1), FILE_BEGIN); }).type, 5U);
+    EXPECT_EQ(thrownBy([&] { file.Read(buffer, 1); }).type, 2U);
+    EXPECT_EQ(thrownBy([&] { file.Delete("no such file", 0); }).error, ERROR_FILE_NOT_FOUND);
+    file.Close();
+    EXPECT_EQ(file.GetBytesWritten(), 0U);
+    EXPECT_EQ(file.get_error(), 0U);
+    file.Open((folder / "new").c_str(), GENERIC_WRITE, shared, CREATE_NEW, 0);
+    EXPECT_EQ(file.GetFileAttributes() & FILE_ATTRIBUTE_HIDDEN, 0U);
+}
+
+TEST_F(DiskIOTest, ACopyHasTheMembersOfItsSource) {
+    DiskIO file(create("").c_str(), readWrite, shared, OPEN_EXISTING, 1);
+    file.SetFileAttributes(FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE);
+    file.SetReadWriteSize(4);
+    file << "abcd";
+    EXPECT_EQ(thrownBy([&] { file.Delete("no such file", 0); }).error, ERROR_FILE_NOT_FOUND);
+    DiskIO copy(file);
+    EXPECT_EQ(copy.get_error(), ERROR_FILE_NOT_FOUND);
+    EXPECT_EQ(copy.GetBytesWritten(), 4U);
+    copy << "efgh";
+    copy.Flush();
+    EXPECT_EQ(copy.GetFileSize(), 8U) << "behind what the source has written";
+    copy.Open((folder / "new").c_str(), readWrite, shared, CREATE_NEW, 1);
+    EXPECT_NE(copy.GetFileAttributes() & FILE_ATTRIBUTE_HIDDEN, 0U);
+    copy << "ijkl";
+    copy.Close();
+    EXPECT_EQ(readFile(folder / "new"), "ijkl") << "a file that is opened begins at its start";
+}
+
 TEST_F(DiskIOTest, DeletesReadOnlyFilesOnlyWhenAskedTo) {
     const std::string path = test::makeFile(folder, "ro", "x", FILE_ATTRIBUTE_READONLY);
     DiskIO file;
@@ -341,10 +383,22 @@ TEST_F(DiskIOTest, DeletesItsOwnFile) {
     const std::string path = test::makeFile(folder, "own", "x", FILE_ATTRIBUTE_READONLY);
     DiskIO file(path.c_str(), GENERIC_READ, shared | FILE_SHARE_DELETE, OPEN_EXISTING, 0);
     EXPECT_EQ(thrownBy([&] { file.Delete(); }).error, ERROR_ACCESS_DENIED);
-    file.SetFileAttributes(FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN);
+    file.SetFileAttributes(FILE_ATTRIBUTE_READONLY);
     file.Remove();
     file.Close();
     EXPECT_FALSE(exists(path));
+}
+
+TEST_F(DiskIOTest, AnyOfThreeAttributesLiftsAReadOnlyOne) {
+    for (const DWORD attribute : {FILE_ATTRIBUTE_READONLY, FILE_ATTRIBUTE_HIDDEN, FILE_ATTRIBUTE_SYSTEM}) {
+        const std::string path = test::makeFile(folder, "own", "x");
+        DiskIO file(path.c_str(), GENERIC_READ, shared | FILE_SHARE_DELETE, OPEN_EXISTING, 0);
+        file.SetFileAttributes(attribute);
+        ASSERT_TRUE(::SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_READONLY));
+        EXPECT_NO_THROW(file.Delete()) << attribute;
+        file.Close();
+        EXPECT_FALSE(exists(path));
+    }
 }
 
 TEST_F(DiskIOTest, RemovesEmptyDirectories) {
@@ -365,8 +419,8 @@ TEST_F(DiskIOTest, AttributesAreKeptForTheNextFileAndGivenToAnOpenOne) {
     file.SetFileAttributes(FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_ARCHIVE);
     file.Open(path.c_str(), GENERIC_WRITE, shared, CREATE_ALWAYS, 0);
     EXPECT_EQ(file.GetFileAttributes(), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_ARCHIVE);
-    file.SetFileAttributes(FILE_ATTRIBUTE_HIDDEN);
-    EXPECT_EQ(GetFileAttributesA(path.c_str()), FILE_ATTRIBUTE_HIDDEN);
+    file.SetFileAttributes(FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE);
+    EXPECT_EQ(GetFileAttributesA(path.c_str()), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_ARCHIVE);
     file.Close();
     EXPECT_EQ(file.GetFileAttributes(), INVALID_FILE_ATTRIBUTES) << "no name, no attributes, no exception";
 }

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <thread>
 
 namespace test {
 
@@ -106,6 +107,31 @@ TEST(DerivedException, CopyDataLeavesTheReport) {
     copy.CopyData(cancelled());
     EXPECT_EQ(copy.m_error_number, 1000u);
     EXPECT_STREQ(copy.what(), "Exception Name:  class UTILS::std_exception");
+}
+
+// One thread assigns two failures in turn while others copy: no copy may mix the two.
+TEST(DerivedException, CopiesWhileItIsAssigned) {
+    const SampleException failures[] = {{1, 1, 1, "first", "a condition longer than what fits inside"},
+                                        {2, 2, 2, "second", "another"}};
+    SampleException shared = failures[0];
+    const auto assign = [&] {
+        for (int i = 0; i < 2000; ++i) {
+            shared.CopyData(failures[i % 2]);
+        }
+    };
+    const auto copy = [&] {
+        for (int i = 0; i < 2000; ++i) {
+            SampleException copied;
+            copied.CopyData(shared);
+            const SampleException& whole = failures[copied.m_type - 1];
+            ASSERT_EQ(copied.m_line, copied.m_type);
+            ASSERT_TRUE(copied.m_file == whole.m_file && copied.m_condition == whole.m_condition);
+        }
+    };
+    std::thread first(assign), second(copy), third(copy);
+    first.join();
+    second.join();
+    third.join();
 }
 
 TEST(DerivedException, EmptyOneNamesItself) {
