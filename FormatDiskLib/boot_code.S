@@ -43,6 +43,7 @@ work_area:
 
 # Offset 0x043: the jump at the sector's start leads here.
 start:
+        cli                                     # the first 8088s take interrupts between SS and SP
         xorw    %ax, %ax
         movw    %ax, %ds
         movw    %ax, %es
@@ -185,6 +186,8 @@ try:
         orb     %ah, %cl
         movw    $0x0201, %ax
         int     $0x13
+        sti                                     # not every BIOS returns with these as they were
+        cld
         jnc     sector_read
         decb    tries_left
         jnz     try

@@ -179,7 +179,10 @@ bool MakeZARDisks::WriteDiskFile(const UTILS::UtilsString& name, DWORD attribute
 
 int MakeZARDisks::EraseTree(const char* directory) {
     std::string path = directory;
-    if (path.empty() || path.back() != '\\') {
+    if (path.empty()) {
+        return 0;  // no drive was found; a backslash alone would name the root of the current one
+    }
+    if (path.back() != '\\') {
         path += '\\';
     }
     WIN32_FIND_DATAA entry{};

@@ -54,7 +54,8 @@ public:
     int MakeDisk();
 
     // Deletes all files and directories below a directory, whatever their attributes; reports nothing.
-    // Result: 1, also when nothing can be found there; 0 at the first failure, where it stops.
+    // Result: 1, also when nothing can be found there; 0 at the first failure, where it stops, and for an
+    // empty name.
     int EraseTree(const char* directory);
 
 private:

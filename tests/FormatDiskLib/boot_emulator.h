@@ -133,6 +133,7 @@ private:
         }
     }
 
+    // Keeps no register and no flag that a BIOS has been known to lose.
     void readSector() {
         const unsigned cx = reg(UC_X86_REG_CX);
         const unsigned dx = reg(UC_X86_REG_DX);
@@ -149,7 +150,9 @@ private:
             check(uc_mem_write(engine_, reg(UC_X86_REG_ES) * 16U + reg(UC_X86_REG_BX), bytes.data(), 512));
         }
         set(UC_X86_REG_AX, good ? 0x0001 : 0x0400);
-        set(UC_X86_REG_FLAGS, (reg(UC_X86_REG_FLAGS) & ~1U) | (good ? 0U : 1U));
+        set(UC_X86_REG_CX, 0xA5A5);
+        set(UC_X86_REG_DX, 0xA5A5);
+        set(UC_X86_REG_FLAGS, 0x0402U | (good ? 0U : 1U));  // interrupts off, strings downward
     }
 
     bool failsNow(unsigned number) {

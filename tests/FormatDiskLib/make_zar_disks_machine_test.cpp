@@ -128,6 +128,18 @@ TEST_P(DiskMaker, StopsAtAProtectedDisketteThatHoldsFiles) {
     EXPECT_EQ(pc.snapshot(), before);
 }
 
+// The root of the current drive, which is not the diskette, lies near where no drive was found.
+TEST_P(DiskMaker, ErasesNothingWhenNoDriveWasFound) {
+    maker.configure(pc.archiveFolder());
+    pc.putOldFiles();
+    ASSERT_TRUE(SetCurrentDirectoryA("A:\\"));
+    const auto before = pc.snapshot();
+    EXPECT_EQ(maker.MakeDisk(), 0);
+    EXPECT_EQ(maker.events, (Events{"slider 0 0", "slider 0 0", "slider 1 0"}));
+    EXPECT_EQ(maker.EraseTree(""), 0);
+    EXPECT_EQ(pc.snapshot(), before);
+}
+
 // An empty diskette needs no erasing, and an empty drive lets itself be erased; both show later.
 TEST_P(DiskMaker, StopsAtTheFirstFileWhenNothingCanBeWritten) {
     winlayer::DisketteState empty;

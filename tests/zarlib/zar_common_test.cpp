@@ -171,10 +171,20 @@ TEST_F(ZarCommonTest, SkippingEndsWithoutAThrow) {
         field = ZAR_OLD_RECORD;
         EXPECT_EQ(engine.MoveToNextRecord(field), 0);
     }
-    // Exactly four bytes past the end is where the last record leads.
-    input(number(0xEFB232CD) + number(3) + std::string(27, 'x'));
-    auto field = ZAR_SKIP_FROM_NAME;
-    EXPECT_EQ(engine.MoveToNextRecord(field), 1);
+}
+
+TEST_F(ZarCommonTest, SkippingTheLastRecordLeadsPastTheEnd) {
+    const std::string last = test::newRecord({"NAME", "abc"});
+    const struct {
+        DWORD field;
+        std::size_t pastEnd;
+    } rows[] = {{0xEFB04FAA, 4}, {0xEFB04FA7, 24}};
+    for (const auto& row : rows) {
+        input(last);
+        auto field = static_cast<m_archive_fields>(row.field);
+        EXPECT_EQ(engine.MoveToNextRecord(field), 1);
+        EXPECT_EQ(positionOfInput(), last.size() + row.pastEnd);
+    }
 }
 
 TEST_F(ZarCommonTest, DataIsCopiedInSteps) {

@@ -173,6 +173,7 @@ TEST(ZarMachineTest, ACloseThatFailsIsReportedAndLeavesNothingOpen) {
 // A directory is asked for once, not once for each of its files.
 TEST(ZarMachineTest, DirectoriesAreMadeOnce) {
     ScopedMachine machine;
+    test::MemoryDrive::mount(*machine, 'C');
     std::string bytes;
     for (int i = 0; i < 50; ++i) bytes += test::newRecord({"d\\e\\" + std::to_string(i), "x"});
     writeFile("C:\\a.zar", bytes);

@@ -1,9 +1,5 @@
 #include "zar_common.h"
 
-#include <algorithm>
-
-#include "zar_file.h"
-
 using UTILS::DiskIO;
 using UTILS::DiskIoException;
 using UTILS::UtilsByte;
@@ -17,10 +13,11 @@ std::string ModeName(const DiskIO& file) {
     return file.get_async_mode() ? "Overlapped" : "Non Overlapped";
 }
 
-[[noreturn]] void RefuseRead(const DiskIO& file, DWORD length, DWORD error, int line = __builtin_LINE()) {
+[[noreturn]] void RefuseRead(const DiskIO& file, DWORD length, int line = __builtin_LINE()) {
     const std::string condition = "DiskIO::Read - ReadFile in " + ModeName(file) +
                                   " mode read 0 bytes out of " + std::to_string(length);
-    throw DiskIoException(UTILS::DISKIO_READ, error, static_cast<DWORD>(line), fileLayer, condition.c_str());
+    throw DiskIoException(UTILS::DISKIO_READ, ERROR_FILENAME_EXCED_RANGE, static_cast<DWORD>(line), fileLayer,
+                          condition.c_str());
 }
 
 [[noreturn]] void RefuseWrite(const DiskIO& file, DWORD length, int line = __builtin_LINE()) {
@@ -123,14 +120,9 @@ void ZAR_Common::WriteOutputFileField(DWORD value) {
     Output() << value;
 }
 
-void ZAR_Common::RequireInput(DWORD length) {
-    const std::uint64_t size = zar::SizeOf(Input());
-    if (length > size - std::min(size, inputPosition_)) RefuseRead(Input(), length, ERROR_HANDLE_EOF);
-}
-
 DiskIO& ZAR_Common::InputFor(DWORD length) {
     DiskIO& input = Input();
-    if (length >= zar::nameLimit) RefuseRead(input, length, ERROR_FILENAME_EXCED_RANGE);
+    if (length >= zar::nameLimit) RefuseRead(input, length);
     input.SetReadWriteSize(static_cast<WORD>(length));
     return input;
 }

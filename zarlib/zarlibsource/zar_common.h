@@ -74,11 +74,9 @@ protected:
     // Writes one field. Throws DiskIoException type 3.
     void WriteOutputFileField(DWORD value);
 
-    // Throws DiskIoException type 2 when the input has fewer than `length` bytes left.
-    void RequireInput(DWORD length);
-    // Read `length` bytes (below 65535), unscrambled when `scrambled` is not 0. A string receives them up to
-    // the first zero byte stored. Throw DiskIoException type 2, also for a greater length, where nothing is
-    // read or allocated.
+    // Read `length` bytes (below 65535) or what the file still has, unscrambled when `scrambled` is not 0. A
+    // string receives them up to the first zero byte stored. Throw DiskIoException type 2 at the end of the
+    // file and for a greater length, where nothing is read or allocated.
     void ReadInputStringData(UTILS::UtilsString& s, DWORD length, int scrambled);
     void ReadInputByteData(UTILS::UtilsByte& b, DWORD length, int scrambled);
     // Write the first `length` bytes (below 65535). With `scrambled` not 0 the caller's object is scrambled
@@ -93,9 +91,9 @@ protected:
     // a signed number), or for any greater field to behind the record's end marker. 1 when done, 0 after a
     // cancel (I/O started is then 1) or a failure. Throws nothing.
     int MoveToNextRecord(m_archive_fields& field);
-    // Moves the input forward. False, and nothing moved, when that would lead further than `slack` bytes past
-    // the end of the file. Throws DiskIoException type 5.
-    bool SkipInput(std::uint64_t distance, DWORD slack);
+    // Moves the input forward by `distance` bytes, past the end of the file if need be. False, and nothing
+    // moved, when the file has fewer than `required` bytes left. Throws DiskIoException type 5.
+    bool SkipInput(std::uint64_t distance, std::uint64_t required);
 
     // Copies `size` bytes of data from the input to the output, XORed with the key on the way. 1 when done;
     // 0 after a cancel (I/O started stays 1) or a failure (0), with the output closed.

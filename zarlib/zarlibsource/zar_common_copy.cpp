@@ -37,16 +37,17 @@ bool ZAR_Common::SkipUntil(m_archive_fields wanted) {
 }
 
 bool ZAR_Common::SkipData(m_archive_fields field) {
-    const std::int64_t size = ReadInputFileField();
+    const std::uint64_t size = ReadInputFileField();
     // How many fields lie between the size and the place to go to follows from the field that was asked for.
-    const std::int64_t k = std::int64_t{static_cast<LONG>(field)} - static_cast<LONG>(skipReference);
-    const std::int64_t distance = size - zar::fieldSize * (k + k / 2);
-    return distance >= 0 && SkipInput(static_cast<std::uint64_t>(distance), zar::skipPastEnd);
+    const std::int64_t k = std::int64_t{static_cast<LONG>(skipReference)} - static_cast<LONG>(field);
+    const auto between = static_cast<std::uint64_t>(k + k / 2) * zar::fieldSize;
+    // The place may lie past the end of the archive, but not of a record that is cut short.
+    return SkipInput(size + between, size + zar::fromSizeToEnd);
 }
 
-bool ZAR_Common::SkipInput(std::uint64_t distance, DWORD slack) {
+bool ZAR_Common::SkipInput(std::uint64_t distance, std::uint64_t required) {
     const DiskIO& input = Input();
-    if (inputPosition_ + distance > zar::SizeOf(input) + slack) return false;
+    if (inputPosition_ + required > zar::SizeOf(input)) return false;
     zar::MoveForward(input, inputPosition_, distance);
     inputPosition_ += distance;
     return true;

@@ -121,12 +121,10 @@ int Extract_ZAR::DoNewExtraction(const char* onlyFile) {
         if (!Find(ZAR_NAME)) return 1;
         const UtilsString name = ReadStoredName();
         if (autoExtract_ != 0) {
-            if (!ReducedStaysBelow(name)) return 0;
             if (!Find(ZAR_SIZE)) return 1;
             if (ExtractNew(name, true) == 0) return 0;
             MoveSlider(0, 0);
         } else if (name.FriendCompare(onlyFile) == 0) {
-            if (!ReducedStaysBelow(name)) return 0;
             ReadUntil(ZAR_SIZE);
             return ExtractNew(name, false);
         } else {
@@ -147,10 +145,8 @@ bool Extract_ZAR::Find(m_archive_fields marker) {
 }
 
 UtilsString Extract_ZAR::ReadStoredName() {
-    const DWORD length = ReadInputFileField();
-    RequireInput(length);
     UtilsString name;
-    ReadInputStringData(name, length, 1);
+    ReadInputStringData(name, ReadInputFileField(), 1);
     if (subDirAsRoot_ != 0) name = zar::WithoutFirstElement(TextOf(name));
     return name;
 }
@@ -163,6 +159,7 @@ bool Extract_ZAR::ReducedStaysBelow(const UtilsString& name) const {
 }
 
 int Extract_ZAR::ExtractNew(const UtilsString& name, bool report) {
+    if (!ReducedStaysBelow(name)) return 0;
     const std::string path = zar::JoinPath(targetDirectory_, TextOf(name));
     const DWORD size = ReadInputFileField();
     ReadUntil(ZAR_ATTRIBUTES);
@@ -230,7 +227,7 @@ bool Extract_ZAR::ReadOldName(UtilsString& name) {
 bool Extract_ZAR::SkipOld() {
     try {
         const DWORD size = ReadInputFileField();
-        if (!SkipInput(size, 0)) return false;
+        if (!SkipInput(size, size)) return false;
         ReadInputFileField();
         return true;
     } catch (...) {

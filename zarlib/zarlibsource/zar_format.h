@@ -31,15 +31,10 @@ inline constexpr DWORD chunkSize = 8094;    // the most bytes of data that one s
 inline constexpr DWORD oldNameSize = 16;    // fixed width of an old-layout name
 inline constexpr DWORD oldHeaderSize = 24;  // signature, name, size
 
-// Sizes of a new-layout record around its name of n and its data of s bytes.
+// Sizes of a new-layout record around its name of n bytes.
 inline constexpr DWORD beforeName = 12;      // signature, name marker, n
 inline constexpr DWORD fromNameToData = 32;  // name end, size, attributes, data marker
-inline constexpr DWORD recordOverhead = 48;  // everything but name and data
-
-// From behind the size value to the next record's name marker, the data not counted.
-inline constexpr DWORD skipOverhead = 28;
-// Skipping the last record passes a signature that is not there.
-inline constexpr DWORD skipPastEnd = fieldSize;
+inline constexpr DWORD fromSizeToEnd = 24;  // size end, attributes, data marker, record end; data not counted
 
 // Values of a creation attribute that an archive may choose: file attributes, none of the flags that share
 // the number with them (delete on close, overlapped, ...).
