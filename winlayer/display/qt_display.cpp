@@ -1,0 +1,207 @@
+#include "winlayer/display/qt_display.h"
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QAbstractEventDispatcher>
+#include <QPixmap>
+#include <QTimer>
+#include <algorithm>
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+
+#include "winlayer/display/display.h"
+#include "winlayer/machine.h"
+#include "winlayer/window_geometry.h"
+
+namespace winlayer {
+namespace {
+
+// The place of what a widget shows: of the client area for a window with a caption, whose frame is the
+// desktop's, and of the whole window for a child.
+QRect placeOf(const Window& window) {
+    if (window.isChild()) {
+        return {window.place.left, window.place.top, widthOf(window.place), heightOf(window.place)};
+    }
+    const POINT origin = clientOrigin(window);
+    const SIZE size = clientSize(window);
+    return {origin.x, origin.y, size.cx, size.cy};
+}
+
+// Qt ends the program where it finds no screen that answers, so a process of its own tries it first.
+bool screenAnswers() {
+    constexpr unsigned patience = 10;  // seconds
+    const pid_t child = fork();
+    if (child == 0) {
+        alarm(patience);
+        qInstallMessageHandler([](QtMsgType type, const QMessageLogContext&, const QString&) {
+            if (type == QtFatalMsg) _exit(EXIT_FAILURE);
+        });
+        int argumentCount = 0;
+        const QGuiApplication trial(argumentCount, nullptr);
+        _exit(EXIT_SUCCESS);
+    }
+    int status = 0;
+    while (child > 0 && waitpid(child, &status, 0) < 0 && errno == EINTR) {
+    }
+    return child > 0 && WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS;
+}
+
+// Why there is no screen; empty when there is one.
+std::string whyNoScreen() {
+    const char* name = std::getenv("WAYLAND_DISPLAY");
+    if (name == nullptr || *name == '\0') name = std::getenv("DISPLAY");
+    if (name == nullptr || *name == '\0') return "there is no display";
+    return screenAnswers() ? "" : "the display '" + std::string(name) + "' does not answer";
+}
+
+}  // namespace
+
+QtDisplay::QtDisplay(const char* platform) : application_(platform) {}
+
+QtDisplay::~QtDisplay() {
+    for (const auto& [window, shown] : widgets_) {
+        if (shown->parentWidget() == nullptr) {
+            shown->deleteLater();
+        }
+    }
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+}
+
+void QtDisplay::created(HWND window) {
+    const auto facts = Machine::current().windows.find(window);
+    QWidget* made = makeWidget(*facts, widget(facts->isChild() ? facts->parent : facts->owner));
+    widgets_[window] = made;
+    input_.watch(*made, window);
+    moved(window);
+    refresh(window);
+    enabled(window, !facts->has(WS_DISABLED));
+    made->setVisible(facts->has(WS_VISIBLE));
+}
+
+// Later, because the widget may be the one whose event is being handled.
+void QtDisplay::destroyed(HWND window) {
+    const auto found = widgets_.find(window);
+    input_.forget(window);
+    found->second->hide();
+    found->second->deleteLater();
+    widgets_.erase(found);
+}
+
+void QtDisplay::moved(HWND window) {
+    const auto facts = Machine::current().windows.find(window);
+    QWidget* const moving = widget(window);
+    const QRect place = placeOf(*facts);
+    if (!facts->isChild() && !facts->has(WS_THICKFRAME)) {
+        moving->setFixedSize(place.size());
+    }
+    moving->setGeometry(place);
+}
+
+// Children are listed with the topmost first; raising them from the last to the first gives that order.
+void QtDisplay::restacked(HWND window) {
+    const auto facts = Machine::current().windows.find(window);
+    if (const auto parent = Machine::current().windows.find(facts->parent)) {
+        std::for_each(parent->children.rbegin(), parent->children.rend(), [&](HWND child) {
+            if (QWidget* shown = widget(child)) shown->raise();
+        });
+    } else {
+        widget(window)->raise();
+    }
+}
+
+void QtDisplay::shown(HWND window, bool visible) {
+    widget(window)->setVisible(visible);
+    followFocus();
+}
+
+// A window that is disabled keeps the user out, but does not look different, and nor do its controls: Qt,
+// which would grey them all, is told of controls only.
+void QtDisplay::enabled(HWND window, bool enabled) {
+    if (Machine::current().windows.find(window)->control != nullptr) {
+        widget(window)->setEnabled(enabled);
+        followFocus();
+    }
+}
+
+void QtDisplay::textChanged(HWND window) {
+    refresh(window);
+}
+
+void QtDisplay::fontChanged(HWND window) {
+    refresh(window);
+}
+
+void QtDisplay::stateChanged(HWND window) {
+    refresh(window);
+}
+
+void QtDisplay::focused(HWND /*window*/) {
+    followFocus();
+}
+
+void QtDisplay::painted(HWND window) {
+    widget(window)->update();
+}
+
+void QtDisplay::poll() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCoreApplication::processEvents();
+}
+
+// A stopped clock moves only when it is told to, so there is nothing to wait for but what is there already.
+void QtDisplay::wait(std::optional<std::int64_t> until) {
+    const Clock& clock = Machine::current().clock;
+    if (clock.stopped()) {
+        poll();
+        Peer::wait(until);
+        return;
+    }
+    QTimer alarm;
+    if (until) {
+        const auto left = std::chrono::nanoseconds(std::max<std::int64_t>(0, *until - clock.now()));
+        alarm.setSingleShot(true);
+        alarm.start(std::chrono::ceil<std::chrono::milliseconds>(left));
+    }
+    QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
+}
+
+void QtDisplay::wake() {
+    QAbstractEventDispatcher::instance(qApp->thread())->wakeUp();
+}
+
+bool QtDisplay::capture(HWND window, const std::string& file) {
+    QCoreApplication::processEvents();
+    QWidget* shown = widget(window);
+    return shown != nullptr && shown->grab().save(QString::fromStdString(file), "PNG");
+}
+
+// Qt passes the focus on by itself when a widget is hidden or disabled.
+void QtDisplay::followFocus() {
+    QWidget* const wanted = widget(Machine::current().windows.focus);
+    if (wanted != nullptr && wanted->isEnabled()) {
+        wanted->setFocus();
+    } else if (QWidget* const focus = QApplication::focusWidget()) {
+        focus->clearFocus();
+    }
+}
+
+void QtDisplay::refresh(HWND window) {
+    refreshWidget(*widget(window), *Machine::current().windows.find(window));
+}
+
+QWidget* QtDisplay::widget(HWND window) const {
+    const auto found = widgets_.find(window);
+    return found == widgets_.end() ? nullptr : found->second;
+}
+
+std::unique_ptr<Peer> openDisplay(DisplayKind kind, std::string& reason) {
+    if (kind == DisplayKind::Memory) {
+        return std::make_unique<QtDisplay>("offscreen");
+    }
+    reason = whyNoScreen();
+    return reason.empty() ? std::make_unique<QtDisplay>(nullptr) : nullptr;
+}
+
+}  // namespace winlayer

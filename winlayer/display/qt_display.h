@@ -1,0 +1,44 @@
+#pragma once
+#include <QApplication>
+#include <map>
+
+#include "winlayer/display/qt_controls.h"
+#include "winlayer/display/qt_input.h"
+#include "winlayer/peer.h"
+
+namespace winlayer {
+
+// Shows each window of the layer as a Qt widget: controls as the widgets of their kind, so that assistive
+// programs see them, all else as a surface. What widgets would do with input themselves is kept from them.
+class QtDisplay : public Peer {
+public:
+    explicit QtDisplay(const char* platform);
+    ~QtDisplay() override;
+
+    void created(HWND window) override;
+    void destroyed(HWND window) override;
+    void moved(HWND window) override;
+    void restacked(HWND window) override;
+    void shown(HWND window, bool visible) override;
+    void enabled(HWND window, bool enabled) override;
+    void textChanged(HWND window) override;
+    void fontChanged(HWND window) override;
+    void stateChanged(HWND window) override;
+    void focused(HWND window) override;
+    void painted(HWND window) override;
+    void poll() override;
+    void wait(std::optional<std::int64_t> until) override;
+    void wake() override;
+    bool capture(HWND window, const std::string& file) override;
+
+private:
+    void refresh(HWND window);
+    void followFocus();
+    QWidget* widget(HWND window) const;
+
+    QtApplication application_;
+    std::map<HWND, QWidget*> widgets_;  // Qt's parents own their children; a top-level one is ours
+    QtInput input_;
+};
+
+}  // namespace winlayer

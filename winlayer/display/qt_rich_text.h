@@ -1,0 +1,11 @@
+#pragma once
+#include <QTextEdit>
+
+#include "winlayer/formatted_text.h"
+
+namespace winlayer {
+
+// Shows the text with its fonts, paragraphs and bullets.
+void showRichText(QTextEdit& widget, const RichText& text);
+
+}  // namespace winlayer
