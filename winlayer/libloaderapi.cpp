@@ -2,34 +2,31 @@
 
 #include <algorithm>
 #include <cstring>
-#include <filesystem>
 
+#include "winlayer/last_error.h"
 #include "winlayer/machine.h"
 
-namespace winlayer {
-namespace {
-
-std::string programPath(const Machine& machine) {
-    return machine.drives.fromHost(std::filesystem::read_symlink("/proc/self/exe"));
-}
-
-// False when there is no such module.
-bool pathOf(HMODULE module, std::string& path) {
-    const Machine& machine = Machine::current();
-    if (!machine.modules.path(module, path)) {
-        return false;
-    }
-    const bool isProgram = module == nullptr || module == machine.modules.find(nullptr);
-    if (path.empty()) {
-        path = isProgram ? programPath(machine) : machine.systemDirectory() + "\\kernel32.dll";
-    }
-    return true;
-}
-
-}  // namespace
-}  // namespace winlayer
-
 using namespace winlayer;
+
+HMODULE WINAPI LoadLibraryA(LPCSTR name) {
+    if (denied(__func__)) {
+        return nullptr;
+    }
+    if (name == nullptr || *name == 0) {
+        SetLastError(name == nullptr ? ERROR_INVALID_PARAMETER : ERROR_MOD_NOT_FOUND);
+        return nullptr;
+    }
+    HMODULE module = nullptr;
+    return succeeded(Machine::current().modules.load(name, module)) ? module : nullptr;
+}
+
+BOOL WINAPI FreeLibrary(HMODULE module) {
+    if (denied(__func__)) {
+        return FALSE;
+    }
+    const bool freed = module != nullptr && Machine::current().modules.free(module);
+    return succeeded(freed ? NO_ERROR : ERROR_MOD_NOT_FOUND) ? TRUE : FALSE;
+}
 
 HMODULE WINAPI GetModuleHandleA(LPCSTR name) {
     if (denied(__func__)) {
@@ -48,7 +45,7 @@ DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR buffer, DWORD size) {
         return 0;
     }
     std::string path;
-    if (!pathOf(module, path)) {
+    if (!Machine::current().modules.path(module, path)) {
         SetLastError(ERROR_MOD_NOT_FOUND);
         return 0;
     }
@@ -70,7 +67,14 @@ FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) {
     if (denied(__func__)) {
         return nullptr;
     }
-    const FARPROC procedure = Machine::current().modules.function(module, name);
+    const Modules& modules = Machine::current().modules;
+    if (!modules.exists(module)) {
+        SetLastError(ERROR_MOD_NOT_FOUND);
+        return nullptr;
+    }
+    // There are no functions without a name, which are asked for by number.
+    const bool isName = reinterpret_cast<ULONG_PTR>(name) > 0xFFFF;
+    const FARPROC procedure = isName ? modules.function(module, name) : nullptr;
     if (procedure == nullptr) {
         SetLastError(ERROR_PROC_NOT_FOUND);
     }

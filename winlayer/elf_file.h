@@ -1,0 +1,41 @@
+#pragma once
+#include <elf.h>
+#include <link.h>
+
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "winlayer/include/minwindef.h"
+
+namespace winlayer {
+
+// A program or shared object of the host, read from its file: what the host's loader does not tell. Whatever
+// the file holds, reading it only ever finds less.
+class ElfFile {
+public:
+    explicit ElfFile(const std::filesystem::path& path);
+
+    // Whether it is one that this process could load.
+    bool isLoadable() const { return loadable_; }
+    // Offset of the entry point from where it is loaded; 0 for none.
+    ElfW(Addr) entry() const { return header_.e_entry; }
+    // The content of the section of this name; empty when there is none.
+    std::vector<BYTE> section(const std::string& name);
+    // Names of the shared objects that it needs.
+    std::vector<std::string> needed();
+
+private:
+    std::vector<BYTE> read(ElfW(Off) offset, std::size_t size);
+    std::string textAt(const ElfW(Shdr) & strings, std::size_t offset);
+
+    std::ifstream file_;
+    ElfW(Off) size_ = 0;
+    ElfW(Ehdr) header_{};
+    std::vector<ElfW(Shdr)> sections_;
+    bool loadable_ = false;
+};
+
+}  // namespace winlayer

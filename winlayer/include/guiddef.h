@@ -1,0 +1,32 @@
+#pragma once
+#include <cstring>
+
+#include "minwindef.h"
+
+struct GUID {
+    DWORD Data1;
+    WORD Data2;
+    WORD Data3;
+    BYTE Data4[8];
+};
+static_assert(sizeof(GUID) == 16);
+
+using IID = GUID;
+using CLSID = GUID;
+using LPGUID = GUID*;
+using REFGUID = const GUID&;
+using REFIID = const IID&;
+using REFCLSID = const IID&;
+
+inline bool IsEqualGUID(REFGUID a, REFGUID b) {
+    return std::memcmp(&a, &b, sizeof a) == 0;
+}
+inline bool IsEqualIID(REFIID a, REFIID b) {
+    return IsEqualGUID(a, b);
+}
+inline bool IsEqualCLSID(REFCLSID a, REFCLSID b) {
+    return IsEqualGUID(a, b);
+}
+inline bool operator==(REFGUID a, REFGUID b) {
+    return IsEqualGUID(a, b);
+}

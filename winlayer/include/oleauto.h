@@ -1,0 +1,17 @@
+#pragma once
+#include "objbase.h"
+
+using OLECHAR = WCHAR;
+// A text with its length in bytes in the four bytes before it and a zero behind it, both not counted in the
+// length. A null one is an empty text. Who gets one frees it.
+using BSTR = OLECHAR*;
+
+// Each gives null when there is no memory. A null text makes null, or with a length a text of that many units
+// or bytes without a content.
+BSTR WINAPI SysAllocString(const OLECHAR* text);
+BSTR WINAPI SysAllocStringLen(const OLECHAR* text, UINT units);
+BSTR WINAPI SysAllocStringByteLen(LPCSTR bytes, UINT length);
+void WINAPI SysFreeString(BSTR text);
+// In units, and in bytes, without the zero.
+UINT WINAPI SysStringLen(BSTR text);
+UINT WINAPI SysStringByteLen(BSTR text);
