@@ -1,8 +1,13 @@
 #pragma once
+#include <condition_variable>
+#include <cstdint>
 #include <deque>
 #include <functional>
 #include <map>
 #include <mutex>
+#include <optional>
+#include <utility>
+#include <vector>
 
 #include "winlayer/include/windows.h"
 
@@ -12,27 +17,43 @@ namespace winlayer {
 // at its queue. Thread rule: every operation may be called from any thread.
 class MessageQueues {
 public:
+    using Wanted = std::function<bool(const MSG&)>;
+
     // False when the thread has no queue; a thread gets its queue when it first looks at it or posts to
     // itself.
     bool hasQueue(DWORD thread);
     void makeQueue(DWORD thread);
 
     void post(DWORD thread, const MSG& message);
-    // Runs on the thread inside its next PeekMessageA, as a message sent from another thread would.
+    // Asks the thread's message loop to end; seen when no posted message is left.
+    void postQuit(DWORD thread, int exitCode);
+    // Runs on the thread inside its next look at the queue, as a message sent from another thread would.
     void send(DWORD thread, std::function<void()> work);
-    // Runs pending sent work, then gives the first posted message in [first, last] (0, 0 = any).
-    bool peek(DWORD thread, UINT first, UINT last, bool remove, MSG& message);
+    // Runs inside every runSent, on the looking thread; empty for none. Set while no thread looks.
+    void atEveryLook(std::function<void()> work) { atEveryLook_ = std::move(work); }
+
+    void runSent(DWORD thread);
+    // Gives the first posted message that is wanted.
+    bool peek(DWORD thread, const Wanted& wanted, bool remove, MSG& message);
+    bool peekQuit(DWORD thread, bool remove, MSG& message);
+    // Drops what was posted to a window.
+    void forget(HWND window);
+    // Waits until something is posted or sent to the thread, or a time of the host's steady clock
+    // (nanoseconds; none: for ever).
+    void wait(DWORD thread, std::optional<std::int64_t> until);
 
 private:
     struct Queue {
         std::deque<MSG> posted;
-        std::deque<std::function<void()>> sent;
+        std::vector<std::function<void()>> sent;
+        std::optional<int> quit;
+        bool arrived = false;  // something came since the last wait
     };
 
-    void runSent(DWORD thread);
-
     std::mutex mutex_;
+    std::condition_variable arrival_;
     std::map<DWORD, Queue> queues_;
+    std::function<void()> atEveryLook_;
 };
 
 }  // namespace winlayer

@@ -64,16 +64,28 @@ using HANDLE = void*;
 using LPHANDLE = HANDLE*;
 using PHANDLE = HANDLE*;
 using HLOCAL = HANDLE;
+using HGLOBAL = HANDLE;
+using HGDIOBJ = void*;
 
 // Distinct pointer types for the handles that Windows declares as such.
 struct HINSTANCE__;
 struct HWND__;
 struct HKEY__;
+struct HRSRC__;
+struct HDC__;
+struct HBITMAP__;
+struct HBRUSH__;
+struct HFONT__;
 using HINSTANCE = HINSTANCE__*;
 using HMODULE = HINSTANCE;
 using HWND = HWND__*;
 using HKEY = HKEY__*;
 using PHKEY = HKEY*;
+using HRSRC = HRSRC__*;
+using HDC = HDC__*;
+using HBITMAP = HBITMAP__*;
+using HBRUSH = HBRUSH__*;
+using HFONT = HFONT__*;
 
 using FARPROC = INT_PTR(WINAPI*)();
 
@@ -84,11 +96,40 @@ struct FILETIME {
 using PFILETIME = FILETIME*;
 using LPFILETIME = FILETIME*;
 
-constexpr WORD LOWORD(DWORD_PTR value) {
-    return static_cast<WORD>(value & 0xFFFF);
+struct SYSTEMTIME {
+    WORD wYear;
+    WORD wMonth;      // 1 = January
+    WORD wDayOfWeek;  // 0 = Sunday
+    WORD wDay;
+    WORD wHour;
+    WORD wMinute;
+    WORD wSecond;
+    WORD wMilliseconds;
+};
+using LPSYSTEMTIME = SYSTEMTIME*;
+
+// The place and size of something on a surface, in pixels; the right and bottom edges lie outside it.
+struct RECT {
+    LONG left;
+    LONG top;
+    LONG right;
+    LONG bottom;
+};
+using LPRECT = RECT*;
+struct SIZE {
+    LONG cx;
+    LONG cy;
+};
+using COLORREF = DWORD;
+
+// Of any number, as on Windows, where these are casts.
+template <class Number>
+constexpr WORD LOWORD(Number value) {
+    return static_cast<WORD>(static_cast<DWORD_PTR>(value) & 0xFFFF);
 }
-constexpr WORD HIWORD(DWORD_PTR value) {
-    return static_cast<WORD>((value >> 16) & 0xFFFF);
+template <class Number>
+constexpr WORD HIWORD(Number value) {
+    return static_cast<WORD>(static_cast<DWORD_PTR>(value) >> 16 & 0xFFFF);
 }
 constexpr BYTE LOBYTE(DWORD_PTR value) {
     return static_cast<BYTE>(value & 0xFF);

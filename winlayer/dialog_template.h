@@ -1,0 +1,59 @@
+#pragma once
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "winlayer/include/windows.h"
+
+namespace winlayer {
+
+// A number (of a class, a menu, a resource) or a text.
+struct TemplateName {
+    WORD number = 0;   // 0: a text
+    std::string text;  // ANSI
+
+    // As the API takes it: the text, or the number in place of its address.
+    LPCSTR asParameter() const { return number != 0 ? MAKEINTRESOURCEA(number) : text.c_str(); }
+};
+
+struct DialogFont {
+    int points = 0;
+    int weight = 0;
+    bool italic = false;
+    std::string face;  // ANSI
+};
+
+// Places and sizes are in dialog units.
+struct DialogItem {
+    DWORD style = 0;
+    DWORD exStyle = 0;
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    DWORD id = 0;
+    TemplateName windowClass;
+    TemplateName title;
+    std::vector<BYTE> creationData;
+};
+
+struct DialogTemplate {
+    DWORD style = 0;
+    DWORD exStyle = 0;
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+    TemplateName menu;
+    TemplateName windowClass;  // empty: the dialog class
+    std::string title;
+    std::optional<DialogFont> font;  // with DS_SETFONT
+    std::vector<DialogItem> items;
+};
+
+// Reads a template of either form, the classic (DLGTEMPLATE) or the extended one (DLGTEMPLATEEX). Reads no
+// byte beyond what the template says it has; none when the bytes end before.
+std::optional<DialogTemplate> readDialogTemplate(std::span<const BYTE> bytes, UINT codePage);
+
+}  // namespace winlayer

@@ -1,0 +1,89 @@
+#include <algorithm>
+#include <cstring>
+
+#include "winlayer/machine.h"
+#include "winlayer/message_send.h"
+#include "winlayer/window_create.h"
+#include "winlayer/window_focus.h"
+#include "winlayer/window_paint.h"
+#include "winlayer/window_position.h"
+#include "winlayer/window_tree.h"
+
+using namespace winlayer;
+
+namespace {
+
+LRESULT setText(Window& window, const char* text) {
+    window.text = text != nullptr ? text : "";
+    Machine::current().windows.peer().textChanged(window.handle);
+    return TRUE;
+}
+
+LRESULT getText(const Window& window, std::size_t size, char* buffer) {
+    if (size == 0 || buffer == nullptr) {
+        return 0;
+    }
+    const std::size_t length = std::min(window.text.size(), size - 1);
+    std::memcpy(buffer, window.text.data(), length);
+    buffer[length] = 0;
+    return static_cast<LRESULT>(length);
+}
+
+LRESULT takeName(Window& window, const CREATESTRUCTA& request) {
+    window.text = request.lpszName != nullptr ? request.lpszName : "";
+    return TRUE;
+}
+
+void reportPosition(const Window& window, const WINDOWPOS& position) {
+    if ((position.flags & positionKept) == 0) {
+        sendMoved(window);
+    }
+    if ((position.flags & sizeKept) == 0) {
+        sendSized(window);
+    }
+}
+
+LRESULT paintNothing(HWND window) {
+    PAINTSTRUCT paint{};
+    if (beginPaint(window, paint) != nullptr) {
+        endPaint(window, paint);
+    }
+    return 0;
+}
+
+}  // namespace
+
+LRESULT WINAPI DefWindowProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
+    entered(__func__);
+    const auto window = findWindowOrSetLastError(handle);
+    if (window == nullptr) {
+        return 0;
+    }
+    switch (message) {
+        case WM_NCCREATE:
+            return takeName(*window, *reinterpret_cast<const CREATESTRUCTA*>(lParam));
+        case WM_SETTEXT:
+            return setText(*window, reinterpret_cast<const char*>(lParam));
+        case WM_GETTEXT:
+            return getText(*window, wParam, reinterpret_cast<char*>(lParam));
+        case WM_GETTEXTLENGTH:
+            return static_cast<LRESULT>(window->text.size());
+        case WM_CLOSE:
+            destroyWindow(handle);
+            return 0;
+        case WM_PAINT:
+            return paintNothing(handle);
+        case WM_ERASEBKGND:
+            return fillBackground(*window, reinterpret_cast<HDC>(wParam)) ? TRUE : FALSE;
+        case WM_WINDOWPOSCHANGED:
+            reportPosition(*window, *reinterpret_cast<const WINDOWPOS*>(lParam));
+            return 0;
+        case WM_ACTIVATE:
+            if (LOWORD(wParam) != WA_INACTIVE) {
+                setFocus(handle);
+            }
+            return 0;
+        default:
+            return 0;
+    }
+}
