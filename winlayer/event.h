@@ -9,7 +9,7 @@ namespace winlayer {
 class Clock;
 
 // An event: signalled until someone resets it, or, an automatic one, until one wait has seen it.
-class EventObject : public KernelObject {
+class EventObject final : public KernelObject {
 public:
     EventObject(bool manualReset, bool signalled) : manualReset_(manualReset), signalled_(signalled) {}
 

@@ -8,7 +8,7 @@
 namespace winlayer {
 
 // What the handles of one CreateFileA share: the open file, its position and what the caller may do with it.
-class FileObject : public KernelObject {
+class FileObject final : public KernelObject {
 public:
     FileObject(std::unique_ptr<OpenFile> opened, DWORD granted, bool isOverlapped)
         : file(std::move(opened)), access(granted), overlapped(isOverlapped) {}

@@ -3,13 +3,17 @@
 #include <limits>
 #include <memory>
 #include <mutex>
+#include <type_traits>
+#include <typeinfo>
+#include <utility>
 #include <vector>
 
 #include "winlayer/include/windows.h"
 
 namespace winlayer {
 
-// What a handle stands for: a file, device, event, search, token or registry key. Shared by its handles.
+// What a handle stands for: a file, device, event, search, token or registry key. Shared by its handles. The
+// classes of such objects have no further derived ones.
 class KernelObject {
 public:
     KernelObject() = default;
@@ -26,10 +30,18 @@ public:
     // Null when all 65,536 places are taken (ERROR_TOO_MANY_OPEN_FILES to the caller).
     HANDLE add(std::shared_ptr<KernelObject> object);
 
-    // The object behind a handle when it is one of kind T; null for a stale or foreign handle.
+    // The object behind a handle, whatever it is; null for a stale or foreign handle.
+    std::shared_ptr<KernelObject> find(HANDLE handle) const;
+    // The same when it is one of kind T, else null.
     template <class T>
     std::shared_ptr<T> get(HANDLE handle) const {
-        return std::dynamic_pointer_cast<T>(find(handle));
+        static_assert(std::is_final_v<T>);
+        std::shared_ptr<KernelObject> object = find(handle);
+        const KernelObject* const found = object.get();
+        if (found == nullptr || typeid(*found) != typeid(T)) {
+            return nullptr;
+        }
+        return std::static_pointer_cast<T>(std::move(object));
     }
 
     // Takes the handle out of the table and gives its object back (null for a stale one), so that what
@@ -45,7 +57,6 @@ private:
         std::uint32_t generation = 1;
     };
 
-    std::shared_ptr<KernelObject> find(HANDLE handle) const;
     const Slot* slot(HANDLE handle) const;
 
     mutable std::mutex mutex_;

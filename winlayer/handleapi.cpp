@@ -37,7 +37,7 @@ BOOL WINAPI DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetPr
         return FALSE;
     }
     winlayer::HandleTable& handles = winlayer::Machine::current().handles;
-    const auto object = handles.get<winlayer::KernelObject>(source);
+    const auto object = handles.find(source);
     const bool here =
         sourceProcess == winlayer::currentProcess() && targetProcess == winlayer::currentProcess();
     const bool search = std::dynamic_pointer_cast<winlayer::SearchObject>(object) != nullptr;

@@ -125,16 +125,18 @@ DWORD HostFolder::walkWithoutCase(const std::string& wanted, std::string& path) 
         const std::size_t end = std::min(wanted.find('/', start), wanted.size());
         const std::string element = wanted.substr(start, end - start);
         start = end + 1;
-        std::string found = element;
+        const std::string folder = path;
+        path += '/';
+        path += element;
         struct stat facts;
-        if (::lstat((path + '/' + element).c_str(), &facts) != 0) {
-            const bool inFolder = errno != ENOTDIR && knowledge_->names.find(path, element, found);
+        if (::lstat(path.c_str(), &facts) != 0) {
+            std::string found = element;
+            const bool inFolder = errno != ENOTDIR && knowledge_->names.find(folder, element, found);
             if (!inFolder || found.empty()) {
-                path += '/' + element;
                 return inFolder && end == wanted.size() ? ERROR_FILE_NOT_FOUND : ERROR_PATH_NOT_FOUND;
             }
+            path.replace(folder.size() + 1, std::string::npos, found);
         }
-        path += '/' + found;
     }
     return 0;
 }

@@ -55,10 +55,12 @@ Machine& defaultMachine() {
 
 }  // namespace
 
-Machine::Machine(WindowsVersion windows) : version(windows) {
+Machine::Machine(WindowsVersion windowsVersion) : version(windowsVersion) {
     if (!hasLongPathNames(version)) {
         modules.removeFunction(modules.find("kernel32.dll"), "GetLongPathNameA");
     }
+    modules.addSystemModule(
+        "riched32.dll", [this] { windows.addRichEditClass(); }, [this] { windows.removeRichEditClass(); });
     drives.mountPrivateFolder('C');
     drives.mountFolder('Z', "/");
 }
@@ -81,7 +83,9 @@ std::string Machine::systemDirectory() const {
 ScopedMachine::ScopedMachine(WindowsVersion version)
     : machine_(version), previous_(currentMachine.exchange(&machine_, std::memory_order_acq_rel)) {}
 
+// What modules do when they are unloaded still meets the machine they were loaded on.
 ScopedMachine::~ScopedMachine() {
+    machine_.modules.unloadAll();
     currentMachine.store(previous_, std::memory_order_release);
 }
 

@@ -5,6 +5,7 @@
 #include "winlayer/clock.h"
 #include "winlayer/drives.h"
 #include "winlayer/gate.h"
+#include "winlayer/graphics.h"
 #include "winlayer/handle_table.h"
 #include "winlayer/local_memory.h"
 #include "winlayer/message_queue.h"
@@ -12,6 +13,8 @@
 #include "winlayer/named_events.h"
 #include "winlayer/registry.h"
 #include "winlayer/security.h"
+#include "winlayer/shell.h"
+#include "winlayer/window_system.h"
 
 namespace winlayer {
 
@@ -29,7 +32,7 @@ constexpr bool isNt(WindowsVersion version) {
 // ScopedMachine. The members are plain: a test or program sets what it wants before the product runs.
 class Machine {
 public:
-    explicit Machine(WindowsVersion windows = WindowsVersion::XP);
+    explicit Machine(WindowsVersion windowsVersion = WindowsVersion::XP);
     ~Machine();
     Machine(const Machine&) = delete;
     Machine& operator=(const Machine&) = delete;
@@ -55,7 +58,10 @@ public:
     Security security;
     Clock clock;
     MessageQueues messages;
-    Modules modules;
+    Windows windows;
+    Graphics graphics;
+    Modules modules{*this};
+    Shell shell;
 };
 
 // Puts a machine of its own in place of the current one until the end of the scope. Scopes nest.

@@ -17,11 +17,19 @@ bool isLetter(char c) {
     return upper(c) >= 'A' && upper(c) <= 'Z';
 }
 
+// A table, because every name of every folder and path is looked through.
+constexpr auto isNameCharacter = [] {
+    std::array<bool, 256> allowed{};
+    std::fill(allowed.begin() + 0x20, allowed.end(), true);
+    for (const char c : std::string_view("<>:\"|?*/\\")) {
+        allowed[static_cast<unsigned char>(c)] = false;
+    }
+    return allowed;
+}();
+
 bool hasOnlyNameCharacters(std::string_view element) {
-    return std::none_of(element.begin(), element.end(), [](char c) {
-        return static_cast<unsigned char>(c) < 0x20 ||
-               std::string_view("<>:\"|?*/\\").find(c) != std::string_view::npos;
-    });
+    return std::all_of(element.begin(), element.end(),
+                       [](char c) { return isNameCharacter[static_cast<unsigned char>(c)]; });
 }
 
 bool equalsWithoutCase(std::string_view text, std::string_view upperCase) {

@@ -7,7 +7,7 @@
 namespace winlayer {
 
 // What a handle of FindFirstFileA stands for. Only FindNextFileA and FindClose take it.
-class SearchObject : public KernelObject {
+class SearchObject final : public KernelObject {
 public:
     explicit SearchObject(std::unique_ptr<Listing> found) : listing(std::move(found)) {}
 

@@ -14,7 +14,7 @@ using winlayer::denied;
 using winlayer::Machine;
 using GroupList = winlayer::TokenGroups;
 
-struct Token : winlayer::KernelObject {
+struct Token final : winlayer::KernelObject {
     Token(GroupList held, DWORD granted) : groups(std::move(held)), access(granted) {}
     const GroupList groups;
     const DWORD access;

@@ -54,13 +54,11 @@ bool Wildcard::matches(std::string_view name) const {
         if (wanted == '*') {
             star = p++;
             starName = n;
-        } else if (wanted == '?' && (atEnd || folded[n] == '.')) {
-            ++p;
+        } else if (wanted == '?' ? atEnd || folded[n] == '.' : atEnd && wanted != '\0' && dotMayEnd(p)) {
+            ++p;  // it stands for no character here
         } else if (wanted == '?') {
             ++p;
             n += characterLength(folded, n);
-        } else if (atEnd && wanted != '\0' && dotMayEnd(p)) {
-            ++p;
         } else if (!atEnd && p < pattern_.size() && wanted == folded[n]) {
             ++p;
             ++n;

@@ -7,7 +7,7 @@
 namespace winlayer {
 namespace {
 
-struct OpenKey : KernelObject {
+struct OpenKey final : KernelObject {
     OpenKey(Registry::KeyPointer opened, REGSAM granted) : key(std::move(opened)), access(granted) {}
     const Registry::KeyPointer key;
     const REGSAM access;

@@ -1,4 +1,5 @@
 #include <windows.h>
+#include <winioctl.h>
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
@@ -152,6 +153,20 @@ TEST_F(FileRules, refuseAFilesNameThatEndsLikeADirectorys) {
     WIN32_FIND_DATAA data;
     EXPECT_EQ(FindFirstFileA((folder_ / "a\\*").c_str(), &data), INVALID_HANDLE_VALUE);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_DIRECTORY});
+}
+
+TEST_F(FileRules, giveAFileNoDeviceCommands) {
+    const HANDLE file =
+        CreateFileA((folder_ / "a").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+    DWORD count = 0xBAD;
+    EXPECT_FALSE(
+        DeviceIoControl(file, IOCTL_DISK_GET_DRIVE_GEOMETRY, nullptr, 0, nullptr, 0, &count, nullptr));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_FUNCTION});
+    EXPECT_EQ(count, DWORD{0});
+    EXPECT_TRUE(CloseHandle(file));
+    EXPECT_FALSE(
+        DeviceIoControl(file, IOCTL_DISK_GET_DRIVE_GEOMETRY, nullptr, 0, nullptr, 0, &count, nullptr));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
 }
 
 // A deletion that waits for the close is an access that others must share, like any other.

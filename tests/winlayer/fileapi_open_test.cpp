@@ -128,6 +128,21 @@ TEST(CreateFile, keepsToTheSharingOfEarlierOpens) {
     }
 }
 
+TEST(CreateFile, countsTheOpenThatMadeTheFile) {
+    const TempFolder folder;
+    const std::string path = folder / "a.txt";
+    const HANDLE maker = create(path, GENERIC_WRITE, CREATE_NEW, 0, FILE_SHARE_READ);
+    ASSERT_NE(maker, INVALID_HANDLE_VALUE);
+    EXPECT_EQ(errorOfCreate(path, GENERIC_READ, OPEN_EXISTING, 0, FILE_SHARE_READ),
+              DWORD{ERROR_SHARING_VIOLATION});
+    EXPECT_EQ(errorOfCreate(path, GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_SHARING_VIOLATION});
+    EXPECT_EQ(errorOfCreate(path, GENERIC_READ, OPEN_EXISTING), DWORD{0});
+    EXPECT_FALSE(DeleteFileA(path.c_str()));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_SHARING_VIOLATION});
+    CloseHandle(maker);
+    EXPECT_EQ(errorOfCreate(path, GENERIC_WRITE, CREATE_ALWAYS, 0, 0), DWORD{0});
+}
+
 TEST(CreateFile, truncatesOnlyWhatOthersLetItWrite) {
     const TempFolder folder;
     const std::string path = folder.file("a.txt", "kept");

@@ -78,7 +78,7 @@ TEST(ModulesMachine, StringsAreCutToTheBuffer) {
                  "ff");
     EXPECT_EQ(LoadStringA(other, 7, buffer, sizeof buffer), 0);
     EXPECT_STREQ(buffer, "");
-    EXPECT_EQ(LoadStringA(nullptr, 8, buffer, sizeof buffer), 0);
+    EXPECT_EQ(LoadStringA(nullptr, 8000, buffer, sizeof buffer), 0);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_RESOURCE_NAME_NOT_FOUND});
 }
 

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "support/temp_folder_machine.h"
+#include "winlayer/diskette/diskette_drive.h"
 #include "winlayer/handle_table.h"
 #include "winlayer/host_errors.h"
 
@@ -118,6 +119,32 @@ TEST(Drives, areWhatIsMounted) {
     }
 }
 
+// A drive's raw device is Windows NT's way to it, VWIN32 that of the other family.
+TEST(Drives, haveTheDevicesOfTheirWindows) {
+    for (const WindowsVersion version :
+         {WindowsVersion::Windows95, WindowsVersion::WindowsMe, WindowsVersion::NT351, WindowsVersion::XP}) {
+        ScopedMachine machine(version);
+        machine->drives.mount('A', winlayer::DisketteDrive::make(std::make_unique<winlayer::MemoryStore>()),
+                              DRIVE_REMOVABLE);
+        const auto errorOfOpen = [](const char* device, DWORD disposition = OPEN_EXISTING) {
+            const HANDLE handle = CreateFileA(device, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                              nullptr, disposition, FILE_FLAG_DELETE_ON_CLOSE, nullptr);
+            return handle != INVALID_HANDLE_VALUE && CloseHandle(handle) != 0 ? 0 : GetLastError();
+        };
+        const DWORD onNt = winlayer::isNt(version) ? 0 : ERROR_FILE_NOT_FOUND;
+        const DWORD onOthers = winlayer::isNt(version) ? ERROR_FILE_NOT_FOUND : 0;
+        EXPECT_EQ(errorOfOpen("\\\\.\\A:"), onNt);
+        EXPECT_EQ(errorOfOpen("\\\\.\\a:"), onNt);
+        EXPECT_EQ(errorOfOpen("\\\\.\\VWIN32"), onOthers);
+        EXPECT_EQ(errorOfOpen("\\\\.\\vwin32.vxd"), onOthers);
+        EXPECT_EQ(errorOfOpen("\\\\.\\B:"), DWORD{ERROR_FILE_NOT_FOUND});
+        EXPECT_EQ(errorOfOpen("\\\\.\\C:"), DWORD{ERROR_FILE_NOT_FOUND}) << "a folder has none";
+        EXPECT_EQ(errorOfOpen("\\\\.\\PHYSICALDRIVE1"), DWORD{ERROR_FILE_NOT_FOUND});
+        EXPECT_EQ(errorOfOpen("\\\\.\\A:", CREATE_ALWAYS), DWORD{ERROR_INVALID_PARAMETER});
+        EXPECT_EQ(machine->handles.openCount(), 0u);
+    }
+}
+
 TEST(Drives, translateHostPathsBothWays) {
     ScopedMachine machine;
     const TempFolder folder;
@@ -136,7 +163,7 @@ TEST(Drives, translateHostPathsBothWays) {
     EXPECT_THROW(machine->drives.fromHost("/nowhere"), std::invalid_argument);
 }
 
-struct Thing : winlayer::KernelObject {};
+struct Thing final : winlayer::KernelObject {};
 
 TEST(HandleTable, recognisesStaleHandlesInReusedPlaces) {
     winlayer::HandleTable table;

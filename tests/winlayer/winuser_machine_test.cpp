@@ -47,6 +47,20 @@ TEST(WinUserMachine, SentWorkRunsWhenTheThreadLooksAtItsQueue) {
     EXPECT_EQ(done, "ab");
 }
 
+TEST(WinUserMachine, TheProgramsOwnWorkRunsAtEveryLook) {
+    ScopedMachine machine;
+    int looks = 0;
+    machine->messages.atEveryLook([&] {
+        if (++looks == 1) PostThreadMessageA(GetCurrentThreadId(), 7, 0, 0);
+    });
+    EXPECT_EQ(nextMessage(), 7u);
+    EXPECT_EQ(nextMessage(), 0u);
+    EXPECT_EQ(looks, 2);
+    machine->messages.atEveryLook({});
+    EXPECT_EQ(nextMessage(), 0u);
+    EXPECT_EQ(looks, 2);
+}
+
 TEST(WinUserMachine, AThreadWithoutAQueueCannotBePostedTo) {
     const ScopedMachine machine;
     const DWORD self = GetCurrentThreadId();

@@ -207,7 +207,16 @@ DWORD DisketteDrive::open(const std::string& path, const OpenRequest& request,
 }
 
 DWORD DisketteDrive::facts(const std::string& path, FileFacts& facts) {
-    return onVolume([&](Fat12Volume& volume) { facts = volume.facts(path); });
+    // Paths are mostly asked about because they may be absent: that is not worth an exception.
+    bool found = true;
+    const DWORD error = onVolume([&](Fat12Volume& volume) {
+        if (auto known = volume.facts(path)) {
+            facts = std::move(*known);
+        } else {
+            found = false;
+        }
+    });
+    return found ? error : ERROR_FILE_NOT_FOUND;
 }
 
 DWORD DisketteDrive::list(const std::string& directory, std::vector<FileFacts>& entries) {

@@ -117,13 +117,14 @@ std::optional<FoundEntry> Fat12Volume::find(const std::string& path) {
     return parent.directory.find(parent.name);
 }
 
-FileFacts Fat12Volume::facts(const std::string& path) {
+std::optional<FileFacts> Fat12Volume::facts(const std::string& path) {
     if (path.empty()) {
         FileFacts root;
         root.attributes = FILE_ATTRIBUTE_DIRECTORY;
         return root;
     }
-    return factsOf(existing(openParent(path)));
+    const auto found = find(path);
+    return found ? std::optional(factsOf(*found)) : std::nullopt;
 }
 
 std::vector<FileFacts> Fat12Volume::list(const std::string& path) {

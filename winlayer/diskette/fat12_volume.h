@@ -26,7 +26,8 @@ public:
     // Nothing when the path's last element is not there. ERROR_PATH_NOT_FOUND when one before is missing or
     // no directory; ERROR_ACCESS_DENIED for the root, which has no entry.
     std::optional<FoundEntry> find(const std::string& path);
-    FileFacts facts(const std::string& path);
+    // The same of an entry's facts, but the root has some.
+    std::optional<FileFacts> facts(const std::string& path);
     std::vector<FileFacts> list(const std::string& path);
 
     // A new, empty file. ERROR_INVALID_NAME for a name that is not 8.3.

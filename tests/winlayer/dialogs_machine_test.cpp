@@ -1,0 +1,241 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include "support/dialog_bytes.h"
+#include "support/window_recorder.h"
+#include "winlayer/dialog_template.h"
+#include "winlayer/input.h"
+#include "winlayer/machine.h"
+
+namespace {
+
+using winlayer::ScopedMachine;
+
+constexpr WORD button = 0x80;
+constexpr WORD label = 0x82;
+
+// A user who sees the box once the program waits, notes what it shows, and presses keys.
+class BoxUser : public winlayer::Peer {
+public:
+    explicit BoxUser(std::vector<UINT> keys) : keys_(std::move(keys)) {}
+
+    void wait(std::optional<std::int64_t> until) override {
+        if (next_ == keys_.size()) {
+            // Nothing left to press: the box must not be there any more.
+            ADD_FAILURE() << "the box does not end";
+            PostQuitMessage(1);
+            return;
+        }
+        if (next_ == 0) {
+            look(GetActiveWindow());
+        }
+        static_cast<void>(until);
+        winlayer::keyDown(keys_[next_]);
+        winlayer::keyUp(keys_[next_]);
+        ++next_;
+    }
+
+    std::string seen;
+
+private:
+    static std::string textOf(HWND window) {
+        char text[200] = "";
+        GetWindowTextA(window, text, sizeof text);
+        return text;
+    }
+    void look(HWND box) {
+        seen = textOf(box) + ':';
+        for (HWND child = GetWindow(box, GW_CHILD); child != nullptr; child = GetWindow(child, GW_HWNDNEXT)) {
+            const bool isDefault = (SendMessageA(child, WM_GETDLGCODE, 0, 0) & DLGC_DEFPUSHBUTTON) != 0;
+            seen += isDefault ? " [" + textOf(child) + ']' : ' ' + textOf(child);
+        }
+        icon = SendMessageA(GetDlgItem(box, 20), STM_GETICON, 0, 0);
+    }
+
+    std::vector<UINT> keys_;
+    std::size_t next_ = 0;
+
+public:
+    LRESULT icon = 0;
+};
+
+struct BoxCase {
+    UINT style;
+    WORD language;
+    std::vector<UINT> keys;
+    int result;
+    const char* seen;
+};
+
+constexpr WORD german = 0x0407;
+constexpr WORD english = 0x0409;
+
+class MessageBoxes : public ::testing::TestWithParam<BoxCase> {};
+
+TEST_P(MessageBoxes, AnswerWithTheButtonThatIsPressed) {
+    ScopedMachine machine;
+    machine->language = GetParam().language;
+    BoxUser user(GetParam().keys);
+    machine->windows.setPeer(&user);
+    WindowRecorder recorder;
+    const HWND owner = recorder.create(WS_POPUP | WS_VISIBLE, {0, 0, 400, 300});
+    EXPECT_EQ(MessageBoxA(owner, "Text", "Titel", GetParam().style), GetParam().result);
+    EXPECT_EQ(user.seen, GetParam().seen);
+    EXPECT_TRUE(IsWindowEnabled(owner));
+    EXPECT_EQ(GetActiveWindow(), owner);
+    EXPECT_EQ(machine->windows.count(), 1u);
+    EXPECT_EQ(machine->graphics.count(), 0u);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    All, MessageBoxes,
+    ::testing::Values(
+        BoxCase{MB_OK, german, {VK_RETURN}, IDOK, "Titel: Text [OK]"},
+        BoxCase{MB_OK, german, {VK_ESCAPE}, IDOK, "Titel: Text [OK]"},
+        BoxCase{MB_OKCANCEL, german, {VK_RETURN}, IDOK, "Titel: Text [OK] Abbrechen"},
+        BoxCase{MB_OKCANCEL, german, {VK_ESCAPE}, IDCANCEL, "Titel: Text [OK] Abbrechen"},
+        BoxCase{MB_OKCANCEL, german, {VK_TAB, VK_RETURN}, IDCANCEL, "Titel: Text [OK] Abbrechen"},
+        BoxCase{MB_OKCANCEL | MB_DEFBUTTON2, english, {VK_SPACE}, IDCANCEL, "Titel: Text OK [Cancel]"},
+        BoxCase{MB_YESNO, german, {VK_ESCAPE, 'N'}, IDNO, "Titel: Text [&Ja] &Nein"},
+        BoxCase{MB_YESNOCANCEL, english, {VK_RIGHT, VK_RETURN}, IDNO, "Titel: Text [&Yes] &No Cancel"},
+        BoxCase{
+            MB_ABORTRETRYIGNORE, german, {'W'}, IDRETRY, "Titel: Text [&Abbrechen] &Wiederholen &Ignorieren"},
+        BoxCase{
+            MB_RETRYCANCEL, german, {VK_LEFT, VK_RETURN}, IDCANCEL, "Titel: Text [&Wiederholen] Abbrechen"}));
+
+TEST(MessageBoxMachine, ShowsItsIconAndRefusesWhatItCannotShow) {
+    ScopedMachine machine;
+    BoxUser user({VK_RETURN});
+    machine->windows.setPeer(&user);
+    EXPECT_EQ(MessageBoxA(nullptr, "Text", nullptr, MB_ICONEXCLAMATION), IDOK);
+    EXPECT_EQ(user.icon, reinterpret_cast<LRESULT>(IDI_EXCLAMATION));
+    EXPECT_EQ(user.seen, "Fehler:  Text [OK]");
+    EXPECT_EQ(MessageBoxA(nullptr, "Text", "", 9), 0);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+    EXPECT_EQ(MessageBoxA(reinterpret_cast<HWND>(0x5555), "Text", "", MB_OK), 0);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_WINDOW_HANDLE});
+}
+
+DialogDescription sample() {
+    return {WS_CHILD | DS_SETFONT | DS_CONTROL,
+            0,
+            1,
+            2,
+            259,
+            176,
+            "",
+            {{label, "", "W\xE4hlen", WS_VISIBLE | SS_SUNKEN, 0, 0, 259, 21, 1020},
+             {button, "", "&Ja", WS_VISIBLE | BS_AUTORADIOBUTTON, 0, 86, 259, 10, 1011},
+             {0, "RICHEDIT", "", WS_VISIBLE, 9, 40, 347, 130, 1029}}};
+}
+
+TEST(DialogTemplates, AreReadWholeOrNotAtAll) {
+    for (const bool extended : {false, true}) {
+        SCOPED_TRACE(extended);
+        const auto bytes = dialogBytes(sample(), extended);
+        const auto read = winlayer::readDialogTemplate(bytes, 1252);
+        ASSERT_TRUE(read.has_value());
+        ASSERT_EQ(read->items.size(), 3u);
+        EXPECT_EQ(read->width, 259);
+        EXPECT_EQ(read->font->face, "MS Sans Serif");
+        EXPECT_EQ(read->items[0].title.text, "W\xE4hlen");
+        EXPECT_EQ(read->items[1].windowClass.number, button);
+        EXPECT_EQ(read->items[1].id, 1011u);
+        EXPECT_EQ(read->items[2].windowClass.text, "RICHEDIT");
+        EXPECT_EQ(read->items[2].height, 130);
+        for (std::size_t size = 0; size < bytes.size(); ++size) {
+            const std::vector<BYTE> part(bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(size));
+            EXPECT_FALSE(winlayer::readDialogTemplate(part, 1252).has_value()) << size;
+        }
+    }
+}
+
+INT_PTR CALLBACK ignoreAll(HWND, UINT, WPARAM, LPARAM) {
+    return FALSE;
+}
+
+// The rich-edit class is there exactly while its module is loaded.
+TEST(DialogsMachine, RichEditNeedsItsModule) {
+    ScopedMachine machine;
+    WindowRecorder recorder;
+    const HWND frame = recorder.create(WS_POPUP, {0, 0, 400, 300});
+    const auto bytes = dialogBytes(sample(), true);
+    const auto create = [&] {
+        return CreateDialogIndirectParamA(nullptr, asTemplate(bytes), frame, ignoreAll, 0);
+    };
+    EXPECT_EQ(create(), nullptr);
+    EXPECT_EQ(machine->windows.count(), 1u);
+    const HMODULE module = LoadLibraryA("RICHED32.DLL");
+    ASSERT_NE(module, nullptr);
+    const HWND dialog = create();
+    EXPECT_NE(GetDlgItem(dialog, 1029), nullptr);
+    DestroyWindow(dialog);
+    EXPECT_TRUE(FreeLibrary(module));
+    EXPECT_EQ(create(), nullptr);
+}
+
+TEST(DialogsMachine, ManyDialogsLeaveNothingBehind) {
+    ScopedMachine machine;
+    WindowRecorder recorder;
+    const HMODULE module = LoadLibraryA("RICHED32.DLL");
+    const HWND frame = recorder.create(WS_POPUP | WS_VISIBLE, {0, 0, 400, 300});
+    const auto bytes = dialogBytes(sample(), true);
+    for (int i = 0; i < 1000; ++i) {
+        const HWND dialog = CreateDialogIndirectParamA(nullptr, asTemplate(bytes), frame, ignoreAll, 0);
+        ASSERT_NE(dialog, nullptr);
+        ShowWindow(dialog, SW_SHOW);
+        SetTimer(dialog, 1, 10, nullptr);
+        pumpMessages();
+        DestroyWindow(dialog);
+    }
+    EXPECT_EQ(machine->windows.count(), 1u);
+    EXPECT_EQ(machine->windows.timerCount(), 0u);
+    EXPECT_EQ(machine->windows.contextCount(), 0u);
+    EXPECT_EQ(machine->graphics.count(), 0u);
+    DestroyWindow(frame);
+    FreeLibrary(module);
+}
+
+// A box that was answered gives the focus back to the control that had it.
+TEST(DialogsMachine, TheFocusComesBackAfterABox) {
+    ScopedMachine machine;
+    DialogDescription description{WS_POPUP | WS_VISIBLE, 0, 0, 0, 100, 100, "", {}};
+    for (const WORD id : {WORD{1}, WORD{2}, WORD{3}}) {
+        description.controls.push_back(
+            {button, "", "", WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, 0, 0, 10, 10, id});
+    }
+    const auto bytes = dialogBytes(description, false);
+    const HWND dialog = CreateDialogIndirectParamA(nullptr, asTemplate(bytes), nullptr, ignoreAll, 0);
+    SetFocus(GetDlgItem(dialog, 2));
+    BoxUser user({VK_RETURN});
+    machine->windows.setPeer(&user);
+    EXPECT_EQ(MessageBoxA(dialog, "Text", "Titel", MB_OK), IDOK);
+    EXPECT_EQ(GetFocus(), GetDlgItem(dialog, 2));
+    DestroyWindow(dialog);
+}
+
+// Shift and Tab go backwards, over keys that come from the peer.
+TEST(DialogsMachine, ShiftAndTabGoBackwards) {
+    ScopedMachine machine;
+    DialogDescription description{WS_POPUP | WS_VISIBLE, 0, 0, 0, 100, 100, "", {}};
+    for (const WORD id : {WORD{1}, WORD{2}, WORD{3}}) {
+        description.controls.push_back(
+            {button, "", "", WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, 0, 0, 10, 10, id});
+    }
+    const auto bytes = dialogBytes(description, false);
+    const HWND dialog = CreateDialogIndirectParamA(nullptr, asTemplate(bytes), nullptr, ignoreAll, 0);
+    SetFocus(GetDlgItem(dialog, 1));
+    winlayer::keyDown(VK_SHIFT);
+    winlayer::keyDown(VK_TAB);
+    winlayer::keyUp(VK_TAB);
+    winlayer::keyUp(VK_SHIFT);
+    MSG message{};
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+        EXPECT_TRUE(IsDialogMessageA(dialog, &message));
+    }
+    EXPECT_EQ(GetDlgCtrlID(GetFocus()), 3);
+    DestroyWindow(dialog);
+}
+
+}  // namespace

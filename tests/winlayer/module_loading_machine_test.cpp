@@ -1,0 +1,256 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <dlfcn.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "winlayer/machine.h"
+#include "winlayer/modules/journal.h"
+
+namespace {
+
+using namespace winlayer;
+namespace fs = std::filesystem;
+
+const fs::path built = BUILD_DIRECTORY "/tests/modules";
+
+// Takes what the modules told: the messages, and with them the handles and values.
+std::vector<MSG> takeJournal() {
+    std::vector<MSG> journal;
+    for (MSG message;
+         PeekMessageA(&message, nullptr, entryCalled, entryCalled + 0x3FF, PM_REMOVE) != FALSE;) {
+        journal.push_back(message);
+    }
+    return journal;
+}
+
+std::vector<UINT> messagesOf(const std::vector<MSG>& journal) {
+    std::vector<UINT> messages;
+    std::transform(journal.begin(), journal.end(), std::back_inserter(messages),
+                   [](const MSG& message) { return message.message; });
+    return messages;
+}
+
+template <class Function>
+Function* functionIn(HMODULE module, const char* name) {
+    return reinterpret_cast<Function*>(reinterpret_cast<void (*)()>(GetProcAddress(module, name)));
+}
+
+std::string pathOf(HMODULE module) {
+    char path[1024];
+    return {path, GetModuleFileNameA(module, path, sizeof path)};
+}
+
+bool isMapped(const fs::path& file) {
+    void* const handle = ::dlopen(file.c_str(), RTLD_NOW | RTLD_NOLOAD);
+    if (handle != nullptr) {
+        ::dlclose(handle);
+    }
+    return handle != nullptr;
+}
+
+const std::vector<UINT> userLoads = {objectBegins, entryCalled + baseModule + DLL_PROCESS_ATTACH,
+                                     entryCalled + DLL_PROCESS_ATTACH};
+const std::vector<UINT> userUnloads = {entryCalled + DLL_PROCESS_DETACH, objectEnds,
+                                       entryCalled + baseModule + DLL_PROCESS_DETACH};
+
+// A machine with the built modules in its current directory, C:\suite.
+class ModuleLoading : public testing::Test {
+protected:
+    void SetUp() override {
+        machine->drives.mountFolder('D', built);
+        ASSERT_EQ(machine->drives.setCurrentDirectory("D:\\"), 0u);
+    }
+
+    ScopedMachine machine;
+};
+
+TEST_F(ModuleLoading, AModuleLivesFromTheFirstLoadToTheLastFree) {
+    const HMODULE module = LoadLibraryA("USER");
+    ASSERT_NE(module, nullptr) << GetLastError();
+    const std::vector<MSG> loading = takeJournal();
+    EXPECT_EQ(messagesOf(loading), userLoads);
+    EXPECT_EQ(pathOf(module), "D:\\user.dll");
+    for (const MSG& message : {loading.front(), loading.back()}) {
+        EXPECT_EQ(reinterpret_cast<HMODULE>(message.wParam), module);
+    }
+    EXPECT_EQ(loading.front().lParam, 11) << "static objects see their module's path";
+    EXPECT_EQ(loading.back().lParam, 0);
+
+    EXPECT_EQ(LoadLibraryA("d:\\User.DLL"), module);
+    EXPECT_EQ(LoadLibraryA("user.dll"), module);
+    EXPECT_EQ(GetModuleHandleA("user"), module);
+    EXPECT_TRUE(FreeLibrary(module));
+    EXPECT_TRUE(FreeLibrary(module));
+    EXPECT_TRUE(takeJournal().empty());
+
+    EXPECT_TRUE(FreeLibrary(module));
+    const std::vector<MSG> unloading = takeJournal();
+    EXPECT_EQ(messagesOf(unloading), userUnloads);
+    EXPECT_EQ(unloading[0].lParam, 0) << "the process does not end";
+    EXPECT_EQ(unloading[1].lParam, 11);
+    EXPECT_FALSE(isMapped(built / "user.dll"));
+    EXPECT_FALSE(isMapped(built / "base.dll"));
+
+    EXPECT_FALSE(FreeLibrary(module));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
+    EXPECT_EQ(GetModuleHandleA("user"), nullptr);
+    EXPECT_EQ(GetProcAddress(module, "fourTimes"), nullptr);
+    EXPECT_EQ(pathOf(module), "");
+    EXPECT_NE(LoadLibraryA("user.dll"), module) << "a handle is not given twice";
+}
+
+TEST_F(ModuleLoading, FunctionsAndResourcesAreTheModulesOwn) {
+    const HMODULE module = LoadLibraryA("user.dll");
+    ASSERT_NE(module, nullptr);
+    int count = 0;
+    ASSERT_NE(GetProcAddress(module, "fourTimes"), nullptr);
+    EXPECT_EQ(functionIn<int(int, int*)>(module, "fourTimes")(5, &count), 20);
+    EXPECT_EQ(count, 1);
+    for (const char* const name : {"twice", "malloc", "PostThreadMessageA", "FourTimes"}) {
+        EXPECT_EQ(GetProcAddress(module, name), nullptr) << name;
+        EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
+    }
+    EXPECT_EQ(GetProcAddress(module, MAKEINTRESOURCEA(1)), nullptr);
+
+    char text[64];
+    EXPECT_EQ(LoadStringA(module, 5, text, sizeof text), 29);
+    EXPECT_STREQ(text,
+                 "Text des Moduls f\xFCr Pr\xFC"
+                 "fungen");
+    EXPECT_EQ(machine->modules.resource(module, ResourceId(RT_STRING), {WORD{1}}).size() % 2, 0u);
+
+    const HMODULE needed = GetModuleHandleA("base.dll");
+    ASSERT_NE(needed, nullptr) << "what a module needs is loaded with it";
+    EXPECT_EQ(functionIn<int(int)>(needed, "twice")(4), 8);
+    EXPECT_EQ(machine->modules.holding(reinterpret_cast<const void*>(GetProcAddress(needed, "twice"))),
+              needed);
+}
+
+TEST_F(ModuleLoading, AModuleThatIsNeededLastsAsLongAsWhoNeedsIt) {
+    const HMODULE base = LoadLibraryA("base.dll");
+    ASSERT_NE(base, nullptr);
+    const HMODULE user = LoadLibraryA("user.dll");
+    ASSERT_NE(user, nullptr);
+    EXPECT_EQ(messagesOf(takeJournal()), (std::vector<UINT>{entryCalled + baseModule + DLL_PROCESS_ATTACH,
+                                                            objectBegins, entryCalled + DLL_PROCESS_ATTACH}));
+    EXPECT_TRUE(FreeLibrary(base));
+    EXPECT_TRUE(takeJournal().empty());
+    EXPECT_TRUE(FreeLibrary(user));
+    EXPECT_EQ(messagesOf(takeJournal()), userUnloads);
+}
+
+TEST_F(ModuleLoading, AnEntryPointThatRefusesEndsTheLoad) {
+    EXPECT_EQ(LoadLibraryA("refuser"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_DLL_INIT_FAILED});
+    EXPECT_EQ(messagesOf(takeJournal()),
+              (std::vector<UINT>{entryCalled + refuserModule + DLL_PROCESS_ATTACH,
+                                 entryCalled + refuserModule + DLL_PROCESS_DETACH}));
+    EXPECT_FALSE(isMapped(built / "refuser.dll"));
+    EXPECT_EQ(GetModuleHandleA("refuser"), nullptr);
+}
+
+TEST_F(ModuleLoading, AModuleWithoutAnEntryPointIsLoadedToo) {
+    const HMODULE module = LoadLibraryA("plain.dll");
+    ASSERT_NE(module, nullptr);
+    EXPECT_EQ(functionIn<int()>(module, "answer")(), 42);
+    EXPECT_TRUE(FreeLibrary(module));
+    EXPECT_FALSE(isMapped(built / "plain.dll"));
+}
+
+TEST_F(ModuleLoading, WhatIsNoModuleIsRefused) {
+    const fs::path folder = fs::path(testing::TempDir()) / "no modules";
+    fs::create_directories(folder);
+    std::ofstream(folder / "text.dll") << "no module at all";
+    std::ofstream(folder / "empty.dll");
+    fs::copy_file(built / "plain.dll", folder / "cut.dll", fs::copy_options::overwrite_existing);
+    fs::resize_file(folder / "cut.dll", 40);
+    fs::create_directories(folder / "folder.dll");
+    machine->drives.mountFolder('E', folder);
+    const std::pair<const char*, DWORD> cases[] = {
+        {"E:\\text.dll", ERROR_BAD_EXE_FORMAT}, {"E:\\empty.dll", ERROR_BAD_EXE_FORMAT},
+        {"E:\\cut.dll", ERROR_BAD_EXE_FORMAT},  {"E:\\folder.dll", ERROR_MOD_NOT_FOUND},
+        {"E:\\missing", ERROR_MOD_NOT_FOUND},   {"missing.dll", ERROR_MOD_NOT_FOUND},
+        {"X:\\user.dll", ERROR_MOD_NOT_FOUND},  {"", ERROR_MOD_NOT_FOUND}};
+    for (const auto& [name, error] : cases) {
+        SetLastError(0);
+        EXPECT_EQ(LoadLibraryA(name), nullptr) << name;
+        EXPECT_EQ(GetLastError(), error) << name;
+    }
+    EXPECT_EQ(LoadLibraryA(nullptr), nullptr);
+    EXPECT_FALSE(FreeLibrary(nullptr));
+    fs::remove_all(folder);
+}
+
+TEST_F(ModuleLoading, FoldersAreSearchedInWindowsOrder) {
+    const fs::path system = machine->drives.toHost(machine->systemDirectory());
+    const fs::path windows = machine->drives.toHost(machine->windowsDirectory());
+    fs::copy_file(built / "plain.dll", windows / "plain.dll");
+    ASSERT_EQ(machine->drives.setCurrentDirectory("C:\\"), 0u);
+    const auto foundAt = [] {
+        const HMODULE module = LoadLibraryA("plain.dll");
+        const std::string path = pathOf(module);
+        FreeLibrary(module);
+        return path;
+    };
+    EXPECT_EQ(foundAt(), "C:\\WINDOWS\\plain.dll");
+    fs::copy_file(built / "plain.dll", system / "plain.dll");
+    EXPECT_EQ(foundAt(), "C:\\WINDOWS\\SYSTEM32\\plain.dll");
+    ASSERT_EQ(machine->drives.setCurrentDirectory("D:\\"), 0u);
+    EXPECT_EQ(foundAt(), "D:\\plain.dll");
+}
+
+TEST_F(ModuleLoading, ModulesOfTheLayerComeAndGoByTheirHooks) {
+    int registered = 0;
+    machine->modules.addSystemModule(
+        "CONTROLS.DLL", [&] { ++registered; }, [&] { --registered; });
+    EXPECT_EQ(GetModuleHandleA("controls"), nullptr);
+    const HMODULE module = LoadLibraryA("controls.dll");
+    ASSERT_NE(module, nullptr);
+    EXPECT_EQ(LoadLibraryA("CONTROLS"), module);
+    EXPECT_EQ(registered, 1);
+    EXPECT_EQ(pathOf(module), "C:\\WINDOWS\\SYSTEM32\\CONTROLS.DLL");
+    EXPECT_TRUE(FreeLibrary(module));
+    EXPECT_EQ(registered, 1);
+    EXPECT_TRUE(FreeLibrary(module));
+    EXPECT_EQ(registered, 0);
+    EXPECT_FALSE(FreeLibrary(module));
+    const HMODULE kernel = GetModuleHandleA("kernel32");
+    EXPECT_EQ(LoadLibraryA("KERNEL32.DLL"), kernel);
+    EXPECT_TRUE(FreeLibrary(kernel));
+    EXPECT_TRUE(FreeLibrary(kernel));
+    EXPECT_EQ(GetModuleHandleA("kernel32"), kernel);
+}
+
+TEST_F(ModuleLoading, TheEndOfAMachineUnloadsWhatItLoaded) {
+    {
+        const ScopedMachine inner;
+        ASSERT_NE(LoadLibraryA(("Z:" + (built / "user.dll").string()).c_str()), nullptr);
+        ASSERT_NE(LoadLibraryA(("Z:" + (built / "user.dll").string()).c_str()), nullptr);
+        takeJournal();
+    }
+    // The journal went with the machine; that the modules did shows in what is mapped.
+    EXPECT_FALSE(isMapped(built / "user.dll"));
+    EXPECT_FALSE(isMapped(built / "base.dll"));
+    ASSERT_NE(LoadLibraryA("user.dll"), nullptr);
+    takeJournal();
+    machine->modules.unloadAll();
+    const std::vector<MSG> unloading = takeJournal();
+    EXPECT_EQ(messagesOf(unloading), userUnloads);
+    EXPECT_EQ(unloading[0].lParam, 1) << "the process ends";
+}
+
+TEST_F(ModuleLoading, AFailingCallLoadsNothing) {
+    machine->gate.failFunction("LoadLibraryA", ERROR_NOT_ENOUGH_MEMORY);
+    EXPECT_EQ(LoadLibraryA("user.dll"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_ENOUGH_MEMORY});
+    EXPECT_FALSE(isMapped(built / "user.dll"));
+}
+
+}  // namespace

@@ -1,0 +1,111 @@
+#include <windows.h>
+
+#include <oleauto.h>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstring>
+#include <string>
+
+namespace {
+
+std::u16string unitsOf(BSTR text) {
+    return {text, text + SysStringLen(text)};
+}
+
+TEST(OleStrings, ALengthStandsBeforeTheTextAndAZeroBehindIt) {
+    const OLECHAR source[] = {'a', 0xE4, 0x20AC, 0};
+    BSTR const text = SysAllocString(source);
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(unitsOf(text), u"a\u00E4\u20AC");
+    EXPECT_EQ(SysStringByteLen(text), 6u);
+    DWORD length = 0;
+    std::memcpy(&length, reinterpret_cast<const char*>(text) - 4, 4);
+    EXPECT_EQ(length, 6u);
+    EXPECT_EQ(text[3], 0);
+    SysFreeString(text);
+}
+
+TEST(OleStrings, LengthsAreGivenAndNotLookedFor) {
+    const OLECHAR source[] = {'a', 0, 'b', 'c'};
+    BSTR const part = SysAllocStringLen(source, 3);
+    EXPECT_EQ(unitsOf(part), std::u16string(u"a\0b", 3));
+    EXPECT_EQ(part[3], 0);
+    SysFreeString(part);
+
+    BSTR const room = SysAllocStringLen(nullptr, 100);
+    EXPECT_EQ(SysStringLen(room), 100u);
+    EXPECT_EQ(room[100], 0);
+    std::fill(room, room + 100, OLECHAR{'x'});
+    SysFreeString(room);
+
+    BSTR const bytes = SysAllocStringByteLen("abc", 3);
+    EXPECT_EQ(SysStringByteLen(bytes), 3u);
+    EXPECT_EQ(SysStringLen(bytes), 1u);
+    EXPECT_EQ(std::memcmp(bytes, "abc\0", 4), 0);
+    SysFreeString(bytes);
+    BSTR const unset = SysAllocStringByteLen(nullptr, 8);
+    EXPECT_EQ(SysStringLen(unset), 4u);
+    SysFreeString(unset);
+}
+
+TEST(OleStrings, NothingIsNotTheEmptyText) {
+    EXPECT_EQ(SysAllocString(nullptr), nullptr);
+    EXPECT_EQ(SysStringLen(nullptr), 0u);
+    EXPECT_EQ(SysStringByteLen(nullptr), 0u);
+    SysFreeString(nullptr);
+    const OLECHAR none[] = {0};
+    BSTR const empty = SysAllocString(none);
+    ASSERT_NE(empty, nullptr);
+    EXPECT_EQ(SysStringLen(empty), 0u);
+    EXPECT_EQ(empty[0], 0);
+    SysFreeString(empty);
+}
+
+// An object as its callers see it: a table of three functions first.
+class Counted : public IUnknown {
+public:
+    explicit Counted(bool& gone) : gone_(gone) {}
+    virtual ~Counted() { gone_ = true; }
+    HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void** object) override {
+        if (!IsEqualIID(interfaceId, IID_IUnknown)) {
+            *object = nullptr;
+            return E_NOINTERFACE;
+        }
+        AddRef();
+        *object = this;
+        return S_OK;
+    }
+    ULONG STDMETHODCALLTYPE AddRef() override { return static_cast<ULONG>(InterlockedIncrement(&count_)); }
+    ULONG STDMETHODCALLTYPE Release() override {
+        const auto left = static_cast<ULONG>(InterlockedDecrement(&count_));
+        if (left == 0) {
+            delete this;
+        }
+        return left;
+    }
+
+private:
+    bool& gone_;
+    LONG count_ = 1;
+};
+
+TEST(ComObjects, AreAskedForInterfacesByTheirIdentifiers) {
+    bool gone = false;
+    IUnknown* const object = new Counted(gone);
+    void* other = nullptr;
+    EXPECT_TRUE(FAILED(object->QueryInterface(IID_IClassFactory, &other)));
+    EXPECT_EQ(other, nullptr);
+    EXPECT_TRUE(SUCCEEDED(object->QueryInterface(IID_IUnknown, &other)));
+    EXPECT_EQ(object->Release(), 1u);
+    EXPECT_FALSE(gone);
+    EXPECT_EQ(static_cast<IUnknown*>(other)->Release(), 0u);
+    EXPECT_TRUE(gone);
+    const GUID factory = {0x00000001, 0, 0, {0xC0, 0, 0, 0, 0, 0, 0, 0x46}};
+    EXPECT_TRUE(IsEqualGUID(factory, IID_IClassFactory));
+    EXPECT_FALSE(factory == IID_IUnknown);
+    EXPECT_EQ(static_cast<DWORD>(E_OUTOFMEMORY), 0x8007000Eu);
+}
+
+}  // namespace

@@ -1,0 +1,70 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <string>
+
+// The program that runs these tests carries tests/winlayer/resources.rc, on Windows and elsewhere.
+
+namespace {
+
+std::string dataOf(HRSRC resource) {
+    const HGLOBAL data = LoadResource(nullptr, resource);
+    const void* const bytes = LockResource(data);
+    return bytes == nullptr ? std::string()
+                            : std::string(static_cast<const char*>(bytes), SizeofResource(nullptr, resource));
+}
+
+std::string loaded(UINT id) {
+    char buffer[128];
+    std::memset(buffer, '#', sizeof buffer);
+    const int length = LoadStringA(nullptr, id, buffer, sizeof buffer);
+    EXPECT_EQ(buffer[length], 0);
+    return {buffer, static_cast<std::size_t>(length)};
+}
+
+TEST(Resources, AreFoundByNumberAndByNameWithoutCase) {
+    const std::string rtf("{\\rtf1 text}\0", 13);
+    EXPECT_EQ(dataOf(FindResourceA(nullptr, MAKEINTRESOURCEA(114), "RTF")), rtf);
+    EXPECT_EQ(dataOf(FindResourceA(GetModuleHandleA(nullptr), "#114", "rtf")), rtf);
+    EXPECT_EQ(dataOf(FindResourceA(nullptr, "PICTURE", "RTF")), std::string("\1\2\3\4\5"));
+    EXPECT_EQ(dataOf(FindResourceA(nullptr, "picture", "Rtf")), std::string("\1\2\3\4\5"));
+    const HRSRC raw = FindResourceA(nullptr, MAKEINTRESOURCEA(9), RT_RCDATA);
+    ASSERT_NE(raw, nullptr);
+    EXPECT_EQ(SizeofResource(nullptr, raw), 6u);
+    EXPECT_EQ(FindResourceA(nullptr, "#9", "#10"), raw);
+}
+
+TEST(Resources, WhatIsMissingIsNamed) {
+    SetLastError(0);
+    EXPECT_EQ(FindResourceA(nullptr, MAKEINTRESOURCEA(8), "RTF"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_RESOURCE_NAME_NOT_FOUND});
+    EXPECT_EQ(FindResourceA(nullptr, MAKEINTRESOURCEA(114), "RTX"), nullptr);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_RESOURCE_TYPE_NOT_FOUND});
+    EXPECT_EQ(LoadResource(nullptr, nullptr), nullptr);
+    EXPECT_EQ(LockResource(nullptr), nullptr);
+}
+
+TEST(Resources, StringsComeFromTheirBlocks) {
+    EXPECT_EQ(loaded(1),
+              "\xD6"
+              "ffnen \x96 10 \x80");
+    EXPECT_EQ(loaded(15), "the last of the first block");
+    EXPECT_EQ(loaded(16), "the first of the second");
+    EXPECT_EQ(loaded(700), "ein Text, der l\xE4nger ist als der erste Puffer");
+    EXPECT_EQ(loaded(65535), "the last of all");
+    for (const UINT missing : {0u, 14u, 17u, 18u, 31u, 40u, 699u, 701u}) {
+        EXPECT_EQ(loaded(missing), "") << missing;
+    }
+}
+
+TEST(Resources, StringsAreCutToTheBuffer) {
+    char buffer[8];
+    EXPECT_EQ(LoadStringA(nullptr, 16, buffer, 8), 7);
+    EXPECT_STREQ(buffer, "the fir");
+    EXPECT_EQ(LoadStringA(nullptr, 16, buffer, 1), 0);
+    EXPECT_STREQ(buffer, "");
+}
+
+}  // namespace

@@ -1,0 +1,93 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+
+#include "support/window_recorder.h"
+
+namespace {
+
+class Messages : public ::testing::Test {
+protected:
+    void SetUp() override {
+        frame_ = recorder_.create(WS_POPUP, {0, 0, 100, 100});
+        child_ = recorder_.create(WS_CHILD, {0, 0, 50, 50}, frame_, 1);
+        other_ = recorder_.create(WS_POPUP, {0, 0, 100, 100});
+        pumpMessages();
+        recorder_.clear();
+    }
+    void TearDown() override {
+        DestroyWindow(frame_);
+        DestroyWindow(other_);
+        pumpMessages();
+    }
+
+    static UINT next(HWND window) {
+        MSG message{};
+        return PeekMessageA(&message, window, 0, 0, PM_REMOVE) ? message.message : 0;
+    }
+
+    WindowRecorder recorder_;
+    HWND frame_ = nullptr;
+    HWND child_ = nullptr;
+    HWND other_ = nullptr;
+};
+
+TEST_F(Messages, AWindowFilterTakesItsChildrenIn) {
+    PostMessageA(other_, WM_APP + 1, 0, 0);
+    PostMessageA(child_, WM_APP + 2, 0, 0);
+    PostMessageA(frame_, WM_APP + 3, 0, 0);
+    PostThreadMessageA(GetCurrentThreadId(), WM_APP + 4, 0, 0);
+    EXPECT_EQ(next(frame_), UINT{WM_APP + 2});
+    EXPECT_EQ(next(frame_), UINT{WM_APP + 3});
+    EXPECT_EQ(next(frame_), 0u);
+    EXPECT_EQ(next(reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1))), UINT{WM_APP + 4});
+    EXPECT_EQ(next(nullptr), UINT{WM_APP + 1});
+}
+
+TEST_F(Messages, QuittingComesAfterWhatWasPosted) {
+    PostQuitMessage(42);
+    PostMessageA(frame_, WM_APP, 0, 0);
+    MSG message{};
+    EXPECT_GT(GetMessageA(&message, nullptr, 0, 0), 0);
+    EXPECT_EQ(message.message, UINT{WM_APP});
+    EXPECT_EQ(GetMessageA(&message, nullptr, 0, 0), 0);
+    EXPECT_EQ(message.message, UINT{WM_QUIT});
+    EXPECT_EQ(message.wParam, WPARAM{42});
+    EXPECT_FALSE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
+}
+
+TEST_F(Messages, WhatWasPostedGoesWithItsWindow) {
+    PostMessageA(child_, WM_APP, 0, 0);
+    DestroyWindow(child_);
+    EXPECT_EQ(next(nullptr), 0u);
+    SetLastError(0);
+    EXPECT_FALSE(PostMessageA(child_, WM_APP, 0, 0));
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_WINDOW_HANDLE});
+    EXPECT_EQ(SendMessageA(child_, WM_APP, 0, 0), 0);
+}
+
+int timerCalls;
+void CALLBACK countTimer(HWND, UINT, UINT_PTR, DWORD) {
+    ++timerCalls;
+}
+
+TEST_F(Messages, TimersTickForWindowsAndProcedures) {
+    timerCalls = 0;
+    EXPECT_NE(SetTimer(frame_, 7, 10, nullptr), 0u);
+    const UINT_PTR loose = SetTimer(nullptr, 0, 10, countTimer);
+    EXPECT_NE(loose, 0u);
+    MSG message{};
+    bool ticked = false;
+    for (int i = 0; i < 200 && (timerCalls == 0 || !ticked); ++i) {
+        ASSERT_GT(GetMessageA(&message, nullptr, 0, 0), 0);
+        ticked = ticked || (message.message == WM_TIMER && message.hwnd == frame_ && message.wParam == 7);
+        DispatchMessageA(&message);
+    }
+    EXPECT_TRUE(ticked);
+    EXPECT_GT(timerCalls, 0);
+    EXPECT_TRUE(KillTimer(frame_, 7));
+    EXPECT_FALSE(KillTimer(frame_, 7));
+    EXPECT_TRUE(KillTimer(nullptr, loose));
+}
+
+}  // namespace
