@@ -119,12 +119,42 @@ TEST_F(EmergencyDiskProgram, EveryExitCodeIsReached) {
     EXPECT_EQ(code("nonsense"), 2);
     EXPECT_EQ(make("nowhere/d.img").exitCode, 1);
     EXPECT_EQ(run({"make", "--image", "d.img"}).exitCode, 2);
+    EXPECT_EQ(run({"make", "--archive", "mwdisk1.dat"}).exitCode, 2);
+    EXPECT_EQ(run({"check", "--image", "d.img", "--device", "d.img"}).exitCode, 2);
+    EXPECT_EQ(run({"format", "--image", "/dev/null", "--yes"}).exitCode, 6);
     EXPECT_EQ(run({"make", "--device", "/dev/no-such-drive", "--archive", "mwdisk1.dat", "--yes"}).exitCode,
               4);
     EXPECT_EQ(run({"make", "--device", "/dev/null", "--archive", "mwdisk1.dat", "--yes"}).exitCode, 6);
     EXPECT_EQ(run({"check", "--image", "missing.img"}).exitCode, 4);
     EXPECT_FALSE(exists("d.img"));
     EXPECT_FALSE(leftovers());
+}
+
+// Its texts then have no place to go but a file that it opens itself, unless the program takes care.
+TEST_F(EmergencyDiskProgram, WorksWithoutItsStreams) {
+    const std::string make = "emergency-disk make --image d.img --archive mwdisk1.dat --yes ";
+    EXPECT_EQ(runShell(make + "2>&-", disk_.folder()).exitCode, 0);
+    EXPECT_EQ(runShell("exec <&- >&- 2>&-; " + make, disk_.folder()).exitCode, 1) << "the result is lost";
+    EXPECT_EQ(run({"check", "--image", "d.img", "--archive", "mwdisk1.dat"}).exitCode, 0);
+    // The reader of the status lines goes away.
+    EXPECT_EQ(runShell("(" + make + "2>&1; echo $? >code) | head -c 1", disk_.folder()).exitCode, 0);
+    EXPECT_EQ(read("code"), "1\n");
+    EXPECT_EQ(run({"check", "--image", "d.img", "--archive", "mwdisk1.dat"}).exitCode, 0);
+    EXPECT_FALSE(leftovers());
+}
+
+TEST_F(EmergencyDiskProgram, AFullDiskIsNotABadSector) {
+    for (const char* command : {"make --archive mwdisk1.dat", "format"}) {
+        ProgramRun run;
+        const std::string words =
+            std::string("emergency-disk ") + command + " --image full/d.img; code=$?; ls -A full; exit $code";
+        if (!runWithSmallDisk(words, disk_.folder(), run)) {
+            GTEST_SKIP() << "no small disk can be mounted here";
+        }
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.out, "");
+        EXPECT_NE(run.err.find("full/d.img"), std::string::npos) << run.err;
+    }
 }
 
 TEST_F(EmergencyDiskProgram, ABadArchiveNeverCostsADiskette) {

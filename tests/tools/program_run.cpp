@@ -83,6 +83,19 @@ ProgramRun runProgram(const std::string& name, const std::vector<std::string>& a
     return Child(programPath(name), arguments, folder).finish([](const std::string&, pid_t) {});
 }
 
+ProgramRun runShell(const std::string& command, const std::filesystem::path& folder) {
+    const std::string path = "PATH=" BUILD_DIRECTORY "/tools:$PATH\n";
+    return Child("/bin/sh", {"-c", path + command}, folder).finish([](const std::string&, pid_t) {});
+}
+
+bool runWithSmallDisk(const std::string& command, const std::filesystem::path& folder, ProgramRun& run) {
+    std::filesystem::create_directory(folder / "full");
+    const std::string disk = "unshare -rm sh -c 'mount -t tmpfs -o size=64k none full && ";
+    if (runShell(disk + "true'", folder).exitCode != 0) return false;
+    run = runShell(disk + command + "'", folder);
+    return true;
+}
+
 ProgramRun runAndSignal(const std::string& name, const std::vector<std::string>& arguments,
                         const std::filesystem::path& folder, const std::string& cue, int signal) {
     bool sent = false;

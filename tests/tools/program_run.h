@@ -14,6 +14,13 @@ struct ProgramRun {
 ProgramRun runProgram(const std::string& name, const std::vector<std::string>& arguments,
                       const std::filesystem::path& folder = ".");
 
-// The same, sending the signal as soon as a line of standard error contains `cue`.
+// Runs a shell command that finds the programs of this build by their names.
+ProgramRun runShell(const std::string& command, const std::filesystem::path& folder);
+
+// Runs a shell command on a machine where the folder's subfolder "full" is a disk of 64 KB; false where such
+// a disk cannot be had.
+bool runWithSmallDisk(const std::string& command, const std::filesystem::path& folder, ProgramRun& run);
+
+// The same as runProgram, sending the signal as soon as a line of standard error contains `cue`.
 ProgramRun runAndSignal(const std::string& name, const std::vector<std::string>& arguments,
                         const std::filesystem::path& folder, const std::string& cue, int signal);

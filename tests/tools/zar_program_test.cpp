@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -60,7 +61,10 @@ TEST_F(ZarProgram, PacksListsTestsAndUnpacksATree) {
     EXPECT_NE(list.out.find("     20000  ---A  SUB\\B.TXT"), std::string::npos) << list.out;
     EXPECT_NE(list.out.find("SUB\\DEEP\\Ä.TXT"), std::string::npos) << list.out;
     EXPECT_EQ(zar({"test", "a.zar"}).exitCode, 0);
-    ASSERT_EQ(zar({"extract", "a.zar", "-C", "out"}).exitCode, 0);
+    const ProgramRun extract = zar({"extract", "a.zar", "-C", "out"});
+    ASSERT_EQ(extract.exitCode, 0);
+    EXPECT_EQ(extract.out, "out: 3 files\n");
+    EXPECT_NE(extract.err.find("\\out\\SUB\\B.TXT"), std::string::npos) << extract.err;
     EXPECT_EQ(read("out/A.TXT"), "first");
     EXPECT_EQ(read("out/SUB/B.TXT"), std::string(20000, 'b'));
     EXPECT_EQ(read("out/SUB/DEEP/Ä.TXT"), "umlaut");
@@ -79,11 +83,15 @@ TEST_F(ZarProgram, ListFilesMayHaveAnyLineEndsAndHostPaths) {
     };
     EXPECT_EQ(rows("a.zar"), 2U);
     EXPECT_EQ(rows("b.zar"), 1U);
+    const std::string sharedName = folder_.filename().string();  // names a folder where temporary files are
+    write(sharedName, "in/B.TXT");
+    EXPECT_EQ(zar({"create", "c.zar", "--list", sharedName}).exitCode, 0);
+    fs::remove(folder_ / "c.zar");
     write("bad.txt", "in/A.TXT\nin/MISSING.TXT\n");
     const ProgramRun bad = zar({"create", "c.zar", "--list", "bad.txt"});
     EXPECT_EQ(bad.exitCode, 1);
     EXPECT_NE(bad.err.find("line 2"), std::string::npos) << bad.err;
-    EXPECT_FALSE(fs::exists(folder_ / "c.zar"));
+    EXPECT_EQ(names(), (Words{"a.zar", "b.zar", "bad.txt", "in", "list.txt", "single.txt", sharedName}));
 }
 
 TEST_F(ZarProgram, UnpacksNamedFilesToTheirPlaces) {
@@ -118,6 +126,73 @@ TEST_F(ZarProgram, LeavesOldFilesAloneWhenItFails) {
     EXPECT_EQ(zar({"test", "cut.zar"}).exitCode, 8);
 }
 
+TEST_F(ZarProgram, ReplacesNothingButFilesAndFollowsLinks) {
+    packThree();
+    ASSERT_EQ(mkfifo((folder_ / "pipe").c_str(), 0600), 0);
+    EXPECT_EQ(zar({"create", "pipe", "in"}).exitCode, 6);
+    EXPECT_TRUE(fs::is_fifo(folder_ / "pipe"));
+    EXPECT_EQ(zar({"list", "pipe"}).exitCode, 1) << "a pipe that nobody writes to is not waited for";
+
+    write("elsewhere/b.zar", "old");
+    fs::create_symlink("elsewhere/b.zar", folder_ / "link.zar");
+    ASSERT_EQ(zar({"create", "link.zar", "in"}).exitCode, 0);
+    EXPECT_TRUE(fs::is_symlink(folder_ / "link.zar"));
+    EXPECT_EQ(read("elsewhere/b.zar"), read("a.zar"));
+}
+
+TEST_F(ZarProgram, ChangesNothingWhenAFolderIsInTheWay) {
+    packThree();
+    write("out/A.TXT", "old");
+    write("out/SUB/DEEP", "a file");
+    const ProgramRun run = zar({"extract", "a.zar", "-C", "out"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("out/SUB/DEEP"), std::string::npos) << run.err;
+    EXPECT_EQ(read("out/A.TXT"), "old");
+    EXPECT_FALSE(fs::exists(folder_ / "out/SUB/B.TXT"));
+}
+
+TEST_F(ZarProgram, UnpacksAnArchiveOfNoFiles) {
+    fs::create_directory(folder_ / "in");
+    ASSERT_EQ(zar({"create", "a.zar", "in"}).exitCode, 0);
+    EXPECT_EQ(zar({"test", "a.zar"}).exitCode, 0);
+    EXPECT_EQ(zar({"list", "a.zar"}).out, "");
+    EXPECT_EQ(zar({"extract", "a.zar", "-C", "out"}).exitCode, 0);
+    const ProgramRun one = zar({"extract", "a.zar", "A.TXT", "-C", "out"});
+    EXPECT_EQ(one.exitCode, 1);
+    EXPECT_NE(one.err.find("holds no file A.TXT"), std::string::npos) << one.err;
+}
+
+TEST_F(ZarProgram, PacksWhatALinkedFolderHolds) {
+    write("in/A.TXT", "here");
+    write("elsewhere/B.TXT", "there");
+    fs::create_directory_symlink("../elsewhere", folder_ / "in/LINK");
+    ASSERT_EQ(zar({"create", "a.zar", "in"}).exitCode, 0);
+    ASSERT_EQ(zar({"extract", "a.zar", "-C", "out"}).exitCode, 0);
+    EXPECT_EQ(read("out/A.TXT"), "here");
+    EXPECT_EQ(read("out/LINK/B.TXT"), "there");
+}
+
+TEST_F(ZarProgram, SaysThatADiskIsFull) {
+    write("in/BIG.DAT", std::string(300000, 'x'));
+    ASSERT_EQ(zar({"create", "a.zar", "in"}).exitCode, 0);
+    for (const char* command : {"zar create full/b.zar in", "zar extract a.zar -C full/out"}) {
+        ProgramRun run;
+        if (!runWithSmallDisk(command + std::string(" -q; code=$?; ls -A full; exit $code"), folder_, run)) {
+            GTEST_SKIP() << "no small disk can be mounted here";
+        }
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.out, "") << "something was left on the disk";
+        EXPECT_NE(run.err.find("is full"), std::string::npos) << run.err;
+    }
+}
+
+TEST_F(ZarProgram, NoticesThatItsOutputIsLost) {
+    packThree();
+    EXPECT_EQ(runShell("zar list a.zar >/dev/full", folder_).exitCode, 1);
+    EXPECT_EQ(runShell("zar list a.zar >&-", folder_).exitCode, 1);
+    EXPECT_EQ(runShell("zar --help >/dev/full", folder_).exitCode, 1);
+}
+
 TEST_F(ZarProgram, RefusesToPackAnArchiveIntoItself) {
     packThree();
     EXPECT_EQ(zar({"create", "in/a.zar", "in"}).exitCode, 6);
@@ -127,7 +202,9 @@ TEST_F(ZarProgram, RefusesToPackAnArchiveIntoItself) {
 TEST_F(ZarProgram, RefusesNamesTheFormatCannotHold) {
     packThree();
     write("in/\xE2\x82\xAC\xE3\x81\x82.TXT", "no place in the code page");
-    EXPECT_EQ(zar({"create", "b.zar", "in"}).exitCode, 1);
+    const ProgramRun run = zar({"create", "b.zar", "in"});
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("outside the ANSI code page"), std::string::npos) << run.err;
     EXPECT_FALSE(fs::exists(folder_ / "b.zar"));
     fs::remove(folder_ / "in/\xE2\x82\xAC\xE3\x81\x82.TXT");
     // The left double quotation mark is the key byte in code page 1252 and would be stored as a zero.
@@ -162,7 +239,12 @@ TEST_F(ZarProgram, SpeaksPlainlyOnAPipeAndJsonOnDemand) {
     EXPECT_EQ(bad["fault"]["offset"], 0);
     const auto usage = nlohmann::json::parse(zar({"list", "--json"}).out);
     EXPECT_EQ(usage["exit_code"], 2);
-    EXPECT_EQ(zar({"nonsense"}).exitCode, 2);
+    const ProgramRun nonsense = zar({"nonsense"});
+    EXPECT_EQ(nonsense.exitCode, 2);
+    EXPECT_NE(nonsense.err.find("'nonsense'"), std::string::npos) << nonsense.err;
+    EXPECT_NE(nonsense.err.find("extract"), std::string::npos) << nonsense.err;
+    EXPECT_EQ(zar({"create", "", "in"}).exitCode, 2);
+    EXPECT_EQ(zar({"extract", "a.zar", "-C", "", "A.TXT"}).exitCode, 2);
     EXPECT_EQ(zar({"--version"}).out.substr(0, 4), "zar ");
     EXPECT_NE(zar({"create", "--help"}).out.find("Exit codes:"), std::string::npos);
 }

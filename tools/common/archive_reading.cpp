@@ -13,24 +13,21 @@ namespace tools {
 
 namespace {
 
-Problem unreadable(const std::filesystem::path& archive, int error) {
-    return {ExitCode::failure,
-            "cannot read the archive " + archive.string() + ": " + std::generic_category().message(error)};
+Problem unreadable(const std::filesystem::path& archive, const std::string& why) {
+    return {ExitCode::failure, "cannot read the archive " + archive.string() + ": " + why};
 }
 
 // An archive that is open on the host.
 class ArchiveFile {
 public:
-    explicit ArchiveFile(const std::filesystem::path& archive)
-        : file_(open(archive.c_str(), O_RDONLY | O_CLOEXEC)) {
-        if (file_ < 0) throw unreadable(archive, errno);
+    explicit ArchiveFile(const std::filesystem::path& archive) {
+        requireArchive(archive);  // opening a pipe could wait for ever
+        file_ = open(archive.c_str(), O_RDONLY | O_CLOEXEC);
         struct stat facts {};
-        if (fstat(file_, &facts) == 0 && S_ISREG(facts.st_mode)) {
-            size_ = static_cast<std::uint64_t>(facts.st_size);
-            return;
+        if (file_ < 0 || fstat(file_, &facts) != 0) {
+            throw unreadable(archive, std::generic_category().message(errno));
         }
-        close(file_);
-        throw unreadable(archive, EISDIR);
+        size_ = static_cast<std::uint64_t>(facts.st_size);
     }
     ~ArchiveFile() { close(file_); }
     ArchiveFile(const ArchiveFile&) = delete;
@@ -47,11 +44,18 @@ public:
     }
 
 private:
-    int file_;
+    int file_ = -1;
     std::uint64_t size_ = 0;
 };
 
 }  // namespace
+
+void requireArchive(const std::filesystem::path& archive) {
+    std::error_code error;
+    const auto status = std::filesystem::status(archive, error);
+    if (std::filesystem::is_regular_file(status)) return;
+    throw unreadable(archive, std::filesystem::exists(status) ? "it is not a file" : error.message());
+}
 
 ArchiveContents readArchive(const std::filesystem::path& archive) {
     const ArchiveFile file(archive);

@@ -15,6 +15,9 @@ struct ArchiveContents {
     std::optional<zar::Fault> fault;
 };
 
+// Throws Problem(failure) when there is no file of that name.
+void requireArchive(const std::filesystem::path& archive);
+
 // Walks an archive on the host without unpacking it. Throws Problem(failure) when it cannot be opened.
 ArchiveContents readArchive(const std::filesystem::path& archive);
 

@@ -1,5 +1,6 @@
 #include "tools/common/cancellation.h"
 
+#include <atomic>
 #include <csignal>
 
 #include "tools/common/exit_code.h"
@@ -8,65 +9,41 @@ namespace tools {
 
 namespace {
 
-sigset_t cancelSignals() {
-    sigset_t signals;
-    sigemptyset(&signals);
-    sigaddset(&signals, SIGINT);
-    sigaddset(&signals, SIGTERM);
-    sigaddset(&signals, SIGHUP);
-    return signals;
-}
+std::atomic<bool> cancelled = false;
+static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may take no lock");
 
 }  // namespace
 
-// The signals are blocked in every thread and taken by one that waits for them, so that the handler may use
-// locks.
+// The handler only leaves a mark, so that no second thread has to wait for signals: in a program of one
+// thread every lock and every transfer costs less. Interrupted calls of the host go on. A reader of the
+// output that goes away must not end the program either: it would leave its hidden files.
 Cancellation::Cancellation() {
-    const sigset_t signals = cancelSignals();
-    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-    waiter_ = std::thread([this] { wait(); });
-}
-
-Cancellation::~Cancellation() {
-    {
-        const std::lock_guard lock(mutex_);
-        ending_ = true;
-    }
-    pthread_kill(waiter_.native_handle(), SIGTERM);
-    waiter_.join();
-}
-
-void Cancellation::wait() {
-    const sigset_t signals = cancelSignals();
-    for (;;) {
-        int signal = 0;
-        sigwait(&signals, &signal);
-        const std::lock_guard lock(mutex_);
-        if (ending_) return;
-        requested_ = true;
-        if (handler_) handler_();
-    }
+    std::signal(SIGPIPE, SIG_IGN);
+    struct sigaction action {};
+    action.sa_handler = [](int) { cancelled = true; };
+    action.sa_flags = SA_RESTART;
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaction(signal, &action, nullptr);
 }
 
 bool Cancellation::requested() const {
-    const std::lock_guard lock(mutex_);
-    return requested_;
+    return cancelled;
 }
 
 void Cancellation::check() const {
     if (requested()) throw Problem(ExitCode::cancelled, "cancelled");
 }
 
-Cancellation::Scope::Scope(Cancellation& cancellation, std::function<void()> handler)
-    : cancellation_(cancellation) {
-    const std::lock_guard lock(cancellation_.mutex_);
-    cancellation_.handler_ = std::move(handler);
-    if (cancellation_.requested_) cancellation_.handler_();
+Cancellation::Scope::Scope(const Cancellation& cancellation, std::function<void()> handler)
+    : messages_(winlayer::Machine::current().messages) {
+    messages_.atEveryLook([&cancellation, handler = std::move(handler), told = false]() mutable {
+        if (told || !cancellation.requested()) return;
+        told = true;
+        handler();
+    });
 }
 
 Cancellation::Scope::~Scope() {
-    const std::lock_guard lock(cancellation_.mutex_);
-    cancellation_.handler_ = nullptr;
+    messages_.atEveryLook({});
 }
 
 }  // namespace tools

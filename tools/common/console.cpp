@@ -13,10 +13,15 @@ namespace {
 
 constexpr int barWidth = 20;
 
+// Whether standard error is a terminal that can draw a line anew.
+bool drawsLines() {
+    const char* kind = std::getenv("TERM");
+    return isatty(STDERR_FILENO) == 1 && kind != nullptr && std::string_view(kind) != "dumb";
+}
+
 bool coloursWanted() {
     const char* refusal = std::getenv("NO_COLOR");
-    const char* kind = std::getenv("TERM");
-    return (refusal == nullptr || *refusal == 0) && kind != nullptr && std::string_view(kind) != "dumb";
+    return refusal == nullptr || *refusal == 0;
 }
 
 std::size_t terminalWidth() {
@@ -40,7 +45,7 @@ std::string_view fit(std::string_view text, std::size_t columns) {
 Console::Console(std::string program, bool quiet)
     : program_(std::move(program)),
       quiet_(quiet),
-      terminal_(isatty(STDERR_FILENO) == 1),
+      terminal_(drawsLines()),
       colour_(terminal_ && coloursWanted()) {}
 
 Console::~Console() {

@@ -1,5 +1,7 @@
 #include "tools/common/program.h"
 
+#include <fcntl.h>
+
 #include <exception>
 #include <iostream>
 #include <string_view>
@@ -17,13 +19,28 @@ bool asksForJson(int argc, const char* const* argv) {
     return false;
 }
 
+// A stream that is closed would lend its number to the next file that is opened, and texts would go there.
+// Nothing can be written to what takes the place of standard output, so that the loss is noticed.
+void fillStandardStreams() {
+    for (const int stream : {0, 1, 2}) {
+        if (fcntl(stream, F_GETFD) == -1) (void)!open("/dev/null", stream == 1 ? O_RDONLY : O_RDWR);
+    }
+}
+
 }  // namespace
+
+CLI::Option* named(CLI::Option* option, const char* kind) {
+    const auto refuseEmpty = [](std::string& value) {
+        return value.empty() ? std::string("an empty name names nothing") : std::string();
+    };
+    return option->type_name(kind)->check(CLI::Validator(refuseEmpty, ""));
+}
 
 Program::Program(std::string name, std::string description, std::string examples)
     : name_(std::move(name)), app_(std::move(description), name_) {
     app_.require_subcommand(1);
     app_.fallthrough();
-    app_.set_version_flag("-V,--version", name_ + " " PROGRAM_VERSION);
+    app_.set_version_flag("-V,--version", name_ + " " PROGRAM_VERSION, "Show the version and end");
     app_.set_help_flag("-h,--help", "Show this help and end");
     app_.add_flag("-q,--quiet", quiet_, "No status lines and no progress");
     app_.add_flag("--json", json_, "Print one JSON object as the result");
@@ -41,24 +58,44 @@ CLI::App* Program::command(const std::string& name, const std::string& descripti
 }
 
 int Program::run(int argc, const char* const* argv) {
+    fillStandardStreams();
+    ExitCode code = ExitCode::success;
     try {
         app_.parse(argc, argv);
+        code = runCommand();
     } catch (const CLI::ParseError& fault) {
-        return usageError(fault, asksForJson(argc, argv));
+        code = answer(fault, asksForJson(argc, argv));
     }
-    const ExitCode code = runCommand();
-    std::cout.flush();
+    if (!std::cout.flush() && code == ExitCode::success) {
+        Console(name_, true).error("cannot write to standard output");
+        code = ExitCode::failure;
+    }
     return static_cast<int>(code);
 }
 
-int Program::usageError(const CLI::ParseError& fault, bool json) {
-    if (fault.get_exit_code() == 0) return app_.exit(fault);  // help and version
-    if (json) {
-        printObject(ExitCode::usage, fault.what());
-    } else {
-        Console(name_, true).error(std::string(fault.what()) + "\nTry '" + name_ + " --help'.");
+ExitCode Program::answer(const CLI::ParseError& fault, bool json) {
+    if (fault.get_exit_code() == 0) {  // help and version
+        app_.exit(fault);
+        return ExitCode::success;
     }
-    return static_cast<int>(ExitCode::usage);
+    if (json) {
+        printObject(ExitCode::usage, usageText(fault));
+    } else {
+        const auto chosen = app_.get_subcommands();
+        const std::string command = chosen.empty() ? name_ : name_ + " " + chosen.front()->get_name();
+        Console(name_, true).error(usageText(fault) + "\nTry '" + command + " --help'.");
+    }
+    return ExitCode::usage;
+}
+
+std::string Program::usageText(const CLI::ParseError& fault) const {
+    if (!app_.get_subcommands().empty()) return fault.what();
+    std::string names;
+    for (const CLI::App* command : app_.get_subcommands([](const CLI::App*) { return true; })) {
+        names += (names.empty() ? "" : ", ") + command->get_name();
+    }
+    const std::vector<std::string> words = app_.remaining();
+    return (words.empty() ? "name a command: " : "'" + words.front() + "' is no command; there are ") + names;
 }
 
 ExitCode Program::runCommand() {

@@ -11,6 +11,9 @@
 
 namespace tools {
 
+// For an option or argument that names a file or folder; `kind` stands for it in the help.
+CLI::Option* named(CLI::Option* option, const char* kind);
+
 // What a running command works with.
 struct Session {
     Console& console;
@@ -35,7 +38,8 @@ public:
 
 private:
     ExitCode runCommand();
-    int usageError(const CLI::ParseError& fault, bool json);
+    ExitCode answer(const CLI::ParseError& fault, bool json);
+    std::string usageText(const CLI::ParseError& fault) const;
     void printObject(ExitCode code, const std::string& error);
 
     std::string name_;

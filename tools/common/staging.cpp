@@ -25,6 +25,16 @@ fs::path folderOf(const fs::path& file) {
     return file.has_parent_path() ? file.parent_path() : fs::path(".");
 }
 
+// Where a file that is to be written really is: behind a link, and nothing but a file.
+fs::path placeOf(const fs::path& target) {
+    std::error_code error;
+    const fs::file_status status = fs::status(target, error);
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
+        throw Problem(ExitCode::refused, target.string() + " is there and is not a file; name another");
+    }
+    return fs::is_symlink(fs::symlink_status(target, error)) ? fs::weakly_canonical(target) : target;
+}
+
 // Puts a file's contents on the medium; 0 or the host's error.
 int synchronise(const fs::path& path) {
     const int file = open(path.c_str(), O_RDWR | O_CLOEXEC);
@@ -39,6 +49,22 @@ void giveUsualPermissions(int file) {
     const mode_t mask = umask(0);
     umask(mask);
     (void)!fchmod(file, 0666 & ~mask);
+}
+
+// A file cannot take a folder's place nor a folder a file's; better told before the first one is moved.
+void refuseConflicts(const fs::path& from, const fs::path& to) {
+    for (const fs::directory_entry& entry : fs::directory_iterator(from)) {
+        const fs::path place = to / entry.path().filename();
+        std::error_code ignored;
+        const fs::file_status there = fs::status(place, ignored);
+        if (!fs::exists(there)) continue;
+        if (entry.is_directory() != fs::is_directory(there)) {
+            throw Problem(ExitCode::failure, "cannot put " + place.string() + " in place: a " +
+                                                 (entry.is_directory() ? "file" : "folder") +
+                                                 " of that name is in the way; nothing was changed");
+        }
+        if (entry.is_directory()) refuseConflicts(entry.path(), place);
+    }
 }
 
 void moveEntries(const fs::path& from, const fs::path& to) {
@@ -61,11 +87,10 @@ void moveEntries(const fs::path& from, const fs::path& to) {
 
 }  // namespace
 
-StagedFile::StagedFile(fs::path target) : target_(std::move(target)) {
+StagedFile::StagedFile(const fs::path& target) : target_(placeOf(target)) {
     std::string name = (folderOf(target_) / ("." + target_.filename().string() + ".part-XXXXXX")).string();
     const int file = mkstemp(name.data());
-    if (file < 0)
-        throw Problem(ExitCode::failure, "cannot write beside " + target_.string() + ": " + reason(errno));
+    if (file < 0) throw Problem(ExitCode::failure, "cannot write " + target_.string() + ": " + reason(errno));
     giveUsualPermissions(file);
     close(file);
     path_ = name;
@@ -78,7 +103,7 @@ StagedFile::~StagedFile() {
 
 void StagedFile::commit() {
     if (const int error = synchronise(path_)) {
-        throw Problem(ExitCode::failure, "cannot write " + path_.string() + ": " + reason(error));
+        throw Problem(ExitCode::failure, "cannot write " + target_.string() + ": " + reason(error));
     }
     std::error_code error;
     fs::rename(path_, target_, error);
@@ -107,6 +132,7 @@ StagedFolder::~StagedFolder() {
 }
 
 void StagedFolder::commit(const fs::path& below) {
+    refuseConflicts(path_ / below, target_);
     moveEntries(path_ / below, target_);
 }
 

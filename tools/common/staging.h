@@ -8,14 +8,16 @@ namespace tools {
 // Whatever happens before commit() leaves the target as it was.
 class StagedFile {
 public:
-    // Makes an empty file beside the target. Throws Problem when the target's folder does not take it.
-    explicit StagedFile(std::filesystem::path target);
+    // Makes an empty file beside the target, or beside what it is a link to. Throws Problem: refused for what
+    // is there and is not a file, failure when the folder does not take it.
+    explicit StagedFile(const std::filesystem::path& target);
     // Removes what was not committed.
     ~StagedFile();
     StagedFile(const StagedFile&) = delete;
     StagedFile& operator=(const StagedFile&) = delete;
 
     const std::filesystem::path& path() const { return path_; }
+    const std::filesystem::path& target() const { return target_; }
     // Puts the contents on the medium, then renames. Throws Problem; the target is then still the old one.
     void commit();
 
@@ -38,7 +40,8 @@ public:
 
     const std::filesystem::path& path() const { return path_; }
     // Moves everything (or everything below one of its folders) to its place below the target, replacing
-    // files, merging folders. Throws Problem that names the first entry that could not be moved; the entries
+    // files, merging folders. Throws Problem before anything is moved when a file and a folder are in each
+    // other's way, and otherwise one that names the first entry that could not be moved; the entries
     // before it are in place, each whole.
     void commit(const std::filesystem::path& below = {});
 

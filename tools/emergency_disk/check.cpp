@@ -29,14 +29,16 @@ void confirmReplacing(const FormatOptions& options, Console& console) {
     const TargetFacts facts = examine({options.image, {}});
     if (!facts.exists || options.yes) return;
     if (!console.confirm("Erase everything on the diskette image " + options.image.string() + "?")) {
-        throw Problem(ExitCode::refused,
-                      "not confirmed; nothing was changed (--yes replaces without asking)");
+        throw Problem(ExitCode::refused, options.image.string() +
+                                             ": not confirmed; nothing was changed (--yes replaces without "
+                                             "asking)");
     }
 }
 
 }  // namespace
 
 void check(const CheckOptions& options, Session& session) {
+    options.target.require();
     DiskPlan plan;
     if (!options.archive.empty()) plan = readPlan(options.archive);
     const auto drive = openForReading(options.target);
@@ -58,7 +60,7 @@ void format(const FormatOptions& options, Session& session) {
     confirmReplacing(options, session.console);
     const Cancellation cancellation;
     StagedFile staged(options.image);
-    makeBlankImage(staged.path());
+    makeBlankImage(staged);
     cancellation.check();
     staged.commit();
     session.result["image"] = options.image.string();

@@ -6,13 +6,16 @@
 
 namespace tools::emergency_disk {
 
-// Where the diskette is; one of the two is set.
+// Where the diskette is; one of the two is set, or require() throws Problem(usage).
 struct Target {
     std::filesystem::path image;
     std::filesystem::path device;
 
     bool isDevice() const { return !device.empty(); }
     const std::filesystem::path& path() const { return isDevice() ? device : image; }
+    void require() const {
+        if (path().empty()) throw Problem(ExitCode::usage, "name the diskette with --image or --device");
+    }
 };
 
 struct MakeOptions {

@@ -1,9 +1,13 @@
 #include "tools/emergency_disk/diskette.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <array>
 #include <chrono>
 
 #include "tools/common/exit_code.h"
+#include "tools/common/reasons.h"
 #include "winlayer/diskette/host_store.h"
 
 namespace tools::emergency_disk {
@@ -29,8 +33,7 @@ Problem deviceProblem(const fs::path& device, DWORD error) {
         case ERROR_NOT_READY:
             return {ExitCode::noDiskette, "there is no diskette in " + name};
         default:
-            return {ExitCode::failure,
-                    "cannot open " + name + " (Windows error " + std::to_string(error) + ")"};
+            return {ExitCode::failure, "cannot open " + name + ": " + errorText(error)};
     }
 }
 
@@ -41,6 +44,12 @@ std::unique_ptr<SectorStore> openTarget(const Target& target) {
             throw deviceProblem(target.device, error);
         return store;
     }
+    std::error_code ignored;
+    const fs::file_status status = fs::status(target.image, ignored);
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
+        throw Problem(ExitCode::refused,
+                      target.image.string() + " is not an image file (--device names a drive)");
+    }
     const DWORD error = winlayer::openImage(target.image, store);
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) {
         throw Problem(ExitCode::noDiskette, "there is no image " + target.image.string());
@@ -50,10 +59,31 @@ std::unique_ptr<SectorStore> openTarget(const Target& target) {
                       target.image.string() + " is not a 1.44 MB diskette image (1,474,560 bytes)");
     }
     if (error != 0) {
-        throw Problem(ExitCode::failure, "cannot open " + target.image.string() + " (Windows error " +
-                                             std::to_string(error) + ")");
+        throw Problem(ExitCode::failure, "cannot open " + target.image.string() + ": " + errorText(error));
     }
     return store;
+}
+
+// Gives an image file its size and its room on the host's disk, so that a full disk is not taken for a bad
+// sector.
+void reserve(const fs::path& file, const fs::path& target) {
+    const int opened = open(file.c_str(), O_RDWR | O_CLOEXEC);
+    int error = opened < 0 ? errno : 0;
+    if (opened >= 0) {
+        error = posix_fallocate(opened, 0, off_t{winlayer::sectors1440} * off_t{winlayer::sectorSize});
+        close(opened);
+    }
+    if (error != 0) {
+        throw Problem(ExitCode::failure,
+                      "cannot write " + target.string() + ": " + std::generic_category().message(error));
+    }
+}
+
+// The copy has the image's permissions too: an image that nobody may write is a protected diskette.
+void copyImage(const fs::path& image, const fs::path& copy) {
+    std::error_code error;
+    fs::copy_file(image, copy, fs::copy_options::overwrite_existing, error);
+    if (error) throw Problem(ExitCode::failure, "cannot copy " + image.string() + ": " + error.message());
 }
 
 DWORD freshSerial() {
@@ -99,10 +129,10 @@ TargetFacts examine(const Target& target) {
     return facts;
 }
 
-void makeBlankImage(const fs::path& file) {
-    fs::resize_file(file, std::uintmax_t{winlayer::sectors1440} * winlayer::sectorSize);
-    if (winlayer::formatDiskette(*openTarget({file, {}}), freshSerial()) != 0) {
-        throw Problem(ExitCode::failure, "cannot write " + file.string());
+void makeBlankImage(const StagedFile& file) {
+    reserve(file.path(), file.target());
+    if (const DWORD error = winlayer::formatDiskette(*openTarget({file.path(), {}}), freshSerial())) {
+        throw Problem(ExitCode::failure, "cannot write " + file.target().string() + ": " + errorText(error));
     }
 }
 
@@ -113,9 +143,9 @@ Diskette::Diskette(const Target& target, const std::string& state) {
     } else {
         staged_ = std::make_unique<StagedFile>(target.image);
         if (fs::exists(target.image)) {
-            fs::copy_file(target.image, staged_->path(), fs::copy_options::overwrite_existing);
+            copyImage(target.image, staged_->path());
         } else {
-            makeBlankImage(staged_->path());
+            makeBlankImage(*staged_);
         }
         store = openTarget({staged_->path(), {}});
     }
@@ -126,8 +156,7 @@ Diskette::Diskette(const Target& target, const std::string& state) {
 void Diskette::commit() {
     drive_->setState({});
     if (const DWORD error = drive_->settle()) {
-        throw Problem(ExitCode::mediumError,
-                      "the diskette could not be finished (Windows error " + std::to_string(error) + ")");
+        throw Problem(ExitCode::mediumError, "the diskette could not be finished: " + errorText(error));
     }
     drive_->eject();
     if (staged_) staged_->commit();
@@ -147,9 +176,8 @@ Problem diagnose(DisketteDrive& drive) {
             return {ExitCode::writeProtected, "the diskette is write-protected"};
         if (error == ERROR_NOT_READY) return {ExitCode::noDiskette, "there is no diskette in the drive"};
         if (isBadSector(error)) {
-            return {ExitCode::mediumError, "sector " + std::to_string(number) +
-                                               " of the diskette is bad (Windows error " +
-                                               std::to_string(error) + ")"};
+            return {ExitCode::mediumError,
+                    "sector " + std::to_string(number) + " of the diskette is bad: " + errorText(error)};
         }
     }
     return {ExitCode::failure, "the diskette could not be made"};

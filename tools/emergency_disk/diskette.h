@@ -20,8 +20,8 @@ struct TargetFacts {
 // one that is in use), failure.
 TargetFacts examine(const Target& target);
 
-// Makes a file that is there a blank 1.44 MB FAT12 diskette. Throws Problem(failure).
-void makeBlankImage(const std::filesystem::path& file);
+// Makes a staged file a blank 1.44 MB FAT12 diskette. Throws Problem(failure).
+void makeBlankImage(const StagedFile& file);
 
 // The diskette that is worked on. An image is built beside its place (from a copy of the old one, or blank)
 // and put there by commit(); a device is worked on itself.

@@ -7,6 +7,7 @@
 #include "boot_check.h"
 #include "boot_files.h"
 #include "tools/common/names.h"
+#include "tools/common/reasons.h"
 
 namespace tools::emergency_disk {
 
@@ -18,10 +19,6 @@ namespace {
 
 constexpr DWORD attributeBits =
     FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
-
-std::string errorText(DWORD error) {
-    return "Windows error " + std::to_string(error);
-}
 
 void checkStart(DisketteDrive& drive, Inspection& inspection) {
     const boot_check::Report report = boot_check::CheckDiskette([&](DWORD number, boot_check::Sector sector) {

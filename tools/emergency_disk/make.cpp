@@ -50,13 +50,14 @@ void confirm(const MakeOptions& options, const TargetFacts& facts, Console& cons
     const std::string name = options.target.path().string();
     if (!facts.isDiskette) {
         throw Problem(ExitCode::refused,
-                      name + " does not hold a formatted 1.44 MB FAT12 diskette; nothing was changed");
+                      name + " does not hold a formatted 1.44 MB FAT12 diskette; nothing was changed" +
+                          (options.target.isDevice() ? "" : " (emergency-disk format makes it one)"));
     }
     if (options.yes || options.dryRun) return;
     const std::string label = facts.label.empty() ? "" : " (label " + utf8(facts.label) + ")";
     if (!console.confirm("Erase everything on the diskette " + name + label + "?")) {
         throw Problem(ExitCode::refused,
-                      "not confirmed; nothing was changed (--yes replaces without asking)");
+                      name + ": not confirmed; nothing was changed (--yes replaces without asking)");
     }
 }
 
@@ -78,24 +79,25 @@ void runMaker(const MakeOptions& options, const std::string& label, winlayer::Di
     const Cancellation::Scope scope(cancellation, [&maker] { maker.SendCancelCommand(); });
     const bool found = maker.FindFloppyDrive() == 1;
     cancellation.check();
-    if (!found) throw Problem(ExitCode::noDiskette, maker.shownError());
+    if (!found) {
+        throw Problem(ExitCode::noDiskette, options.target.path().string() + ": " + maker.shownError());
+    }
     const bool made = maker.MakeDisk() == 1;
     cancellation.check();
     if (made && maker.shownError().empty()) return;
     const Problem cause = diagnose(drive);
-    throw Problem(cause.code(), std::string(cause.what()) + " (" +
-                                    (maker.shownError().empty() ? maker.lastStatus() : maker.shownError()) +
-                                    ")");
+    const std::string& shown = maker.shownError().empty() ? maker.lastStatus() : maker.shownError();
+    throw Problem(cause.code(), options.target.path().string() + ": " + cause.what() + " (" + shown + ")");
 }
 
-void verify(winlayer::DisketteDrive& drive, const DiskPlan& plan, const std::string& label,
-            Session& session) {
+void verify(const MakeOptions& options, winlayer::DisketteDrive& drive, const DiskPlan& plan,
+            const std::string& label, Session& session) {
     session.console.status("Reading the diskette back ...");
     const Inspection inspection = inspect(drive, {&plan, &label});
     session.result["verified"] = inspection.passed();
     if (!inspection.passed()) {
         const Check* fault = inspection.firstFault();
-        throw Problem(ExitCode::verificationFailed, "the finished diskette is not right: " +
+        throw Problem(ExitCode::verificationFailed, options.target.path().string() + ": not right: " +
                                                         (fault ? fault->sentence : "it would not boot"));
     }
 }
@@ -117,6 +119,7 @@ void report(const MakeOptions& options, const DiskPlan& plan, const std::string&
 }  // namespace
 
 void make(const MakeOptions& options, Session& session) {
+    options.target.require();
     winlayer::ScopedMachine machine(windowsVersion(options.windows));
     machine->drives.mountFolder('Z', "/");
     const std::string label = checkedLabel(options.label);
@@ -127,7 +130,7 @@ void make(const MakeOptions& options, Session& session) {
         Diskette diskette(options.target, options.simulate);
         machine->drives.mount('A', diskette.sharedDrive(), DRIVE_REMOVABLE);
         runMaker(options, label, diskette.drive(), session.console, cancellation);
-        if (options.verify) verify(diskette.drive(), plan, label, session);
+        if (options.verify) verify(options, diskette.drive(), plan, label, session);
         cancellation.check();
         diskette.commit();
     }

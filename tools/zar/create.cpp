@@ -3,6 +3,7 @@
 
 #include "tools/common/archive_reading.h"
 #include "tools/common/names.h"
+#include "tools/common/reasons.h"
 #include "tools/common/staging.h"
 #include "tools/zar/commands.h"
 #include "zar_archive.h"
@@ -73,10 +74,18 @@ void refuseArchiveInside(const fs::path& archive, const fs::path& folder) {
                   archive.string() + " lies in the folder that is to be packed; write it elsewhere");
 }
 
-// Why the engine stopped, in terms of the file it was at.
-Problem explain(const Packer& packer, const std::exception& fault) {
-    const std::string at = packer.current().empty() ? "" : " (at: " + packer.current() + ")";
-    return {ExitCode::failure, std::string("cannot pack: ") + utf8(fault.what()) + at};
+// Why the engine stopped. Only a file that cannot be opened is named by the fault itself. A folder that
+// cannot be walked to its end stops it before any file.
+Problem explain(const CreateOptions& options, const Packer& packer, const std::exception& fault) {
+    const auto* file = dynamic_cast<const UTILS::DiskIoException*>(&fault);
+    if (file == nullptr && packer.current().empty() && !options.folder.empty()) {
+        return {ExitCode::failure, "cannot pack " + options.folder.string() +
+                                       ": a folder in it is not readable, or a name has a character outside "
+                                       "the ANSI code page"};
+    }
+    const bool named = file != nullptr && file->m_type == UTILS::DISKIO_OPEN;
+    const std::string at = named ? "" : " (" + packer.current() + ")";
+    return {ExitCode::failure, "cannot pack: " + reasonOf(fault) + at};
 }
 
 void refuseEmptyFile(const fs::path& file) {
@@ -101,26 +110,6 @@ void refuseEmptyFiles(const CreateOptions& options) {
     }
 }
 
-std::size_t countFiles(const fs::path& folder) {
-    std::size_t count = 0;
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
-        if (entry.is_regular_file()) ++count;
-    }
-    return count;
-}
-
-// A folder that cannot be walked to its end, or a name outside the code page, ends the archiver's walk early.
-void refuseIncomplete(const CreateOptions& options, std::size_t packed) {
-    if (options.folder.empty()) return;
-    const std::size_t found = countFiles(options.folder);
-    if (packed == found) return;
-    throw Problem(ExitCode::failure,
-                  "only " + std::to_string(packed) + " of the " + std::to_string(found) + " files below " +
-                      options.folder.string() +
-                      " could be packed; a folder is not readable, or a name has a character "
-                      "outside the ANSI code page");
-}
-
 void pack(const CreateOptions& options, const std::string& source, const StagedFile& staged, Session& session,
           Cancellation& cancellation) {
     Packer packer(source, windowsPath(staged.path()), session.console);
@@ -130,7 +119,8 @@ void pack(const CreateOptions& options, const std::string& source, const StagedF
     } catch (const std::exception& fault) {
         cancellation.check();
         refuseEmptyFiles(options);
-        throw explain(packer, fault);
+        blameFullDisk(staged.path().parent_path());
+        throw explain(options, packer, fault);
     }
     cancellation.check();
 }
@@ -147,25 +137,29 @@ void create(const CreateOptions& options, Session& session) {
     if (options.list.empty()) {
         std::error_code error;
         if (!fs::is_directory(options.folder, error)) {
-            throw Problem(ExitCode::failure, "no such folder: " + options.folder.string());
+            throw Problem(ExitCode::failure, options.folder.string() + " is not a folder");
         }
         refuseArchiveInside(options.archive, options.folder);
         source = windowsPath(options.folder);
     } else {
         const std::string text = engineList(options.list);
-        list = std::make_unique<StagedFile>(fs::temp_directory_path() / options.list.filename());
-        std::ofstream(list->path(), std::ios::binary) << text;
+        list = std::make_unique<StagedFile>(options.archive);  // never committed: for the engine alone
+        std::ofstream copy(list->path(), std::ios::binary);
+        if (!(copy << text).flush()) {
+            throw Problem(ExitCode::failure, "cannot write beside " + options.archive.string());
+        }
         source = windowsPath(list->path());
     }
     StagedFile staged(options.archive);
     pack(options, source, staged, session, cancellation);
     const ArchiveContents contents = readSoundArchive(staged.path());
-    refuseIncomplete(options, contents.records.size());
+    cancellation.check();
     staged.commit();
     session.result["archive"] = options.archive.string();
     session.result["files"] = contents.records.size();
     session.result["bytes"] = fs::file_size(options.archive);
-    session.console.status(options.archive.string() + ": " + std::to_string(contents.records.size()) +
+    if (session.json) return;
+    session.console.result(options.archive.string() + ": " + std::to_string(contents.records.size()) +
                            " files");
 }
 

@@ -2,6 +2,7 @@
 
 #include "tools/common/archive_reading.h"
 #include "tools/common/names.h"
+#include "tools/common/reasons.h"
 #include "tools/common/staging.h"
 #include "tools/zar/commands.h"
 #include "zar_extract.h"
@@ -12,14 +13,23 @@ namespace fs = std::filesystem;
 
 namespace {
 
-// The extractor with its status lines on the console.
+// The extractor with its status lines on the console. They tell where a file will be in the end, not where it
+// waits.
 class Unpacker : public Extract_ZAR {
 public:
-    explicit Unpacker(Console& console) : console_(console) {}
+    Unpacker(const StagedFolder& staged, const fs::path& folder, Console& console)
+        : waiting_(windowsPath(staged.path())), final_(windowsPath(folder)), console_(console) {}
 
-    void UPDATE_WINDOW(const char* text, int) override { console_.status(utf8(text)); }
+    void UPDATE_WINDOW(const char* text, int) override {
+        std::string line = text;
+        const std::size_t at = line.find(waiting_);
+        if (at != std::string::npos) line.replace(at, waiting_.size(), final_);
+        console_.status(utf8(line));
+    }
 
 private:
+    const std::string waiting_;
+    const std::string final_;
     Console& console_;
 };
 
@@ -37,9 +47,11 @@ struct Extraction {
                              onlyName == nullptr, options.stripFirst);
         } catch (const std::exception& fault) {
             cancellation.check();
-            readSoundArchive(archive);
+            // An archive of no files has not even a first field, which the extractor takes for a failure.
+            if (readSoundArchive(options.archive).records.empty()) return;
+            blameFullDisk(options.folder);
             throw Problem(ExitCode::failure,
-                          "cannot unpack " + options.archive.string() + ": " + utf8(fault.what()));
+                          "cannot unpack " + options.archive.string() + ": " + reasonOf(fault));
         }
         cancellation.check();
     }
@@ -67,8 +79,8 @@ fs::path onlyFileBelow(const fs::path& folder) {
     return {};
 }
 
-// The extractor puts a named file below the folder part of the wanted name, so each file gets a folder of its
-// own and is moved to the place that its name says.
+// The extractor does not tell whether the archive holds the name, so each file gets a folder of its own: what
+// lies there afterwards is the answer.
 void extractNamed(const Extraction& extraction, const fs::path& work, const fs::path& whole,
                   const std::string& name) {
     if (name.empty()) throw Problem(ExitCode::usage, "an empty name names no file");
@@ -89,26 +101,25 @@ void extractNamed(const Extraction& extraction, const fs::path& work, const fs::
 }  // namespace
 
 void extract(const ExtractOptions& options, Session& session) {
-    std::error_code error;
-    if (!fs::is_regular_file(options.archive, error)) {
-        throw Problem(ExitCode::failure, "no such archive: " + options.archive.string());
-    }
+    requireArchive(options.archive);
     Cancellation cancellation;
     StagedFolder staged(options.folder);
-    Unpacker unpacker(session.console);
+    Unpacker unpacker(staged, options.folder, session.console);
     const Cancellation::Scope scope(cancellation, [&unpacker] { unpacker.SendCancelCommand(); });
     const Extraction extraction{options, unpacker, cancellation};
+    std::size_t files = options.names.size();
     if (options.names.empty()) {
-        const ArchiveContents contents = readSoundArchive(options.archive);
+        files = readSoundArchive(options.archive).records.size();
         extraction.run(staged.path(), nullptr);
-        session.result["files"] = contents.records.size();
     } else {
         const fs::path whole = staged.path() / "whole";
         for (const std::string& name : options.names) extractNamed(extraction, staged.path(), whole, name);
-        session.result["files"] = options.names.size();
     }
     staged.commit(options.names.empty() ? fs::path() : fs::path("whole"));
+    session.result["files"] = files;
     session.result["directory"] = options.folder.string();
+    if (session.json) return;
+    session.console.result(options.folder.string() + ": " + std::to_string(files) + " files");
 }
 
 }  // namespace tools::zar

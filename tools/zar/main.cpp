@@ -17,35 +17,37 @@ int main(int argc, char** argv) {
                                         "  zar create disk.dat files/\n"
                                         "  zar create disk.dat --list files.txt\n",
                                         [&](Session& session) { zar::create(create, session); });
-    command
-        ->add_option("ARCHIVE", create.archive,
-                     "The archive to write; an older one is replaced when this is whole")
+    named(command->add_option("ARCHIVE", create.archive,
+                              "The archive to write; an older one is replaced when this is whole"),
+          "")
         ->required();
-    auto* folder =
-        command->add_option("DIRECTORY", create.folder, "The folder whose files are packed, subfolders too");
-    auto* list = command->add_option("-l,--list", create.list, "A text file that names one file a line");
-    list->excludes(folder);
+    CLI::Option* folder = named(
+        command->add_option("DIRECTORY", create.folder, "The folder whose files are packed, subfolders too"),
+        "");
+    named(command->add_option("-l,--list", create.list, "A text file that names one file a line"), "FILE")
+        ->excludes(folder);
 
     zar::ListOptions listing;
     command = program.command("list", "Show name, size and attributes of every file",
                               "  zar list disk.dat --json\n",
                               [&](Session& session) { zar::list(listing, session); });
-    command->add_option("ARCHIVE", listing.archive, "The archive to read")->required();
+    named(command->add_option("ARCHIVE", listing.archive, "The archive to read"), "")->required();
 
     zar::ExtractOptions extract;
     command = program.command("extract", "Unpack all files, or those that are named",
                               "  zar extract disk.dat -C unpacked\n"
                               "  zar extract disk.dat CONFIG.SYS -C unpacked\n",
                               [&](Session& session) { zar::extract(extract, session); });
-    command->add_option("ARCHIVE", extract.archive, "The archive to read")->required();
+    named(command->add_option("ARCHIVE", extract.archive, "The archive to read"), "")->required();
     command->add_option("NAME", extract.names, "Files to unpack, as 'zar list' shows them");
-    command->add_option("-C,--directory", extract.folder, "Where to; made when it is missing")->required();
+    named(command->add_option("-C,--directory", extract.folder, "Where to; made when it is missing"), "DIR")
+        ->required();
     command->add_flag("--strip-first", extract.stripFirst, "Drop the first element of every stored name");
 
     zar::TestOptions test;
     command = program.command("test", "Walk every record and name the first fault", "  zar test disk.dat\n",
                               [&](Session& session) { zar::test(test, session); });
-    command->add_option("ARCHIVE", test.archive, "The archive to check")->required();
+    named(command->add_option("ARCHIVE", test.archive, "The archive to check"), "")->required();
 
     return program.run(argc, argv);
 }
