@@ -1,0 +1,63 @@
+#include "CBaseDialog.h"
+
+namespace {
+
+constexpr char objectProperty[] = "QX_AWDC";
+
+}  // namespace
+
+CBaseDialog::~CBaseDialog() {
+    if (HasWindow()) {
+        ::RemovePropA(hwnd_, objectProperty);
+        ::DestroyWindow(hwnd_);
+    }
+}
+
+// The property tells our window from a later one that was given the same handle.
+bool CBaseDialog::HasWindow() const {
+    return hwnd_ != nullptr && ::GetPropA(hwnd_, objectProperty) == this;
+}
+
+LONG CBaseDialog::OnMessage(UINT, WPARAM, LPARAM, BOOL* handled) {
+    *handled = FALSE;
+    return 0;
+}
+
+int CBaseDialog::CreateDialogWindow(HINSTANCE instance, HWND parent, WORD templateId, BOOL modal) {
+    modal_ = modal;
+    const LPCSTR name = MAKEINTRESOURCEA(templateId);
+    const auto object = reinterpret_cast<LPARAM>(this);
+    if (modal_) {
+        return static_cast<int>(::DialogBoxParamA(instance, name, parent, DialogProc, object));
+    }
+    if (::IsWindow(::CreateDialogParamA(instance, name, parent, DialogProc, object))) {
+        return 0;
+    }
+    const DWORD error = ::GetLastError();
+    return static_cast<int>(error != 0 ? error : ERROR_INVALID_WINDOW_HANDLE);
+}
+
+INT_PTR CALLBACK CBaseDialog::DialogProc(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    CBaseDialog* object = nullptr;
+    if (message == WM_INITDIALOG) {
+        object = reinterpret_cast<CBaseDialog*>(lParam);
+        object->hwnd_ = window;
+        ::SetPropA(window, objectProperty, object);
+    } else {
+        object = static_cast<CBaseDialog*>(::GetPropA(window, objectProperty));
+    }
+    if (object == nullptr) {
+        return FALSE;
+    }
+    BOOL handled = FALSE;
+    INT_PTR result = 0;
+    try {
+        result = object->OnMessage(message, wParam, lParam, &handled);  // may be the object's last call
+    } catch (...) {
+        handled = FALSE;  // the host's message loop is no place for an exception
+    }
+    if (message == WM_DESTROY) {
+        ::RemovePropA(window, objectProperty);
+    }
+    return handled ? result : FALSE;
+}

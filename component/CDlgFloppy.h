@@ -1,0 +1,70 @@
+#pragma once
+#include "CWizardWindow.h"
+#include "make_zar_disks.h"
+
+enum class PageState : LONG { Ready = 0, Making = 1, Made = 2, Failed = 3 };
+
+// The emergency-disk page: a page of the wizard and the disk maker in one. The disk is made within the
+// handling of one command; the hooks pass its progress to the frame and dispatch the messages that wait
+// meanwhile. What those ask for (to go back, to leave, to end the component) stops the attempt as a cancel
+// does and is done when it has ended; a second attempt within an attempt is never made.
+class CDlgFloppy final : public CWizardWindow, public MakeZARDisks {
+public:
+    int Create(ComponentUI* owner) override;
+    void Destroy() override;
+
+    // Hooks of the disk maker and of the archive library.
+    void GET_MESSAGE_WND(HWND& window) override;
+    void UPDATE_WINDOW(const char* text, int pause) override;
+    void MoveSlider(int absolute, int value) override;
+    int GetSliderPos() override { return progressPos_; }
+    void SHOW_ERROR(int errorNumber, int kind, const char* text) override;
+
+    PageState State() const { return state_; }
+
+private:
+    // Sent by the page to itself: goes on from where the page is.
+    static constexpr WORD proceedCommand = 32868;
+    static constexpr int progressEnd = 100;
+
+    enum class Outcome { ended, again };
+
+    void OnSetUp() override;
+    void OnActivate() override;
+    void OnLayOut(const RECT& client) override;
+    bool OnCommand(WORD id) override;
+    void OnClose() override;
+
+    void ReadInstallDirectory();
+    void ConfigureDiskMaker();
+    void ShowText(UINT text) const;
+    void TellFrame(UINT message, LPARAM parameter) const;
+    void Press(WORD command) const;
+
+    void Proceed();
+    void ShowResult() const;
+    void Restart();
+
+    // CDlgFloppy_attempt.cpp
+    void MakeAttempt();
+    void BeginAttempt() const;
+    void EndAttempt() const;
+    Outcome TryDisk();
+    Outcome GiveUp();
+    bool AskForRetry();
+    void Stop(WORD command);
+    void ForgetStop();
+    void Leave(WORD command);
+    void PumpMessages();
+
+    HWND messageWindow_ = nullptr;
+    HWND textControl_ = nullptr;
+    char installDir_[MAX_PATH] = {};
+    PageState state_ = PageState::Ready;
+    LONG progressStep_ = 3;
+    LONG progressPos_ = 0;
+    bool attempting_ = false;  // MakeAttempt is on the stack
+    bool stopped_ = false;     // and is to end
+    WORD pendingCommand_ = 0;  // what is to be done then
+    bool closed_ = false;
+};

@@ -1,0 +1,222 @@
+// Making the disk: one attempt with its retries, and what the disk maker reports meanwhile.
+#include <algorithm>
+#include <string>
+#include <utility>
+
+#include "CBSTR.h"
+#include "CDlgFloppy.h"
+#include "ansi_literal.h"
+#include "qxdlgsup.h"
+#include "resources/resource.h"
+#include "wizard_protocol.h"
+
+using namespace UTILS::literals;
+
+namespace {
+
+constexpr DWORD settlingTime = 1000;  // ms between the drive's steps
+constexpr DWORD readingTime = 500;    // ms for a status line
+
+constexpr const char* driveErrorText =
+    "Fehler beim Zugriff auf das Diskettenlaufwerk.\n"
+    "Vergewissern Sie sich, dass eine Diskette eingelegt ist und der Schreibschutz entfernt ist.";
+
+bool tellsOfTheDrive(const std::string& text) {
+    return text == "Fehler beim Öffnen des Laufwerks"_ansi || text == "Fehler beim Laufwerkzugriff";
+}
+
+// One step of the disk maker, which reports its failures by 0; what its hooks may throw is one more.
+template <class Step>
+bool done(Step step) {
+    try {
+        return step() == 1;
+    } catch (...) {
+        return false;
+    }
+}
+
+}  // namespace
+
+void CDlgFloppy::MakeAttempt() {
+    if (attempting_ || closed_) {
+        return;
+    }
+    attempting_ = true;
+    BeginAttempt();
+    while (TryDisk() == Outcome::again) {
+    }
+    EndAttempt();
+    ForgetStop();
+    attempting_ = false;
+    if (closed_) {
+        ClearDiskFiles();
+    } else if (const WORD command = std::exchange(pendingCommand_, WORD{0})) {
+        Leave(command);
+    }
+}
+
+void CDlgFloppy::BeginAttempt() const {
+    TellFrame(wizard::progressRangeMessage, MAKELPARAM(0, progressEnd));
+    TellFrame(wizard::progressPositionMessage, 0);
+    TellFrame(wizard::statusTextMessage, reinterpret_cast<LPARAM>(""));
+    if (closed_) {
+        return;
+    }
+    QXSetWizButtons(Window(), wizard::buttonsWhileMaking);
+    QXEnableWizButtons(Window(), 0, wizard::buttonsWhileMaking);
+    QXEnableHomeButton(Window(), FALSE);
+}
+
+void CDlgFloppy::EndAttempt() const {
+    TellFrame(wizard::progressPositionMessage, 0);
+    TellFrame(wizard::statusTextMessage, reinterpret_cast<LPARAM>(""));
+    TellFrame(wizard::progressRangeMessage, 0);
+    if (closed_) {
+        return;
+    }
+    QXSetWizButtons(Window(), wizard::buttonsWhenDone);
+    QXEnableWizButtons(Window(), wizard::buttonsWhenDone, 0);
+    QXEnableWizButtons(Window(), wizard::buttonsAtRest, 0);
+    QXEnableHomeButton(Window(), TRUE);
+}
+
+CDlgFloppy::Outcome CDlgFloppy::TryDisk() {
+    progressPos_ = 0;
+    TellFrame(wizard::progressPositionMessage, 0);
+    ShowText(IDS_MAKING_DISK);
+    if (stopped_) {
+        return GiveUp();
+    }
+    const bool found = done([this] { return FindFloppyDrive(); });
+    if (stopped_) {
+        return GiveUp();
+    }
+    if (!found) {
+        return Outcome::ended;
+    }
+    ::Sleep(settlingTime);
+    state_ = PageState::Making;
+    const bool made = done([this] { return MakeDisk(); });
+    if (made && !closed_) {
+        state_ = PageState::Made;
+        Press(wizard::nextCommand);
+        QXEnableWizButtons(Window(), wizard::nextButton, 0);
+        return Outcome::ended;
+    }
+    if (stopped_) {
+        return GiveUp();
+    }
+    ::Sleep(settlingTime);
+    return AskForRetry() ? Outcome::again : GiveUp();
+}
+
+CDlgFloppy::Outcome CDlgFloppy::GiveUp() {
+    if (!closed_) {
+        ShowText(IDS_STOPPED);
+        state_ = PageState::Ready;
+    }
+    return Outcome::ended;
+}
+
+bool CDlgFloppy::AskForRetry() {
+    std::string drive = GetDriveRoot().c_str();
+    if (drive.size() == 3 && drive[2] == '\\') {
+        drive.pop_back();
+    }
+    CBSTR pattern;
+    pattern.LoadString(Module(), IDS_RETRY, 256);
+    std::string text = pattern.Text();
+    if (const auto place = text.find("%s"); place != std::string::npos) {
+        text.replace(place, 2, drive);
+    }
+    constexpr std::size_t longest = 255;
+    text.resize(std::min(text.size(), longest));
+    CBSTR caption;
+    caption.Format("\\@");
+    return QXMessageBox(Window(), text.c_str(), caption.Text(), MB_OKCANCEL) == IDOK && !stopped_;
+}
+
+// The running step ends at its next look at the cancel event, the attempt at its next look at stopped_.
+void CDlgFloppy::Stop(WORD command) {
+    stopped_ = true;
+    pendingCommand_ = command;
+    SendCancelCommand();
+}
+
+// A cancel that came too late for this attempt must not end the next one.
+void CDlgFloppy::ForgetStop() {
+    CheckForCancelCommand();
+    ResetCancelState();
+    stopped_ = false;
+}
+
+void CDlgFloppy::GET_MESSAGE_WND(HWND& window) {
+    window = messageWindow_;
+}
+
+void CDlgFloppy::UPDATE_WINDOW(const char* text, int pause) {
+    if (closed_) {
+        return;
+    }
+    CBSTR status(text);
+    TellFrame(wizard::statusTextMessage, reinterpret_cast<LPARAM>(status.Text()));
+    PumpMessages();
+    if (pause != 0 && !stopped_) {
+        ::Sleep(readingTime);
+    }
+}
+
+void CDlgFloppy::PumpMessages() {
+    MSG message;
+    while (!closed_ && ::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
+        if (message.message == WM_QUIT) {
+            // It is meant for the loop that the attempt has to return to.
+            ::PostQuitMessage(static_cast<int>(message.wParam));
+            Stop(0);
+            return;
+        }
+        ::TranslateMessage(&message);
+        ::DispatchMessageA(&message);
+    }
+}
+
+void CDlgFloppy::MoveSlider(int absolute, int value) {
+    if (closed_) {
+        return;
+    }
+    const LONG position = absolute != 0 ? value : progressPos_ + (value != 0 ? value : progressStep_);
+    TellFrame(wizard::progressPositionMessage, position);
+    progressPos_ = position;
+}
+
+void CDlgFloppy::SHOW_ERROR(int, int kind, const char* text) {
+    if (closed_) {
+        return;
+    }
+    const char* shown = text == nullptr ? "" : text;
+    switch (kind) {
+        case generalError:
+            QXMessageBox(messageWindow_, shown, "Systemfehler", MB_ICONEXCLAMATION);
+            if (state_ != PageState::Ready) {
+                state_ = PageState::Failed;
+                Press(wizard::nextCommand);
+            }
+            break;
+        case driveError:
+            if (tellsOfTheDrive(shown)) {
+                QXMessageBox(messageWindow_, driveErrorText, "Laufwerkfehler", MB_ICONEXCLAMATION);
+            } else {
+                QXMessageBox(messageWindow_, shown, "Fehler", MB_ICONEXCLAMATION);
+            }
+            state_ = PageState::Ready;
+            break;
+        case unexpectedError:
+            QXMessageBox(messageWindow_, "Ein unbekannter Systemfehler ist aufgetreten.", "Systemfehler",
+                         MB_ICONEXCLAMATION);
+            state_ = PageState::Failed;
+            Press(wizard::nextCommand);
+            break;
+        default:
+            break;
+    }
+}

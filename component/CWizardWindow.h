@@ -1,0 +1,54 @@
+#pragma once
+#include <windows.h>
+
+#include "CBaseDialog.h"
+#include "PagePicture.h"
+
+class ComponentUI;
+
+// A page of the wizard: a modeless dialog within the host's frame window. What all pages do is here; a page
+// fills in the steps below.
+class CWizardWindow : public CBaseDialog {
+public:
+    LONG OnMessage(UINT message, WPARAM wParam, LPARAM lParam, BOOL* handled) override;
+
+    // Makes the page's window in the owner's frame. Result: 0, or the system's error code.
+    virtual int Create(ComponentUI* owner) = 0;
+    // Closes the window and deletes the page.
+    virtual void Destroy() = 0;
+    // Shows the page and makes it the frame's current one, which is told `arg`; or hides it. Result: TRUE.
+    virtual BOOL Show(BOOL show, DWORD arg);
+
+    // Sends WM_CLOSE to the page's window and destroys it, if it exists; the page itself stays.
+    void CloseWindow();
+
+protected:
+    CWizardWindow() = default;
+    ~CWizardWindow() = default;
+
+    int CreatePage(ComponentUI* owner, WORD templateId);
+
+    // The steps. The window is there in all of them; OnClose comes twice when WM_DESTROY follows WM_CLOSE.
+    virtual void OnSetUp() = 0;
+    virtual void OnActivate() = 0;
+    virtual void OnLayOut(const RECT& client) = 0;
+    // A button of the frame, or a control of the page. False for what the page does not know.
+    virtual bool OnCommand(WORD id) = 0;
+    virtual void OnClose() {}
+
+    HWND Control(int id) const { return ::GetDlgItem(Window(), id); }
+    HWND Frame() const { return frameWindow_; }
+    HINSTANCE Module() const;
+    void OfferButtons(DWORD mask) const;  // and the home button
+    // Hides this page and shows another.
+    void SwitchTo(int index);
+    // Tells a page that it has been switched to.
+    void ActivatePage(int index) const;
+    // Leaves the component.
+    void LeaveComponent() const;
+
+private:
+    ComponentUI* component_ = nullptr;
+    HWND frameWindow_ = nullptr;
+    PagePicture picture_;
+};

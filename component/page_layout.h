@@ -1,0 +1,11 @@
+#pragma once
+#include <windows.h>
+
+// Places of controls within a page, in pixels of the page's client area.
+namespace page_layout {
+
+// Empty when there is no such control.
+RECT Place(HWND page, int control);
+void Move(HWND page, int control, int left, int top, int width, int height, bool redraw);
+
+}  // namespace page_layout
