@@ -1,0 +1,28 @@
+#pragma once
+#include "host/frame/loaded_module.h"
+
+namespace host {
+
+// A component's library, and the component it makes for a frame.
+class Component {
+public:
+    // `library` is its path (8-bit). Throws Failure (notInstalled) when it cannot be loaded.
+    explicit Component(const std::string& library);
+    ~Component() { destroy(); }
+
+    // Has the component show its first page in the frame. Throws Failure when it makes none.
+    void create(HWND frame);
+    // Takes its pages away; without effect when there is none.
+    void destroy();
+    // Enters the component in the property store, or removes its entry. Throws Failure.
+    void registerSelf();
+    void unregisterSelf();
+
+private:
+    void callRegistration(const char* name);
+
+    LoadedModule module_;
+    DWORD_PTR instance_ = 0;
+};
+
+}  // namespace host

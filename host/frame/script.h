@@ -1,0 +1,58 @@
+#pragma once
+#include <windows.h>
+
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "host/protocol.h"
+
+namespace host {
+
+// A script for the frame: steps separated by semicolons, as in "next; select 1012; next; answer ok".
+namespace step {
+
+struct Press {  // next, back, finish, cancel, help, home
+    Button button;
+};
+struct Select {  // select ID: clicks a control of the page
+    int id;
+};
+// answer ok|cancel [STATE]: the answer to a message box to come, which first puts the diskette into a state.
+struct Answer {
+    int button;  // IDOK ...
+    std::string medium;
+};
+struct Key {  // key NAME: Tab, Enter, Escape, Space, Up, Down, Left, Right, Alt+LETTER
+    UINT message;
+    WPARAM key;
+    bool released;  // a release follows the press
+};
+struct Wait {};  // handles every message that waits
+struct Resize {  // resize W H: the frame's size in pixels
+    int width;
+    int height;
+};
+struct Medium {  // medium STATE: the state of the diskette
+    std::string state;
+};
+
+}  // namespace step
+
+struct Step {
+    std::string text;  // as written, blanks trimmed
+    std::variant<step::Press, step::Select, step::Answer, step::Key, step::Wait, step::Resize, step::Medium>
+        action;
+};
+
+// Reads a script; throws Failure (usage) that names the step it does not understand. Empty steps are skipped.
+std::vector<Step> parseScript(const std::string& script);
+
+// The answers that a script and its transcript know: their name, null or nothing for others.
+const char* answerName(int button);
+std::optional<int> answerButton(const std::string& name);
+// For the program's help: one line for each kind of step.
+const char* scriptHelp();
+
+}  // namespace host

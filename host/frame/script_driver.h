@@ -1,0 +1,40 @@
+#pragma once
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "host/frame/answers.h"
+#include "host/frame/platform.h"
+#include "host/frame/script.h"
+#include "host/frame/wizard_frame.h"
+
+namespace host {
+
+// Carries out a script on a frame, as a user would, and writes down what comes of it.
+class ScriptDriver {
+public:
+    // `screenshots`: a folder for a PNG of the frame after each step; empty for none.
+    ScriptDriver(WizardFrame& frame, Platform& platform, Transcript& transcript, Answers& answers,
+                 std::filesystem::path screenshots = {});
+    // Throws Failure (scriptFailed) at the first step that a user could not do.
+    void run(const std::vector<Step>& steps);
+
+private:
+    void settle(const std::string& name);
+    void perform(const step::Press& press);
+    void perform(const step::Select& select);
+    void perform(const step::Answer& answer);
+    void perform(const step::Key& key);
+    void perform(const step::Wait&) {}  // every step ends by handling what waits
+    void perform(const step::Resize& resize);
+    void perform(const step::Medium& medium);
+
+    WizardFrame& frame_;
+    Platform& platform_;
+    Transcript& transcript_;
+    Answers& answers_;
+    std::filesystem::path screenshots_;
+    int taken_ = 0;
+};
+
+}  // namespace host

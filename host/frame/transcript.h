@@ -1,0 +1,49 @@
+#pragma once
+#include <map>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "host/frame/page_view.h"
+#include "host/frame/wizard_frame.h"
+
+namespace host {
+
+// Writes down what a user would see of the frame, one line (UTF-8) for each thing that changes:
+//
+//     > next                                          what was done
+//     page 2                                          a page, numbered in the order of first showing
+//       1011 (x) Mendwell Ostrel &ausführen           its controls: (x), ( ) marks of radio buttons
+//     buttons: back next cancel help home             those offered; "-back" when disabled
+//     status: ...    progress: 0..100    progress: 3    progress: off
+//     message [caption] text -> ok    help 802: ...    leave
+class Transcript : public FrameEvents {
+public:
+    explicit Transcript(std::ostream& out) : out_(out) {}
+    // The frame whose buttons are written down; it outlives the transcript's use.
+    void watch(const WizardFrame& frame) { frame_ = &frame; }
+
+    void line(const std::string& utf8);
+    // Writes what has changed on the page and of the buttons since the last time.
+    void flush();
+
+    void pageShown(HWND page, WPARAM argument) override;
+    void buttonsChanged() override {}  // written with the next flush, when the page has settled
+    void progressRange(int low, int high) override;
+    void progress(int position) override;
+    void status(const std::string& text) override;
+    void leaving() override;
+
+private:
+    void flushPage();
+    void flushButtons();
+
+    std::ostream& out_;
+    const WizardFrame* frame_ = nullptr;
+    std::map<HWND, int> pageNumbers_;
+    bool pagePending_ = false;
+    std::vector<ControlView> shown_;
+    std::string buttons_;
+};
+
+}  // namespace host

@@ -1,0 +1,244 @@
+#include "host/frame/wizard_frame.h"
+
+#include <commctrl.h>
+
+#include <initializer_list>
+
+#include "host/frame/failure.h"
+#include "host/frame/frame_resources.h"
+
+namespace host {
+
+namespace {
+
+constexpr Button allButtons[] = {Button::home,   Button::back,   Button::next,
+                                 Button::finish, Button::cancel, Button::help};
+
+HFONT boldFontOf(HWND window) {
+    LOGFONTA description{};
+    const auto font = reinterpret_cast<HFONT>(SendMessageA(window, WM_GETFONT, 0, 0));
+    if (!font || GetObjectA(font, sizeof(description), &description) == 0) return nullptr;
+    description.lfWeight = FW_BOLD;
+    return CreateFontIndirectA(&description);
+}
+
+}  // namespace
+
+WizardFrame::WizardFrame(HINSTANCE instance, FrameEvents& events) : events_(events) {
+    InitCommonControls();
+    if (!CreateDialogParamA(instance, MAKEINTRESOURCEA(DIALOG_FRAME), nullptr, dialogProcedure,
+                            reinterpret_cast<LPARAM>(this))) {
+        throw Failure(ExitCode::failure,
+                      "cannot make the frame window (error " + std::to_string(GetLastError()) + ")");
+    }
+}
+
+WizardFrame::~WizardFrame() {
+    if (window_) {
+        SetWindowLongPtrA(window_, DWLP_USER, 0);
+        DestroyWindow(window_);
+    }
+    if (headingFont_) DeleteObject(headingFont_);
+}
+
+void WizardFrame::show() {
+    ShowWindow(window_, SW_SHOW);
+    keepFocus();
+}
+
+bool WizardFrame::press(Button button) {
+    if (!buttons_.pressable(button)) return false;
+    SendMessageA(control(button), BM_CLICK, 0, 0);
+    return true;
+}
+
+void WizardFrame::dispatch(MSG& message) {
+    if (IsDialogMessageA(window_, &message)) return;
+    TranslateMessage(&message);
+    DispatchMessageA(&message);
+}
+
+void WizardFrame::dispatchWaiting() {
+    MSG message;
+    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) dispatch(message);
+}
+
+INT_PTR CALLBACK WizardFrame::dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_INITDIALOG) {
+        const auto frame = reinterpret_cast<WizardFrame*>(lParam);
+        frame->window_ = window;
+        SetWindowLongPtrA(window, DWLP_USER, lParam);
+        frame->initialise();
+        return TRUE;
+    }
+    const auto frame = reinterpret_cast<WizardFrame*>(GetWindowLongPtrA(window, DWLP_USER));
+    return frame ? frame->onMessage(message, wParam, lParam) : FALSE;
+}
+
+void WizardFrame::initialise() {
+    headingFont_ = boldFontOf(window_);
+    layout_ = FrameLayout(window_);
+    layout_.add(CONTROL_PAGE_AREA, {true, true, true, true});
+    for (const int control : {CONTROL_STATUS, CONTROL_PROGRESS, CONTROL_SEPARATOR}) {
+        layout_.add(control, {true, false, true, true});
+    }
+    layout_.add(BUTTON_HOME, {true, false, false, true});
+    for (const int button : {BUTTON_BACK, BUTTON_NEXT, BUTTON_FINISH, BUTTON_CANCEL, BUTTON_HELP}) {
+        layout_.add(button, {false, false, true, true});
+    }
+    showButtons(buttons_);
+}
+
+INT_PTR WizardFrame::answer(LRESULT result) {
+    SetWindowLongPtrA(window_, DWLP_MSGRESULT, result);
+    return TRUE;
+}
+
+INT_PTR WizardFrame::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    const ButtonState before = buttons_;
+    switch (message) {
+        case WM_COMMAND:
+            onCommand(LOWORD(wParam));
+            return TRUE;
+        case WM_SIZE:
+            layout_.apply();
+            if (page_) layOutPage(page_);
+            InvalidateRect(window_, nullptr, TRUE);
+            return TRUE;
+        case messageLeave:
+            leave();
+            return answer(0);
+        case messageCurrentPage:
+            setCurrentPage(reinterpret_cast<HWND>(lParam), wParam);
+            return answer(0);
+        case messageProgressRange:
+            setProgressRange(lParam);
+            return answer(0);
+        case messageProgress:
+            SendMessageA(GetDlgItem(window_, CONTROL_PROGRESS), PBM_SETPOS, static_cast<WPARAM>(lParam), 0);
+            events_.progress(static_cast<int>(lParam));
+            return answer(0);
+        case messageStatus:
+            setStatus(reinterpret_cast<const char*>(lParam));
+            return answer(0);
+        case messageHeadingFont:
+            return answer(reinterpret_cast<LRESULT>(headingFont_));
+        case messageLayOutPage:
+            layOutPage(reinterpret_cast<HWND>(lParam));
+            return answer(0);
+        case messageSetButtons:
+            buttons_.offer(static_cast<DWORD>(wParam));
+            break;
+        case messageEnableButtons:
+            buttons_.enable(static_cast<DWORD>(wParam), static_cast<DWORD>(lParam));
+            break;
+        case messageEnableHome:
+            buttons_.enableHome(wParam != 0);
+            break;
+        case messagePageGone:
+            if (page_ == reinterpret_cast<HWND>(lParam)) page_ = nullptr;
+            return answer(0);
+        default:
+            return FALSE;
+    }
+    showButtons(before);
+    return answer(0);
+}
+
+// Escape and the close button of the window arrive as IDCANCEL and do what Cancel does.
+void WizardFrame::onCommand(WORD id) {
+    if (id == IDCANCEL) {
+        if (page_) {
+            command(Button::cancel);
+        } else {
+            leave();
+        }
+        return;
+    }
+    for (const Button button : allButtons) {
+        if (id == static_cast<WORD>(button)) command(button);
+    }
+}
+
+void WizardFrame::command(Button button) {
+    if (!buttons_.pressable(button)) return;
+    if (button == Button::home) {
+        leave();
+    } else if (page_) {
+        SendMessageA(page_, WM_COMMAND, static_cast<WORD>(button), 0);
+    }
+}
+
+void WizardFrame::leave() {
+    if (left_) return;
+    left_ = true;
+    events_.leaving();
+}
+
+void WizardFrame::setCurrentPage(HWND page, WPARAM argument) {
+    page_ = page;
+    events_.pageShown(page, argument);
+}
+
+// A page whose size does not change gets no WM_SIZE from the system, yet it may never have laid out its
+// controls.
+void WizardFrame::layOutPage(HWND page) {
+    const RECT area = layout_.rectangle(CONTROL_PAGE_AREA);
+    const LONG width = area.right - area.left;
+    const LONG height = area.bottom - area.top;
+    RECT before{};
+    GetClientRect(page, &before);
+    SetWindowPos(page, HWND_TOP, area.left, area.top, width, height, SWP_NOACTIVATE);
+    RECT after{};
+    GetClientRect(page, &after);
+    if (before.right == after.right && before.bottom == after.bottom) {
+        SendMessageA(page, WM_SIZE, SIZE_RESTORED, MAKELPARAM(after.right, after.bottom));
+    }
+}
+
+void WizardFrame::setProgressRange(LPARAM range) {
+    const HWND bar = GetDlgItem(window_, CONTROL_PROGRESS);
+    if (range != 0) SendMessageA(bar, PBM_SETRANGE, 0, range);
+    SendMessageA(bar, PBM_SETPOS, 0, 0);
+    ShowWindow(bar, range != 0 ? SW_SHOW : SW_HIDE);
+    events_.progressRange(LOWORD(range), HIWORD(range));
+}
+
+void WizardFrame::setStatus(const char* text) {
+    const char* shown = text ? text : "";
+    SetWindowTextA(GetDlgItem(window_, CONTROL_STATUS), shown);
+    events_.status(shown);
+}
+
+// Buttons that come appear before others go, so that the focus can move from the one to the other.
+void WizardFrame::showButtons(const ButtonState& before) {
+    for (const bool pressable : {true, false}) {
+        for (const Button button : allButtons) {
+            if (buttons_.pressable(button) != pressable) continue;
+            EnableWindow(control(button), buttons_.enabled(button));
+            ShowWindow(control(button), buttons_.offered(button) ? SW_SHOW : SW_HIDE);
+        }
+        if (pressable) keepFocus();
+    }
+    SendMessageA(window_, DM_SETDEFID, static_cast<WPARAM>(buttons_.defaultButton()), 0);
+    if (!(buttons_ == before)) events_.buttonsChanged();
+}
+
+// The keyboard must not end on a button that goes, nor nowhere.
+void WizardFrame::keepFocus() {
+    if (GetActiveWindow() != window_) return;
+    const HWND focus = GetFocus();
+    bool stays = focus && focus != window_ && IsWindowVisible(focus) && IsWindowEnabled(focus);
+    for (const Button button : allButtons) {
+        if (focus == control(button)) stays = buttons_.pressable(button);
+    }
+    if (stays) return;
+    const Button button = buttons_.defaultButton();
+    SetFocus(buttons_.pressable(button) ? control(button) : window_);
+}
+
+HWND WizardFrame::control(Button button) const {
+    return GetDlgItem(window_, static_cast<int>(button));
+}
+
+}  // namespace host

@@ -1,0 +1,74 @@
+#pragma once
+#include <string>
+
+#include "host/frame/button_state.h"
+#include "host/frame/frame_layout.h"
+
+namespace host {
+
+// What happens to the frame, for whoever keeps a record of it. Called on the frame's thread, also from within
+// a page's own work. Texts are 8-bit.
+class FrameEvents {
+public:
+    virtual ~FrameEvents() = default;
+    virtual void pageShown(HWND page, WPARAM argument) = 0;
+    virtual void buttonsChanged() = 0;
+    virtual void progressRange(int low, int high) = 0;  // 0, 0: no progress any more
+    virtual void progress(int position) = 0;
+    virtual void status(const std::string& text) = 0;
+    virtual void leaving() = 0;
+};
+
+// The wizard frame: a window with the buttons Home, Back, Next, Finish, Cancel and Help, a status line, a
+// progress bar, and room for a component's page, which it lays out. It answers the messages of
+// host/protocol.h and sends button commands to the current page. One thread makes and uses it.
+class WizardFrame {
+public:
+    // Makes the window, hidden; `instance` holds its resources. Throws Failure. `events` outlives the frame.
+    WizardFrame(HINSTANCE instance, FrameEvents& events);
+    ~WizardFrame();
+    WizardFrame(const WizardFrame&) = delete;
+    WizardFrame& operator=(const WizardFrame&) = delete;
+
+    void show();
+    HWND window() const { return window_; }
+    // Null while there is none.
+    HWND page() const { return page_; }
+    const ButtonState& buttons() const { return buttons_; }
+    // Whether the component is to be left: by its own wish, by Home, or by closing a frame without a page.
+    // The component must then be destroyed, but not before its page has returned.
+    bool left() const { return left_; }
+
+    // Clicks a button; false when the page does not offer it or it is disabled.
+    bool press(Button button);
+    // Handles a message of the thread's queue.
+    void dispatch(MSG& message);
+    // Handles the messages that wait in the thread's queue.
+    void dispatchWaiting();
+
+private:
+    static INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
+    INT_PTR onMessage(UINT message, WPARAM wParam, LPARAM lParam);
+    INT_PTR answer(LRESULT result);
+    void initialise();
+    void onCommand(WORD id);
+    void command(Button button);
+    void leave();
+    void setCurrentPage(HWND page, WPARAM argument);
+    void layOutPage(HWND page);
+    void setProgressRange(LPARAM range);
+    void setStatus(const char* text);
+    void showButtons(const ButtonState& before);
+    void keepFocus();
+    HWND control(Button button) const;
+
+    HWND window_ = nullptr;
+    HWND page_ = nullptr;
+    HFONT headingFont_ = nullptr;
+    FrameLayout layout_;
+    ButtonState buttons_;
+    FrameEvents& events_;
+    bool left_ = false;
+};
+
+}  // namespace host

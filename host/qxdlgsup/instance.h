@@ -1,0 +1,9 @@
+#pragma once
+#include <windows.h>
+
+namespace qxdlgsup {
+
+// This library's own module, which holds its resources.
+HINSTANCE instance();
+
+}  // namespace qxdlgsup

@@ -1,0 +1,46 @@
+// The program `host` as its user starts it: what one run leaves to the next, and how it ends.
+#include "host/host_run.h"
+
+namespace {
+
+class HostProgram : public HostRun {
+protected:
+    void install() const {
+        const Ended ended = run("--install . --component " BUILD_DIRECTORY "/host/QXCSample.dll");
+        ASSERT_EQ(ended.code, 0) << ended.text;
+    }
+};
+
+TEST_F(HostProgram, ALaterRunFindsWhatAnEarlierOneInstalled) {
+    EXPECT_EQ(run("--component QXSample --script ''").code, 4);
+    install();
+    const Ended found = run("--component QXSample --script 'next; back; cancel'");
+    EXPECT_EQ(found.code, 0) << found.text;
+    EXPECT_NE(found.text.find("> cancel\nleave\n"), std::string::npos) << found.text;
+    EXPECT_EQ(run("--component QXSample --uninstall").code, 0);
+    EXPECT_EQ(run("--component QXSample --script ''").code, 4);
+}
+
+TEST_F(HostProgram, EndsWithACodeForEachReason) {
+    install();
+    const struct {
+        const char* arguments;
+        int code;
+        const char* reason;
+    } cases[] = {
+        {"--jump", 2, "there is no option '--jump'"},
+        {"--windows 7 --script ''", 2, "there is no Windows '7'"},
+        {"--component QXSample --script 'medium wet'", 2, "a diskette is never 'wet'"},
+        {"--component QXSample --script 'finish'", 3, "'finish': the button is not offered"},
+        {"--component Other --script ''", 4, "installed: QXSample"},
+        {"--component QXSample --image missing.img --script ''", 1, "missing.img"},
+        {"--install . --component /none/QXCSample.dll", 4, "cannot load"},
+    };
+    for (const auto& each : cases) {
+        const Ended ended = run(each.arguments);
+        EXPECT_EQ(ended.code, each.code) << each.arguments << '\n' << ended.text;
+        EXPECT_NE(ended.text.find(each.reason), std::string::npos) << ended.text;
+    }
+}
+
+}  // namespace
