@@ -64,7 +64,7 @@ void searchAgrees(const Input& input) {
     int result = string.FindFirst(input.pattern, position);
     for (std::uint32_t occurrence = 0; occurrence < 20; ++occurrence) {
         check(Found{result, position} ==
-                  test::model::search(input.pattern, input.text, input.matchCase, occurrence),
+                  test::model::findOccurrence(input.pattern, input.text, input.matchCase, occurrence),
               "search");
         result = string.FindNext(input.pattern, position);
     }
@@ -101,8 +101,7 @@ void replaceAgrees(const Input& input) {
     check(string.c_str()[string.length()] == '\0', "terminator");
     const auto expected =
         test::model::replaceAll(input.pattern, input.replacement, input.text, input.matchCase);
-    const bool comparable = expected && input.replacement.size() <= input.pattern.size();
-    check(!comparable || *expected == test::model::Replaced{result, string.GetSTLString()}, "replace");
+    check(!expected || *expected == test::model::Replaced{result, string.GetSTLString()}, "replace");
 }
 
 }  // namespace
