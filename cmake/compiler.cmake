@@ -11,6 +11,10 @@ if(EMDISK_SANITIZE)
     target_compile_options(project_options INTERFACE -fsanitize=${EMDISK_SANITIZE} -fno-omit-frame-pointer
         -fno-sanitize-recover=all)
     target_link_options(project_options INTERFACE -fsanitize=${EMDISK_SANITIZE})
+    if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+        # The sanitizers' own checks hide from GCC what the standard library has set.
+        target_compile_options(project_options INTERFACE -Wno-maybe-uninitialized)
+    endif()
 endif()
 if(EMDISK_FUZZ)
     target_compile_options(project_options INTERFACE -fsanitize=fuzzer-no-link,address,undefined

@@ -1,3 +1,7 @@
+# What GCC marks as unique in the process keeps its module loaded for good; a module's static objects have to end
+# when it is unloaded.
+set(unloadable $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
+
 # room(<name> <folder>...): a static library of all C++ sources in the folders (not below them).
 function(room name)
     set(sources)
@@ -9,6 +13,7 @@ function(room name)
         add_library(${name} STATIC ${sources})
         target_link_libraries(${name} PUBLIC project_options)
         target_include_directories(${name} PUBLIC ${ARGN})
+        target_compile_options(${name} PRIVATE ${unloadable})
     else()
         add_library(${name} INTERFACE)
         target_link_libraries(${name} INTERFACE project_options)

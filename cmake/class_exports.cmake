@@ -1,0 +1,23 @@
+# Lists what the libraries' classes export, for the linker of a Windows module (run by cmake -P):
+#   NM, LIBRARIES (archives, separated by commas), CLASSES (a regular expression of mangled names), OUTPUT (.def)
+string(REPLACE "," ";" LIBRARIES "${LIBRARIES}")
+execute_process(COMMAND ${NM} --defined-only --extern-only --format=posix ${LIBRARIES}
+    OUTPUT_VARIABLE symbols ERROR_QUIET COMMAND_ERROR_IS_FATAL ANY)
+string(REPLACE ";" "" symbols "${symbols}")
+string(REPLACE "\n" ";" symbols "${symbols}")
+set(lines)
+foreach(symbol IN LISTS symbols)
+    # 32-bit Windows puts an underscore before every name.
+    if(symbol MATCHES "^_?(_Z(NK?|T[VTIS]N?)(${CLASSES})[A-Za-z0-9_]*) ([TRDB])")
+        set(name ${CMAKE_MATCH_1})
+        if(CMAKE_MATCH_4 STREQUAL "T")
+            list(APPEND lines "    ${name}")
+        else()
+            list(APPEND lines "    ${name} DATA")
+        endif()
+    endif()
+endforeach()
+list(REMOVE_DUPLICATES lines)
+list(SORT lines)
+list(JOIN lines "\n" text)
+file(WRITE ${OUTPUT} "EXPORTS\n${text}\n")
