@@ -136,9 +136,9 @@ TEST_F(EmergencyDiskProgram, WorksWithoutItsStreams) {
     EXPECT_EQ(runShell(make + "2>&-", disk_.folder()).exitCode, 0);
     EXPECT_EQ(runShell("exec <&- >&- 2>&-; " + make, disk_.folder()).exitCode, 1) << "the result is lost";
     EXPECT_EQ(run({"check", "--image", "d.img", "--archive", "mwdisk1.dat"}).exitCode, 0);
-    // The reader of the status lines goes away.
-    EXPECT_EQ(runShell("(" + make + "2>&1; echo $? >code) | head -c 1", disk_.folder()).exitCode, 0);
-    EXPECT_EQ(read("code"), "1\n");
+    // The reader of the status lines has gone away: descriptor 4 was the only one that could read.
+    const std::string deaf = "mkfifo p; exec 4<>p 3>p 4<&-; ";
+    EXPECT_EQ(runShell(deaf + make + ">&3 2>&3", disk_.folder()).exitCode, 1);
     EXPECT_EQ(run({"check", "--image", "d.img", "--archive", "mwdisk1.dat"}).exitCode, 0);
     EXPECT_FALSE(leftovers());
 }
@@ -183,15 +183,26 @@ TEST_F(EmergencyDiskProgram, ABadArchiveNeverCostsADiskette) {
     expect(1, "mwdisk1.dat");
 }
 
+// The moment of the interrupt is the scheduler's: either it comes in time and the old image stays, or the run was
+// already past it and the new image is whole.
 TEST_F(EmergencyDiskProgram, AnInterruptKeepsTheOldImage) {
     ASSERT_EQ(make("d.img").exitCode, 0);
-    const std::string before = read("d.img");
-    const ProgramRun run =
-        runAndSignal("emergency-disk", {"make", "--image", "d.img", "--archive", "mwdisk1.dat", "--yes"},
-                     disk_.folder(), "Diskettenlaufwerk", SIGINT);
-    EXPECT_EQ(run.exitCode, 130) << run.err;
-    EXPECT_EQ(read("d.img"), before);
-    EXPECT_FALSE(leftovers());
+    int cancelled = 0;
+    for (int attempt = 0; attempt < 200 && cancelled < 5; ++attempt) {
+        const std::string before = read("d.img");
+        const ProgramRun run =
+            runAndSignal("emergency-disk", {"make", "--image", "d.img", "--archive", "mwdisk1.dat", "--yes"},
+                         disk_.folder(), "Diskettenlaufwerk", SIGINT);
+        if (run.exitCode == 130) {
+            ++cancelled;
+            EXPECT_EQ(read("d.img"), before);
+        } else {
+            EXPECT_EQ(run.exitCode, 0) << run.err;
+            EXPECT_EQ(this->run({"check", "--image", "d.img", "--archive", "mwdisk1.dat"}).exitCode, 0);
+        }
+        ASSERT_FALSE(leftovers());
+    }
+    EXPECT_GT(cancelled, 0);
 }
 
 TEST_F(EmergencyDiskProgram, CheckNamesWhatIsWrong) {

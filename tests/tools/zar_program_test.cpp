@@ -215,8 +215,12 @@ TEST_F(ZarProgram, RefusesNamesTheFormatCannotHold) {
 
 TEST_F(ZarProgram, AnInterruptEndsWith130AndLeavesNothing) {
     for (int i = 0; i < 40; ++i) write("in/F" + std::to_string(i) + ".DAT", std::string(4 << 20, 'x'));
-    write("a.zar", "old");
-    const ProgramRun run = runAndSignal("zar", {"create", "a.zar", "in"}, folder_, "Archiviert", SIGINT);
+    ProgramRun run;
+    // A busy machine can deliver the signal when all is done.
+    for (int attempt = 0; attempt < 5 && run.exitCode != 130; ++attempt) {
+        write("a.zar", "old");
+        run = runAndSignal("zar", {"create", "a.zar", "in"}, folder_, "Archiviert", SIGINT);
+    }
     EXPECT_EQ(run.exitCode, 130);
     EXPECT_EQ(read("a.zar"), "old");
     EXPECT_EQ(names(), (Words{"a.zar", "in"}));
