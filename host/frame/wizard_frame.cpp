@@ -14,6 +14,12 @@ namespace {
 constexpr Button allButtons[] = {Button::home,   Button::back,   Button::next,
                                  Button::finish, Button::cancel, Button::help};
 
+// Null for a page that the Tab key passes over.
+HWND firstTabStop(HWND page) {
+    const HWND stop = GetNextDlgTabItem(page, nullptr, FALSE);
+    return stop && (GetWindowLongA(stop, GWL_STYLE) & WS_TABSTOP) ? stop : nullptr;
+}
+
 HFONT boldFontOf(HWND window) {
     LOGFONTA description{};
     const auto font = reinterpret_cast<HFONT>(SendMessageA(window, WM_GETFONT, 0, 0));
@@ -100,6 +106,12 @@ INT_PTR WizardFrame::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_COMMAND:
             onCommand(LOWORD(wParam));
             return TRUE;
+        case WM_ACTIVATE:
+            onActivate(LOWORD(wParam) != WA_INACTIVE);
+            return TRUE;
+        case WM_SETFOCUS:
+            keepFocus();
+            return TRUE;
         case WM_SIZE:
             layout_.apply();
             if (page_) layOutPage(page_);
@@ -145,6 +157,16 @@ INT_PTR WizardFrame::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     return answer(0);
 }
 
+// The focus comes back to where it was, if the user can still use that; otherwise to where it is of use.
+void WizardFrame::onActivate(bool active) {
+    if (!active) {
+        lastFocus_ = GetFocus();
+    } else {
+        if (IsChild(window_, lastFocus_)) SetFocus(lastFocus_);
+        keepFocus();
+    }
+}
+
 // Escape and the close button of the window arrive as IDCANCEL and do what Cancel does.
 void WizardFrame::onCommand(WORD id) {
     if (id == IDCANCEL) {
@@ -177,6 +199,7 @@ void WizardFrame::leave() {
 
 void WizardFrame::setCurrentPage(HWND page, WPARAM argument) {
     page_ = page;
+    pageArrives_ = true;
     events_.pageShown(page, argument);
 }
 
@@ -224,17 +247,29 @@ void WizardFrame::showButtons(const ButtonState& before) {
     if (!(buttons_ == before)) events_.buttonsChanged();
 }
 
-// The keyboard must not end on a button that goes, nor nowhere.
+// The keyboard must not end on a button that goes, nor nowhere. A page that has come takes it, by its first
+// tab stop; a page without one leaves it to the button that leads on. Never does it fall to Home by itself:
+// Enter would leave.
 void WizardFrame::keepFocus() {
     if (GetActiveWindow() != window_) return;
-    const HWND focus = GetFocus();
-    bool stays = focus && focus != window_ && IsWindowVisible(focus) && IsWindowEnabled(focus);
-    for (const Button button : allButtons) {
-        if (focus == control(button)) stays = buttons_.pressable(button);
+    const bool arrived = pageArrives_ && page_ && IsWindowVisible(page_);
+    if (!arrived && focusCanStay()) return;
+    pageArrives_ = pageArrives_ && !arrived;
+    HWND target = arrived ? firstTabStop(page_) : nullptr;
+    if (!target && buttons_.defaultButton() != Button::home) target = control(buttons_.defaultButton());
+    if (target) {
+        SendMessageA(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(target), TRUE);
+    } else {
+        SetFocus(window_);
     }
-    if (stays) return;
-    const Button button = buttons_.defaultButton();
-    SetFocus(buttons_.pressable(button) ? control(button) : window_);
+}
+
+bool WizardFrame::focusCanStay() const {
+    const HWND focus = GetFocus();
+    for (const Button button : allButtons) {
+        if (focus == control(button)) return buttons_.pressable(button);
+    }
+    return focus && focus != window_ && IsWindowVisible(focus) && IsWindowEnabled(focus);
 }
 
 HWND WizardFrame::control(Button button) const {

@@ -51,6 +51,7 @@ private:
     INT_PTR onMessage(UINT message, WPARAM wParam, LPARAM lParam);
     INT_PTR answer(LRESULT result);
     void initialise();
+    void onActivate(bool active);
     void onCommand(WORD id);
     void command(Button button);
     void leave();
@@ -60,14 +61,17 @@ private:
     void setStatus(const char* text);
     void showButtons(const ButtonState& before);
     void keepFocus();
+    bool focusCanStay() const;
     HWND control(Button button) const;
 
     HWND window_ = nullptr;
     HWND page_ = nullptr;
+    HWND lastFocus_ = nullptr;  // while another window is active
     HFONT headingFont_ = nullptr;
     FrameLayout layout_;
     ButtonState buttons_;
     FrameEvents& events_;
+    bool pageArrives_ = false;  // the current page has not had the focus yet
     bool left_ = false;
 };
 

@@ -138,6 +138,44 @@ TEST_F(FrameTest, TheKeyboardReachesTheButtons) {
     EXPECT_EQ(record, (Record{"command 33771", "command 33777", "command 33769"}));
 }
 
+TEST_F(FrameTest, APageThatComesTakesTheKeyboardByItsFirstTabStop) {
+    makeCurrent(0x21A);
+    EXPECT_EQ(GetFocus(), control(Button::next)) << "the page has no tab stop";
+    const auto addRadio = [this](DWORD style) {
+        return CreateWindowExA(0, "BUTTON", "", WS_CHILD | WS_VISIBLE | BS_AUTORADIOBUTTON | style, 0, 0, 9,
+                               9, page, nullptr, GetModuleHandleA(nullptr), nullptr);
+    };
+    addRadio(0);
+    const HWND stop = addRadio(WS_TABSTOP);
+    makeCurrent(0x21A);
+    EXPECT_EQ(GetFocus(), stop);
+    SetFocus(control(Button::help));
+    send(messageSetButtons, 0x212);
+    EXPECT_EQ(GetFocus(), control(Button::help)) << "only a page that comes takes it";
+    SetFocus(stop);
+    ShowWindow(page, SW_HIDE);
+    EXPECT_EQ(GetFocus(), control(Button::next)) << "not the first control of the frame, which is Home";
+}
+
+TEST_F(FrameTest, TheKeyboardIsNeverLeftOnHomeByItself) {
+    makeCurrent(0x1A);
+    send(messageEnableHome, FALSE);
+    send(messageEnableButtons, 0, 0x1A);
+    EXPECT_EQ(GetFocus(), frame->window());
+    send(messageEnableHome, TRUE);
+    EXPECT_EQ(GetFocus(), frame->window()) << "Enter would leave";
+    send(messageEnableButtons, 0x1A, 0);
+    EXPECT_EQ(GetFocus(), control(Button::next));
+
+    const HWND other = CreateWindowExA(0, "FrameTestPage", "", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr,
+                                       nullptr, GetModuleHandleA(nullptr), nullptr);
+    SetActiveWindow(other);
+    send(messageSetButtons, 0x282);
+    DestroyWindow(other);
+    EXPECT_EQ(GetActiveWindow(), frame->window());
+    EXPECT_EQ(GetFocus(), control(Button::finish)) << "Next went meanwhile";
+}
+
 TEST_F(FrameTest, ShowsProgressAndStatus) {
     makeCurrent(0x1A);
     EXPECT_FALSE(shown(CONTROL_PROGRESS));

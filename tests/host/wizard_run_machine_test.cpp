@@ -51,6 +51,17 @@ TEST_F(WizardRun, MakesADisketteOnBothWindowsFamilies) {
     }
 }
 
+TEST_F(WizardRun, TheKeyboardAloneMakesADiskette) {
+    const Ended ended =
+        run("--no-pauses --image " + image() +
+            " --script 'key Enter; key Down; key Enter; key Enter; key Enter; key Up; key Escape'");
+    EXPECT_EQ(ended.code, 0) << ended.text;
+    EXPECT_EQ(count(ended.text, made), 1) << ended.text;
+    EXPECT_EQ(count(ended.text, "1011 (x)"), 2) << "chosen again after the disk" << ended.text;
+    EXPECT_TRUE(ended.text.ends_with("> key Escape\nleave\n")) << ended.text;
+    expectGoodDiskette();
+}
+
 TEST_F(WizardRun, TriesAgainUntilTheProtectionIsGone) {
     const Ended ended = withImage("medium write-protected; answer ok; answer ok normal; next");
     EXPECT_EQ(ended.code, 0) << ended.text;
