@@ -45,15 +45,14 @@ public:
     // a specification does not. In the pattern
     //   %n           inserts argument n (1 to 99) as a text (const char*; null: a blank)
     //   %n!spec!     inserts it as a printf-like specification says: flags + # -, width, .precision (each
-    //   digits,
-    //                or * for the next argument, an int) and a letter
+    //                digits, or * for the next argument, an int) and a letter
     //                  s c d o u x X p      as printf          b  the lowest 8 bits
     //                  e f g G  double, i int: in the form of the user's locale
     //                  D T  const SYSTEMTIME*: date, time; the width of T leaves out seconds (below 6) and
     //                  the marker for morning and afternoon (1 to 8)
     //   \@           inserts the host's product name
-    //   \\ \' \"     and \ before a tab or line end insert that character; \ and % before anything else
-    //   nothing
+    //   \\ \' \"     and \ before a tab or line end insert that character; before anything else
+    //                \ and % insert nothing
     // Every argument is used once, none is left out; they are passed in the order of their numbers.
     BOOL Format(const char* pattern, ...);
 

@@ -183,8 +183,8 @@ TEST_F(EmergencyDiskProgram, ABadArchiveNeverCostsADiskette) {
     expect(1, "mwdisk1.dat");
 }
 
-// The moment of the interrupt is the scheduler's: either it comes in time and the old image stays, or the run was
-// already past it and the new image is whole.
+// The moment of the interrupt is the scheduler's: either it comes in time and the old image stays, or the run
+// was already past it and the new image is whole.
 TEST_F(EmergencyDiskProgram, AnInterruptKeepsTheOldImage) {
     ASSERT_EQ(make("d.img").exitCode, 0);
     int cancelled = 0;
