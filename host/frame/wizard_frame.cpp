@@ -17,7 +17,7 @@ constexpr Button allButtons[] = {Button::home,   Button::back,   Button::next,
 // Null for a page that the Tab key passes over.
 HWND firstTabStop(HWND page) {
     const HWND stop = GetNextDlgTabItem(page, nullptr, FALSE);
-    return stop && (GetWindowLongA(stop, GWL_STYLE) & WS_TABSTOP) ? stop : nullptr;
+    return stop && (GetWindowLongA(stop, GWL_STYLE) & static_cast<LONG>(WS_TABSTOP)) != 0 ? stop : nullptr;
 }
 
 HFONT boldFontOf(HWND window) {
