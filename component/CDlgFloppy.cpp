@@ -1,5 +1,7 @@
 #include "CDlgFloppy.h"
 
+#include <utility>
+
 #include "CBSTR.h"
 #include "ComponentUI.h"
 #include "PropertySection.h"
@@ -64,11 +66,15 @@ void CDlgFloppy::OnLayOut(const RECT& client) {
 }
 
 void CDlgFloppy::OnClose() {
-    closed_ = true;
-    if (attempting_) {
-        Stop(0);  // its end clears the list, which it may be reading
-    } else {
+    const bool wasOpen = !std::exchange(closed_, true);
+    if (!IsAttempting()) {
         ClearDiskFiles();
+    } else if (wasOpen) {
+        Stop(0);  // its end clears the list, which it may be reading
+        // From now on it is silent, and the frame may go on with another page.
+        ::SendMessageA(Frame(), wizard::statusTextMessage, 0, reinterpret_cast<LPARAM>(""));
+        ::SendMessageA(Frame(), wizard::progressRangeMessage, 0, 0);
+        ReturnButtons();
     }
     if (::IsWindow(textControl_)) {
         ::DestroyWindow(textControl_);
@@ -103,7 +109,7 @@ bool CDlgFloppy::OnCommand(WORD id) {
         case wizard::backCommand:
         case wizard::finishCommand:
         case wizard::cancelCommand:
-            if (attempting_) {
+            if (IsAttempting()) {
                 Stop(id);
             } else if (id == wizard::backCommand && state_ == PageState::Made) {
                 TellFrame(wizard::progressRangeMessage, 0);
@@ -144,6 +150,10 @@ void CDlgFloppy::ShowResult() const {
 }
 
 void CDlgFloppy::Restart() {
+    if (!IsCurrent()) {
+        state_ = PageState::Ready;
+        return;
+    }
     SwitchTo(ComponentUI::floppyPage);
     TellFrame(wizard::progressRangeMessage, 0);
     ActivatePage(ComponentUI::floppyPage);

@@ -49,13 +49,17 @@ private:
     void MakeAttempt();
     void BeginAttempt() const;
     void EndAttempt() const;
+    void ReturnButtons() const;
     Outcome TryDisk();
     Outcome GiveUp();
     bool AskForRetry();
+    bool IsAttempting() const { return atWork_ == this; }
     void Stop(WORD command);
+    void StopIfNotShown();
     void ForgetStop();
     void Leave(WORD command);
     void PumpMessages();
+    void ShowErrorBox(const char* text, const char* caption);
 
     HWND messageWindow_ = nullptr;
     HWND textControl_ = nullptr;
@@ -63,8 +67,10 @@ private:
     PageState state_ = PageState::Ready;
     LONG progressStep_ = 3;
     LONG progressPos_ = 0;
-    bool attempting_ = false;  // MakeAttempt is on the stack
-    bool stopped_ = false;     // and is to end
+    // The page of which MakeAttempt is on the stack. One for all components: a second one would work on the
+    // same diskette.
+    inline static const CDlgFloppy* atWork_ = nullptr;
+    bool stopped_ = false;     // the attempt is to end
     WORD pendingCommand_ = 0;  // what is to be done then
     bool closed_ = false;
 };

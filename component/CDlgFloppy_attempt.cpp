@@ -38,19 +38,26 @@ bool done(Step step) {
 }  // namespace
 
 void CDlgFloppy::MakeAttempt() {
-    if (attempting_ || closed_) {
+    if (atWork_ != nullptr || closed_) {
         return;
     }
-    attempting_ = true;
+    atWork_ = this;
     BeginAttempt();
-    while (TryDisk() == Outcome::again) {
+    try {
+        while (TryDisk() == Outcome::again) {
+        }
+    } catch (...) {
+        // Memory for a text has run out; the frame gets its buttons back all the same.
     }
     EndAttempt();
     ForgetStop();
-    attempting_ = false;
+    atWork_ = nullptr;
+    const WORD command = std::exchange(pendingCommand_, WORD{0});
     if (closed_) {
         ClearDiskFiles();
-    } else if (const WORD command = std::exchange(pendingCommand_, WORD{0})) {
+    } else if (!IsCurrent()) {
+        ActivateCurrentPage();
+    } else if (command != 0) {
         Leave(command);
     }
 }
@@ -71,9 +78,12 @@ void CDlgFloppy::EndAttempt() const {
     TellFrame(wizard::progressPositionMessage, 0);
     TellFrame(wizard::statusTextMessage, reinterpret_cast<LPARAM>(""));
     TellFrame(wizard::progressRangeMessage, 0);
-    if (closed_) {
-        return;
+    if (!closed_) {
+        ReturnButtons();
     }
+}
+
+void CDlgFloppy::ReturnButtons() const {
     QXSetWizButtons(Window(), wizard::buttonsWhenDone);
     QXEnableWizButtons(Window(), wizard::buttonsWhenDone, 0);
     QXEnableWizButtons(Window(), wizard::buttonsAtRest, 0);
@@ -133,7 +143,9 @@ bool CDlgFloppy::AskForRetry() {
     text.resize(std::min(text.size(), longest));
     CBSTR caption;
     caption.Format("\\@");
-    return QXMessageBox(Window(), text.c_str(), caption.Text(), MB_OKCANCEL) == IDOK && !stopped_;
+    const int answer = QXMessageBox(Window(), text.c_str(), caption.Text(), MB_OKCANCEL);
+    StopIfNotShown();
+    return answer == IDOK && !stopped_;
 }
 
 // The running step ends at its next look at the cancel event, the attempt at its next look at stopped_.
@@ -141,6 +153,13 @@ void CDlgFloppy::Stop(WORD command) {
     stopped_ = true;
     pendingCommand_ = command;
     SendCancelCommand();
+}
+
+// For after messages were dispatched: one of them may have switched to another page.
+void CDlgFloppy::StopIfNotShown() {
+    if (IsAttempting() && !closed_ && !IsCurrent()) {
+        Stop(0);
+    }
 }
 
 // A cancel that came too late for this attempt must not end the next one.
@@ -178,6 +197,7 @@ void CDlgFloppy::PumpMessages() {
         ::TranslateMessage(&message);
         ::DispatchMessageA(&message);
     }
+    StopIfNotShown();
 }
 
 void CDlgFloppy::MoveSlider(int absolute, int value) {
@@ -196,7 +216,7 @@ void CDlgFloppy::SHOW_ERROR(int, int kind, const char* text) {
     const char* shown = text == nullptr ? "" : text;
     switch (kind) {
         case generalError:
-            QXMessageBox(messageWindow_, shown, "Systemfehler", MB_ICONEXCLAMATION);
+            ShowErrorBox(shown, "Systemfehler");
             if (state_ != PageState::Ready) {
                 state_ = PageState::Failed;
                 Press(wizard::nextCommand);
@@ -204,19 +224,23 @@ void CDlgFloppy::SHOW_ERROR(int, int kind, const char* text) {
             break;
         case driveError:
             if (tellsOfTheDrive(shown)) {
-                QXMessageBox(messageWindow_, driveErrorText, "Laufwerkfehler", MB_ICONEXCLAMATION);
+                ShowErrorBox(driveErrorText, "Laufwerkfehler");
             } else {
-                QXMessageBox(messageWindow_, shown, "Fehler", MB_ICONEXCLAMATION);
+                ShowErrorBox(shown, "Fehler");
             }
             state_ = PageState::Ready;
             break;
         case unexpectedError:
-            QXMessageBox(messageWindow_, "Ein unbekannter Systemfehler ist aufgetreten.", "Systemfehler",
-                         MB_ICONEXCLAMATION);
+            ShowErrorBox("Ein unbekannter Systemfehler ist aufgetreten.", "Systemfehler");
             state_ = PageState::Failed;
             Press(wizard::nextCommand);
             break;
         default:
             break;
     }
+}
+
+void CDlgFloppy::ShowErrorBox(const char* text, const char* caption) {
+    QXMessageBox(messageWindow_, text, caption, MB_ICONEXCLAMATION);
+    StopIfNotShown();
 }

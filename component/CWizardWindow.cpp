@@ -87,6 +87,14 @@ void CWizardWindow::ActivatePage(int index) const {
     }
 }
 
+bool CWizardWindow::IsCurrent() const {
+    return component_->Page(component_->CurrentPage()) == this;
+}
+
+void CWizardWindow::ActivateCurrentPage() const {
+    ActivatePage(component_->CurrentPage());
+}
+
 void CWizardWindow::LeaveComponent() const {
     ::PostMessageA(frameWindow_, wizard::leaveMessage, 0, 0);
 }

@@ -44,6 +44,9 @@ protected:
     void SwitchTo(int index);
     // Tells a page that it has been switched to.
     void ActivatePage(int index) const;
+    // Whether this is the page that the component shows; and tells the one that it is, which may be another.
+    bool IsCurrent() const;
+    void ActivateCurrentPage() const;
     // Leaves the component.
     void LeaveComponent() const;
 

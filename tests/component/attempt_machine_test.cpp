@@ -2,40 +2,20 @@
 // meanwhile.
 #include <gtest/gtest.h>
 
-#include "FormatDiskLib/disk_maker_machine.h"
-#include "component/PropertySection.h"
 #include "component/entry_points.h"
 #include "component/resources/resource.h"
-#include "host_modules.h"
 #include "wizard_fixture.h"
+#include "wizard_machine.h"
 
 namespace {
 
 using winlayer::WindowsVersion;
 
-// The machine and its host, which are there before the component and stay until it has gone.
-struct Computer {
-    explicit Computer(WindowsVersion version) : pc(version), host("whole") {
-        pc.machine().clock.stop();
-        hostBroker.Start();
-        {
-            PropertySection section;
-            section.Open("GlobalProperties", 1);
-            section.SetValue("InstallDir", pc.archiveFolder().c_str());
-        }
-        hostBroker.Stop();
-        host.log();
-    }
-
-    DiskMakerMachine pc;
-    HostModule host;
-};
-
-class Attempt : private Computer, public WizardTest {
+class Attempt : private WizardMachine, public WizardTest {
 protected:
-    explicit Attempt(WindowsVersion version = WindowsVersion::XP) : Computer(version) { goToFloppy(); }
+    explicit Attempt(WindowsVersion version = WindowsVersion::XP) : WizardMachine(version) { goToFloppy(); }
 
-    using Computer::pc;
+    using WizardMachine::pc;
 
     void protect(bool on) {
         winlayer::DisketteState state;
@@ -221,6 +201,7 @@ TEST_F(Interruption, TheEndOfTheComponentIsTheEndOfTheAttempt) {
                 again = true;
                 DestroyComponentUI(ended, 0);
                 EXPECT_FALSE(IsWindow(page));
+                EXPECT_EQ(hostLog.enabled & 0x29A, 0x29AU) << "another page can be used in the frame";
                 hostLog.take();
             }
         };
@@ -234,6 +215,38 @@ TEST_F(Interruption, TheEndOfTheComponentIsTheEndOfTheAttempt) {
         }
     }
     EXPECT_TRUE(made());
+}
+
+TEST_F(Interruption, ASwitchToAnotherPageEndsTheAttempt) {
+    const HWND options = ui->Page(ComponentUI::optionsPage)->Window();
+    hostLog.duringStatus = [&](const std::string& status) {
+        if (status.starts_with("Die Datei QZLOADER.BIN")) {
+            PostMessageA(options, WM_COMMAND, wizard::backCommand, 0);
+        }
+    };
+    press(wizard::nextCommand);
+    EXPECT_EQ(ui->CurrentPage(), ComponentUI::productPage);
+    EXPECT_EQ(hostLog.offered, 0x212U) << "the buttons are those of the page that is shown";
+    EXPECT_EQ(floppy().State(), PageState::Ready);
+    EXPECT_EQ(hostLog.count("status Die Datei"), 3);
+    EXPECT_EQ(hostLog.count("box"), 0);
+}
+
+TEST_F(Interruption, ANewComponentWaitsForTheOldOnesAttempt) {
+    ComponentUI* const old = ui;
+    hostLog.duringStatus = [&](const std::string& status) {
+        if (status.starts_with("Vorbereiten")) {
+            DestroyComponentUI(old, 0);
+            open();
+            goToFloppy();
+            press(wizard::nextCommand);
+        }
+    };
+    press(wizard::nextCommand);
+    hostLog.duringStatus = nullptr;
+    EXPECT_EQ(hostLog.count("range 0 100"), 0) << "both would write on one diskette";
+    EXPECT_TRUE(atRest());
+    makeDisk();
 }
 
 TEST_F(Interruption, TheEndOfTheProgramEndsTheAttempt) {

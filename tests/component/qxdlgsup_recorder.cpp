@@ -59,14 +59,17 @@ void WINAPI QXSubclassDialog(HWND page) {
 }
 
 void WINAPI QXSetWizButtons(HWND, DWORD mask) {
+    hostLog.offered = mask;
     hostLog.add("buttons " + hex(mask));
 }
 
 void WINAPI QXEnableWizButtons(HWND, DWORD enable, DWORD disable) {
+    hostLog.enabled = (hostLog.enabled | enable) & ~disable;
     hostLog.add("enable " + hex(enable) + " disable " + hex(disable));
 }
 
 void WINAPI QXEnableHomeButton(HWND, BOOL enable) {
+    hostLog.home = enable != FALSE;
     hostLog.add(enable ? "home 1" : "home 0");
 }
 

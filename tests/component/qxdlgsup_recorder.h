@@ -11,6 +11,10 @@
 // seen.
 struct HostLog {
     std::vector<std::string> lines;
+    // The frame's buttons as the calls have left them: two masks of their own, and Home.
+    DWORD offered = 0;
+    DWORD enabled = ~DWORD{0};
+    bool home = false;
     // What message boxes answer, the first box first; IDOK when there is none left.
     std::deque<int> answers;
     // Called while a message box is up, before it answers.

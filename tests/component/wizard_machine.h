@@ -1,0 +1,37 @@
+#pragma once
+#include "FormatDiskLib/disk_maker_machine.h"
+#include "component/PropertySection.h"
+#include "host_modules.h"
+
+// A machine for the component: a diskette drive, a host, and the disk's archive in the directory that the
+// host names. It is there before the component and stays until that has gone. Pauses cost no time.
+struct WizardMachine {
+    explicit WizardMachine(winlayer::WindowsVersion version) : pc(version), host("whole") {
+        pc.machine().clock.stop();
+        installIn(pc.archiveFolder());
+        host.log();
+    }
+
+    static void installIn(const std::string& directory) {
+        setInstallDirectory(
+            [&](PropertySection& section) { section.SetValue("InstallDir", directory.c_str()); });
+    }
+    static void removeInstallDirectory() {
+        setInstallDirectory([](PropertySection& section) { section.DeleteValue("InstallDir"); });
+    }
+
+    DiskMakerMachine pc;
+    HostModule host;
+
+private:
+    template <class Change>
+    static void setInstallDirectory(Change change) {
+        hostBroker.Start();
+        {
+            PropertySection section;
+            section.Open("GlobalProperties", 1);
+            change(section);
+        }
+        hostBroker.Stop();
+    }
+};
