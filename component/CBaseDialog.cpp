@@ -30,10 +30,12 @@ int CBaseDialog::CreateDialogWindow(HINSTANCE instance, HWND parent, WORD templa
     if (modal_) {
         return static_cast<int>(::DialogBoxParamA(instance, name, parent, DialogProc, object));
     }
-    if (::IsWindow(::CreateDialogParamA(instance, name, parent, DialogProc, object))) {
+    const HWND window = ::CreateDialogParamA(instance, name, parent, DialogProc, object);
+    if (::IsWindow(window) && HasWindow()) {
         return 0;
     }
     const DWORD error = ::GetLastError();
+    ::DestroyWindow(window);  // one that could not be tied to the object
     return static_cast<int>(error != 0 ? error : ERROR_INVALID_WINDOW_HANDLE);
 }
 
@@ -42,7 +44,10 @@ INT_PTR CALLBACK CBaseDialog::DialogProc(HWND window, UINT message, WPARAM wPara
     if (message == WM_INITDIALOG) {
         object = reinterpret_cast<CBaseDialog*>(lParam);
         object->hwnd_ = window;
-        ::SetPropA(window, objectProperty, object);
+        if (!::SetPropA(window, objectProperty, object)) {
+            ::EndDialog(window, -1);
+            return FALSE;
+        }
     } else {
         object = static_cast<CBaseDialog*>(::GetPropA(window, objectProperty));
     }

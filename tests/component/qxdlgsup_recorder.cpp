@@ -54,8 +54,10 @@ LRESULT CALLBACK subclassed(HWND window, UINT message, WPARAM wParam, LPARAM lPa
 
 void WINAPI QXSubclassDialog(HWND page) {
     hostLog.add("subclass");
-    dialogProcedure = reinterpret_cast<WNDPROC>(
-        SetWindowLongPtrA(page, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&subclassed)));
+    if (const LONG_PTR before =
+            SetWindowLongPtrA(page, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&subclassed))) {
+        dialogProcedure = reinterpret_cast<WNDPROC>(before);
+    }
 }
 
 void WINAPI QXSetWizButtons(HWND, DWORD mask) {
