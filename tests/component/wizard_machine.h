@@ -8,30 +8,24 @@
 struct WizardMachine {
     explicit WizardMachine(winlayer::WindowsVersion version) : pc(version), host("whole") {
         pc.machine().clock.stop();
+        hostBroker.Start();
         installIn(pc.archiveFolder());
+        hostBroker.Stop();
         host.log();
     }
 
+    // What the host names as the product's directory.
     static void installIn(const std::string& directory) {
-        setInstallDirectory(
-            [&](PropertySection& section) { section.SetValue("InstallDir", directory.c_str()); });
+        PropertySection section;
+        section.Open("GlobalProperties", 1);
+        section.SetValue("InstallDir", directory.c_str());
     }
     static void removeInstallDirectory() {
-        setInstallDirectory([](PropertySection& section) { section.DeleteValue("InstallDir"); });
+        PropertySection section;
+        section.Open("GlobalProperties", 1);
+        section.DeleteValue("InstallDir");
     }
 
     DiskMakerMachine pc;
     HostModule host;
-
-private:
-    template <class Change>
-    static void setInstallDirectory(Change change) {
-        hostBroker.Start();
-        {
-            PropertySection section;
-            section.Open("GlobalProperties", 1);
-            change(section);
-        }
-        hostBroker.Stop();
-    }
 };
