@@ -44,6 +44,16 @@ Drives::Drives(const Machine& machine) : machine_(machine), knowledge_(std::make
 
 Drives::~Drives() = default;
 
+void Drives::workAlone() {
+    knowledge_->alone = true;
+    knowledge_->names.trust();
+}
+
+void Drives::settle() {
+    knowledge_->alone = false;
+    knowledge_->shares->endCaches();
+}
+
 void Drives::mount(char letter, std::shared_ptr<FileSystem> files, UINT type) {
     drives_.at(driveIndex(letter)) = Drive{std::move(files), type};
 }

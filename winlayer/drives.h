@@ -25,6 +25,13 @@ public:
     explicit Drives(const Machine& machine);
     ~Drives();
 
+    // For a program whose files on the host no other program changes meanwhile or reads before it has closed
+    // them, and which puts them on the medium itself where that matters: from now on files are read ahead,
+    // small writes gathered, flushes left to the host, and folders remembered. Before the product runs.
+    void workAlone();
+    // Ends that for the files that are open: the host gets what is still kept of them.
+    void settle();
+
     void mount(char letter, std::shared_ptr<FileSystem> files, UINT type);
     // A host folder as a drive.
     void mountFolder(char letter, const std::filesystem::path& folder, UINT type = DRIVE_FIXED);

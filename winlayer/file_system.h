@@ -29,6 +29,9 @@ public:
     virtual DWORD flush() = 0;
     virtual DWORD size(std::uint64_t& bytes) = 0;
     virtual DWORD resize(std::uint64_t bytes) = 0;
+    // Asked when a handle of the file is closed: everything written must be with the host, or the code says
+    // why it is not.
+    virtual DWORD settle() { return 0; }
     // Device commands; `returned` receives the bytes put into `out`.
     virtual DWORD control(DWORD code, std::span<const std::byte> in, std::span<std::byte> out,
                           DWORD& returned);

@@ -1,12 +1,19 @@
 #include "winlayer/include/handleapi.h"
 
 #include "winlayer/current_process.h"
+#include "winlayer/file_object.h"
 #include "winlayer/gate.h"
 #include "winlayer/include/synchapi.h"
 #include "winlayer/machine.h"
 #include "winlayer/search_object.h"
 
 namespace {
+
+// What was written through one handle may not wait for the last one to be closed: nobody might look at that.
+DWORD settle(winlayer::KernelObject& object) {
+    const auto* const file = dynamic_cast<winlayer::FileObject*>(&object);
+    return file != nullptr ? file->file->settle() : 0;
+}
 
 bool isPseudoHandle(HANDLE handle) {
     return handle == winlayer::currentProcess() || handle == winlayer::currentThread();
@@ -22,9 +29,11 @@ BOOL WINAPI CloseHandle(HANDLE object) {
     if (planned == 0 && isPseudoHandle(object)) {
         return TRUE;
     }
-    const bool closed = handles.get<winlayer::SearchObject>(object) == nullptr && handles.remove(object);
-    if (planned != 0 || !closed) {
-        SetLastError(planned != 0 ? planned : ERROR_INVALID_HANDLE);
+    const bool search = handles.get<winlayer::SearchObject>(object) != nullptr;
+    const auto removed = search ? nullptr : handles.remove(object);
+    const DWORD error = removed == nullptr ? ERROR_INVALID_HANDLE : settle(*removed);
+    if (planned != 0 || error != 0) {
+        SetLastError(planned != 0 ? planned : error);
         return FALSE;
     }
     return TRUE;

@@ -17,9 +17,20 @@ namespace {
 constexpr const char* attributeName = "user.DOSATTRIB";
 constexpr mode_t anyWrite = S_IWUSR | S_IWGRP | S_IWOTH;
 
-std::optional<DWORD> storedAttributes(const char* path) {
-    std::array<char, 32> buffer;
-    const ssize_t size = ::getxattr(path, attributeName, buffer.data(), buffer.size());
+using Text = std::array<char, 32>;
+
+ssize_t readText(const char* path, Text& text) {
+    return ::getxattr(path, attributeName, text.data(), text.size());
+}
+
+ssize_t readText(int descriptor, Text& text) {
+    return ::fgetxattr(descriptor, attributeName, text.data(), text.size());
+}
+
+template <class Place>
+std::optional<DWORD> storedAttributes(Place place) {
+    Text buffer;
+    const ssize_t size = readText(place, buffer);
     if (size <= 0) {
         return std::nullopt;
     }
@@ -35,6 +46,17 @@ std::optional<DWORD> storedAttributes(const char* path) {
 // What an entry without the extended attribute has.
 DWORD defaultAttributes(const struct stat& facts) {
     return S_ISDIR(facts.st_mode) ? 0 : FILE_ATTRIBUTE_ARCHIVE;
+}
+
+template <class Place>
+DWORD attributesAt(Place place, const struct stat& facts) {
+    DWORD attributes = storedAttributes(place).value_or(defaultAttributes(facts));
+    if (S_ISDIR(facts.st_mode)) {
+        attributes |= FILE_ATTRIBUTE_DIRECTORY;
+    } else if ((facts.st_mode & anyWrite) == 0) {
+        attributes |= FILE_ATTRIBUTE_READONLY;
+    }
+    return attributes == 0 ? FILE_ATTRIBUTE_NORMAL : attributes;
 }
 
 DWORD storeText(const char* path, DWORD attributes) {
@@ -75,13 +97,11 @@ DWORD changeMode(const char* path, const struct stat& facts, DWORD attributes) {
 }  // namespace
 
 DWORD attributesOf(const char* path, const struct stat& facts) {
-    DWORD attributes = storedAttributes(path).value_or(defaultAttributes(facts));
-    if (S_ISDIR(facts.st_mode)) {
-        attributes |= FILE_ATTRIBUTE_DIRECTORY;
-    } else if ((facts.st_mode & anyWrite) == 0) {
-        attributes |= FILE_ATTRIBUTE_READONLY;
-    }
-    return attributes == 0 ? FILE_ATTRIBUTE_NORMAL : attributes;
+    return attributesAt(path, facts);
+}
+
+DWORD attributesOf(int descriptor, const struct stat& facts) {
+    return attributesAt(descriptor, facts);
 }
 
 // The host lets nobody write the extended attributes of a file whose mode forbids writing, so the mode is

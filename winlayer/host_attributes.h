@@ -15,6 +15,8 @@ namespace winlayer {
 inline constexpr DWORD keptAttributes = 0x3127;
 
 DWORD attributesOf(const char* path, const struct stat& facts);
+// The same of a file that is open.
+DWORD attributesOf(int descriptor, const struct stat& facts);
 
 // Gives a file or directory exactly these attributes. ERROR_NOT_SUPPORTED, and nothing changed, when the
 // host's file system has no place for them; it needs none for the archive attribute of files and the

@@ -36,6 +36,10 @@ public:
     DWORD size(std::uint64_t& bytes) override;
     DWORD resize(std::uint64_t bytes) override;
 
+    // The cache that stands before this file; as the share table has it.
+    bool attach(FileCache& cache) { return share_->attach(cache); }
+    void detach() { share_->detach(); }
+
 private:
     static constexpr std::uint64_t unknown = ~std::uint64_t{0};
 

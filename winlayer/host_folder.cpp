@@ -8,6 +8,7 @@
 #include <cerrno>
 #include <optional>
 
+#include "winlayer/cached_file.h"
 #include "winlayer/case_folding.h"
 #include "winlayer/code_pages.h"
 #include "winlayer/host_attributes.h"
@@ -90,6 +91,14 @@ std::string HostFolder::hostPath(const std::string& below) {
 }
 
 DWORD HostFolder::locate(const std::string& below, std::string& path, struct stat& facts) {
+    const DWORD error = find(below, path, facts);
+    if (error == 0 && knowledge_->shares->passOn({facts.st_dev, facts.st_ino})) {
+        return ::stat(path.c_str(), &facts) == 0 ? 0 : windowsError(errno);
+    }
+    return error;
+}
+
+DWORD HostFolder::find(const std::string& below, std::string& path, struct stat& facts) {
     path = hostPath(below);
     if (::stat(path.c_str(), &facts) == 0) {
         return 0;
@@ -97,10 +106,15 @@ DWORD HostFolder::locate(const std::string& below, std::string& path, struct sta
     if (errno != ENOENT && errno != ENOTDIR) {
         return windowsError(errno);
     }
-    if (const DWORD error = locateWithoutCase(path); error != 0) {
-        return error;
+    DWORD error = locateWithoutCase(path);
+    bool found = error == 0 && ::stat(path.c_str(), &facts) == 0;
+    // What is remembered without a look may be a name that is not there any more.
+    if (error == 0 && !found && knowledge_->alone && knowledge_->names.forget()) {
+        path = hostPath(below);
+        error = locateWithoutCase(path);
+        found = error == 0 && ::stat(path.c_str(), &facts) == 0;
     }
-    return ::stat(path.c_str(), &facts) == 0 ? 0 : windowsError(errno);
+    return error != 0 || found ? error : windowsError(errno);
 }
 
 // Mostly the folder is spelt as it is and only the last name is missing or spelt otherwise.
@@ -189,8 +203,20 @@ DWORD HostFolder::create(const std::string& path, const OpenRequest& request,
         }
     }
     auto share = knowledge_->shares->add(descriptor.get(), sharedAccess(request), request.sharing);
-    file = std::make_unique<HostFile>(std::move(descriptor), std::move(share), lastingSize(request, 0));
+    file = fileFor(std::move(descriptor), std::move(share), request, 0);
     return 0;
+}
+
+std::unique_ptr<OpenFile> HostFolder::fileFor(HostDescriptor descriptor,
+                                              std::unique_ptr<ShareTable::Entry> share,
+                                              const OpenRequest& request, std::uint64_t size) const {
+    const bool cached = knowledge_->alone && !request.writeThrough;
+    auto file = std::make_unique<HostFile>(std::move(descriptor), std::move(share),
+                                           cached ? std::nullopt : lastingSize(request, size));
+    if (cached) {
+        return std::make_unique<CachedFile>(std::move(file), size);
+    }
+    return file;
 }
 
 // Windows refuses to overwrite a hidden or system file by a request that does not name that attribute.
@@ -220,8 +246,8 @@ DWORD HostFolder::openExisting(const std::string& path, const struct stat& known
     const FileIdentity identity{known.st_dev, known.st_ino};
     std::unique_ptr<ShareTable::Entry> share;
     const DWORD access = sharedAccess(request) | (truncates(request) ? GENERIC_WRITE : 0);
-    if (!knowledge_->shares->open(identity, access, request.sharing, share)) {
-        return ERROR_SHARING_VIOLATION;
+    if (const DWORD error = knowledge_->shares->open(identity, access, request.sharing, share); error != 0) {
+        return error;
     }
     HostDescriptor descriptor(::open(path.c_str(), openFlags(request)));
     if (!descriptor || (truncates(request) && ::ftruncate(descriptor.get(), 0) != 0)) {
@@ -234,14 +260,27 @@ DWORD HostFolder::openExisting(const std::string& path, const struct stat& known
         }
     }
     const auto size = truncates(request) ? 0 : static_cast<std::uint64_t>(known.st_size);
-    file = std::make_unique<HostFile>(std::move(descriptor), std::move(share), lastingSize(request, size));
+    // Nothing that is told of a file which nobody changes can differ from what its name leads to.
+    if (knowledge_->alone && access == GENERIC_READ) {
+        share->tellPath(path, descriptor.get());
+    }
+    file = fileFor(std::move(descriptor), std::move(share), request, size);
     return 0;
 }
 
+bool HostFolder::factsOfLast(const std::string& path, FileFacts& facts) const {
+    return knowledge_->alone && knowledge_->shares->lookAtLast(path, [&](int descriptor) {
+        struct stat known {};
+        ::fstat(descriptor, &known);
+        fillHostFacts(descriptor, known, facts);
+    });
+}
+
 DWORD HostFolder::facts(const std::string& below, FileFacts& facts) {
-    std::string path;
+    std::string path = hostPath(below);
     struct stat known;
-    if (const DWORD error = locate(below, path, known); error != 0) {
+    const bool seen = factsOfLast(path, facts);
+    if (const DWORD error = seen ? 0 : locate(below, path, known); error != 0) {
         return error;
     }
     const std::string name = path.substr(path.rfind('/') + 1);
@@ -250,7 +289,9 @@ DWORD HostFolder::facts(const std::string& below, FileFacts& facts) {
     } else if (!fromUtf8(machine_, name, facts.name)) {
         return ERROR_NO_UNICODE_TRANSLATION;
     }
-    fillHostFacts(path.c_str(), known, facts);
+    if (!seen) {
+        fillHostFacts(path.c_str(), known, facts);
+    }
     return 0;
 }
 
@@ -278,7 +319,8 @@ DWORD HostFolder::search(const std::string& directory, const std::string& patter
     if (!S_ISDIR(known.st_mode)) {
         return ERROR_DIRECTORY;
     }
-    return startHostListing(machine_, {path, directory.empty()}, toUtf8(machine_, pattern), listing);
+    return startHostListing(machine_, *knowledge_->shares, {path, directory.empty()},
+                            toUtf8(machine_, pattern), listing);
 }
 
 DWORD HostFolder::setAttributes(const std::string& below, DWORD attributes) {
@@ -305,7 +347,16 @@ DWORD HostFolder::removeFile(const std::string& below) {
     if (!knowledge_->shares->mayDelete({known.st_dev, known.st_ino})) {
         return ERROR_SHARING_VIOLATION;
     }
+    forgetPaths();
     return ::unlink(path.c_str()) == 0 ? 0 : windowsError(errno);
+}
+
+// Of what is remembered, a path may lead elsewhere from now on.
+void HostFolder::forgetPaths() {
+    knowledge_->shares->forgetLast();
+    if (knowledge_->alone) {
+        knowledge_->names.forget();
+    }
 }
 
 DWORD HostFolder::createDirectory(const std::string& below) {
@@ -335,6 +386,7 @@ DWORD HostFolder::removeDirectory(const std::string& below) {
     if (below.empty() || (attributesOf(path.c_str(), known) & FILE_ATTRIBUTE_READONLY) != 0) {
         return ERROR_ACCESS_DENIED;
     }
+    forgetPaths();
     if (::rmdir(path.c_str()) == 0) {
         return 0;
     }

@@ -12,10 +12,12 @@
 
 namespace winlayer {
 
+class HostDescriptor;
 class Machine;
 
 // What the host folders of one machine share, since two of them may lead to the same files.
 struct HostKnowledge {
+    bool alone = false;  // as Drives::workAlone() says
     std::shared_ptr<ShareTable> shares = std::make_shared<ShareTable>();
     NameIndex names;
 };
@@ -59,7 +61,12 @@ public:
 
 private:
     std::string hostPath(const std::string& below);
+    DWORD find(const std::string& below, std::string& path, struct stat& facts);
     DWORD locateWithoutCase(std::string& path);
+    std::unique_ptr<OpenFile> fileFor(HostDescriptor descriptor, std::unique_ptr<ShareTable::Entry> share,
+                                      const OpenRequest& request, std::uint64_t size) const;
+    bool factsOfLast(const std::string& path, FileFacts& facts) const;
+    void forgetPaths();
     DWORD walkWithoutCase(const std::string& wanted, std::string& path);
     bool isAbsent(const std::string& below, std::string& path);
     DWORD create(const std::string& path, const OpenRequest& request, std::unique_ptr<OpenFile>& file);

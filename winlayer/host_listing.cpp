@@ -1,6 +1,7 @@
 #include "winlayer/host_listing.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -43,10 +44,17 @@ bool leadsThrough(const std::string& path, const struct stat& directory) {
     return false;
 }
 
+using OpenDirectory = std::unique_ptr<DIR, int (*)(DIR*)>;
+
 class HostListing : public Listing {
 public:
-    HostListing(const Machine& machine, std::string path, std::vector<Name> names)
-        : machine_(machine), path_(std::move(path)), names_(std::move(names)) {}
+    HostListing(const Machine& machine, ShareTable& shares, std::string path, OpenDirectory directory,
+                std::vector<Name> names)
+        : machine_(machine),
+          shares_(shares),
+          path_(std::move(path)),
+          directory_(std::move(directory)),
+          names_(std::move(names)) {}
 
     DWORD next(FileFacts& entry) override {
         while (next_ < names_.size()) {
@@ -60,23 +68,31 @@ public:
 
 private:
     DWORD describe(const Name& name, FileFacts& entry) const {
-        const std::string path = path_ + '/' + name.host;
         struct stat known;
-        const bool leads = ::stat(path.c_str(), &known) == 0;
+        const bool leads = look(name, known, 0);
         // What leads nowhere may still be there as a link.
-        if (!leads && ::lstat(path.c_str(), &known) != 0) {
+        if (!leads && !look(name, known, AT_SYMLINK_NOFOLLOW)) {
             return windowsError(errno);
+        }
+        if (shares_.passOn({known.st_dev, known.st_ino})) {
+            look(name, known, 0);
         }
         if (leads && name.mayBeLink && S_ISDIR(known.st_mode) && leadsThrough(path_, known)) {
             return ERROR_CANT_RESOLVE_FILENAME;
         }
         fromUtf8(machine_, name.host, entry.name);
-        fillHostFacts(path.c_str(), known, entry);
+        fillHostFacts((path_ + '/' + name.host).c_str(), known, entry);
         return 0;
     }
 
+    bool look(const Name& name, struct stat& known, int flags) const {
+        return ::fstatat(::dirfd(directory_.get()), name.host.c_str(), &known, flags) == 0;
+    }
+
     const Machine& machine_;
+    ShareTable& shares_;
     const std::string path_;
+    const OpenDirectory directory_;
     const std::vector<Name> names_;
     std::size_t next_ = 0;
 };
@@ -95,13 +111,9 @@ DWORD obstacle(const Machine& machine, std::string_view name) {
 }
 
 // Every name must be one that can be shown, also when it does not match: it might have, under another name.
-DWORD readNames(const Machine& machine, const HostDirectory& directory, const Wildcard& pattern,
+DWORD readNames(const Machine& machine, const HostDirectory& directory, DIR& open, const Wildcard& pattern,
                 std::vector<Name>& names) {
-    const std::unique_ptr<DIR, int (*)(DIR*)> open(::opendir(directory.path.c_str()), ::closedir);
-    if (open == nullptr) {
-        return windowsError(errno);
-    }
-    for (errno = 0; const dirent* entry = ::readdir(open.get()); errno = 0) {
+    for (errno = 0; const dirent* entry = ::readdir(&open); errno = 0) {
         const std::string_view name = entry->d_name;
         const bool dots = isDots(name);
         if (const DWORD error = dots ? 0 : obstacle(machine, name); error != 0) {
@@ -115,24 +127,38 @@ DWORD readNames(const Machine& machine, const HostDirectory& directory, const Wi
     return errno == 0 ? 0 : windowsError(errno);
 }
 
-}  // namespace
-
-void fillHostFacts(const char* path, const struct stat& known, FileFacts& facts) {
+template <class Place>
+void fillFacts(Place place, const struct stat& known, FileFacts& facts) {
     facts.shortName.clear();
-    facts.attributes = attributesOf(path, known);
+    facts.attributes = attributesOf(place, known);
     facts.size = S_ISREG(known.st_mode) ? static_cast<std::uint64_t>(known.st_size) : 0;
     facts.written = toFileTime(known.st_mtim);
 }
 
-DWORD startHostListing(const Machine& machine, const HostDirectory& directory, std::string_view pattern,
-                       std::unique_ptr<Listing>& listing) {
+}  // namespace
+
+void fillHostFacts(const char* path, const struct stat& known, FileFacts& facts) {
+    fillFacts(path, known, facts);
+}
+
+void fillHostFacts(int descriptor, const struct stat& known, FileFacts& facts) {
+    fillFacts(descriptor, known, facts);
+}
+
+DWORD startHostListing(const Machine& machine, ShareTable& shares, const HostDirectory& directory,
+                       std::string_view pattern, std::unique_ptr<Listing>& listing) {
+    OpenDirectory open(::opendir(directory.path.c_str()), ::closedir);
+    if (open == nullptr) {
+        return windowsError(errno);
+    }
     std::vector<Name> names;
-    if (const DWORD error = readNames(machine, directory, Wildcard(pattern), names); error != 0) {
+    if (const DWORD error = readNames(machine, directory, *open, Wildcard(pattern), names); error != 0) {
         return error;
     }
     std::sort(names.begin(), names.end(),
               [](const Name& a, const Name& b) { return a.key != b.key ? a.key < b.key : a.host < b.host; });
-    listing = std::make_unique<HostListing>(machine, directory.path, std::move(names));
+    listing =
+        std::make_unique<HostListing>(machine, shares, directory.path, std::move(open), std::move(names));
     return 0;
 }
 

@@ -10,9 +10,12 @@
 namespace winlayer {
 
 class Machine;
+class ShareTable;
 
 // All facts but the names.
 void fillHostFacts(const char* path, const struct stat& known, FileFacts& facts);
+// The same of a file that is open.
+void fillHostFacts(int descriptor, const struct stat& known, FileFacts& facts);
 
 struct HostDirectory {
     std::string path;
@@ -22,7 +25,7 @@ struct HostDirectory {
 // Starts a walk over the entries whose names match the pattern (UTF-8): those that the directory has now, in
 // the order of their names without case. Their facts are asked for one by one; an entry that is gone by then
 // is left out.
-DWORD startHostListing(const Machine& machine, const HostDirectory& directory, std::string_view pattern,
-                       std::unique_ptr<Listing>& listing);
+DWORD startHostListing(const Machine& machine, ShareTable& shares, const HostDirectory& directory,
+                       std::string_view pattern, std::unique_ptr<Listing>& listing);
 
 }  // namespace winlayer

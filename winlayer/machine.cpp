@@ -19,7 +19,9 @@ std::shared_ptr<PrivateFolder> privateFolderOf(const Machine& machine) {
 
 Machine& defaultMachine();
 
-void discardDefaultDrive() {
+// Windows closes what a program leaves open.
+void endDefaultMachine() {
+    defaultMachine().drives.settle();
     if (const auto folder = privateFolderOf(defaultMachine())) {
         folder->discard();
     }
@@ -47,7 +49,7 @@ Machine& defaultMachine() {
     static Machine* const machine = [] {
         auto made = std::make_unique<Machine>();
         startInHostDirectory(*made);
-        std::atexit(discardDefaultDrive);
+        std::atexit(endDefaultMachine);
         return made.release();
     }();
     return *machine;

@@ -26,13 +26,16 @@ bool getFacts(const std::string& folder, struct stat& facts) {
 }  // namespace
 
 bool NameIndex::find(const std::string& folder, std::string_view name, std::string& found) {
-    struct stat facts;
-    if (!getFacts(folder, facts)) {
-        return false;
-    }
     const std::string folded = foldCase(name);
     const std::lock_guard lock(mutex_);
-    const Folder* const seen = current(folder, facts);
+    const Folder* seen = trusting_ ? known(folder) : nullptr;
+    struct stat facts;
+    if (seen == nullptr) {
+        if (!getFacts(folder, facts)) {
+            return false;
+        }
+        seen = current(folder, facts);
+    }
     if (seen == nullptr) {
         return look(folder, facts, folded, found);
     }
@@ -44,10 +47,10 @@ bool NameIndex::find(const std::string& folder, std::string_view name, std::stri
 bool NameIndex::knowsAbsent(const std::string& folder, std::string_view name) {
     struct stat facts;
     const std::lock_guard lock(mutex_);
-    if (known(folder) == nullptr || !getFacts(folder, facts)) {
-        return false;
+    const Folder* seen = known(folder);
+    if (seen != nullptr && !trusting_) {
+        seen = getFacts(folder, facts) ? current(folder, facts) : nullptr;
     }
-    const Folder* seen = current(folder, facts);
     return seen != nullptr && seen->names.count(foldCase(name)) == 0;
 }
 
@@ -55,8 +58,17 @@ void NameIndex::made(const std::string& folder, std::string_view name) {
     const std::lock_guard lock(mutex_);
     if (Folder* const seen = known(folder)) {
         seen->names.emplace(foldCase(name), name);
-        getFacts(folder, seen->facts);
+        if (!trusting_) {
+            getFacts(folder, seen->facts);
+        }
     }
+}
+
+bool NameIndex::forget() {
+    const std::lock_guard lock(mutex_);
+    const bool any = !folders_.empty();
+    folders_.clear();
+    return any;
 }
 
 NameIndex::Folder* NameIndex::known(const std::string& path) {

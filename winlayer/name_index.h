@@ -23,6 +23,12 @@ public:
     // instant goes unnoticed until the next one.
     void made(const std::string& folder, std::string_view name);
 
+    // From now on what is remembered of a folder is taken to be all that can have changed, without a look at
+    // the host.
+    void trust() { trusting_ = true; }
+    // Forgets everything. False: there was nothing.
+    bool forget();
+
 private:
     struct Folder {
         std::string path;
@@ -38,6 +44,7 @@ private:
 
     void remember(Folder seen);
 
+    bool trusting_ = false;
     std::mutex mutex_;
     std::list<Folder> folders_;  // the one used last in front
 };

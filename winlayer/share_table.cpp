@@ -2,6 +2,8 @@
 
 #include <sys/stat.h>
 
+#include "winlayer/include/winerror.h"
+
 namespace winlayer {
 
 namespace {
@@ -16,26 +18,58 @@ ShareTable::Entry::~Entry() {
     table_->close(*this);
 }
 
-bool ShareTable::open(FileIdentity file, DWORD access, DWORD sharing, std::unique_ptr<Entry>& entry) {
-    if (!takesPart(access)) {
-        return true;
+bool ShareTable::Entry::attach(FileCache& cache) {
+    const std::lock_guard lock(table_->mutex_);
+    if (descriptor_ < 0) {
+        Opens& opens = table_->opens_[file_];
+        if (opens.count + opens.onlookers != 1) {
+            return false;
+        }
+        opens.cached = this;
     }
-    const std::lock_guard lock(mutex_);
-    identifyNew();
-    Opens& opens = opens_[file];
-    if (!opens.admits(access, sharing)) {
-        return false;
-    }
-    entry = std::make_unique<Entry>(shared_from_this(), access, sharing);
-    entry->file_ = file;
-    opens.change(access, sharing, true);
+    cache_ = &cache;
+    ++table_->caches_;
     return true;
 }
 
-std::unique_ptr<ShareTable::Entry> ShareTable::add(int descriptor, DWORD access, DWORD sharing) {
-    if (!takesPart(access)) {
-        return nullptr;
+void ShareTable::Entry::detach() {
+    const std::lock_guard lock(table_->mutex_);
+    if (cache_ == nullptr) {
+        return;
     }
+    cache_ = nullptr;
+    --table_->caches_;
+    if (descriptor_ < 0) {
+        table_->opens_[file_].cached = nullptr;
+    }
+}
+
+void ShareTable::Entry::tellPath(std::string path, int descriptor) {
+    const std::lock_guard lock(table_->mutex_);
+    table_->last_ = this;
+    table_->lastPath_ = std::move(path);
+    table_->lastDescriptor_ = descriptor;
+}
+
+DWORD ShareTable::open(FileIdentity file, DWORD access, DWORD sharing, std::unique_ptr<Entry>& entry) {
+    const std::lock_guard lock(mutex_);
+    identifyNew();
+    const auto found = opens_.find(file);
+    if (found != opens_.end()) {
+        if (takesPart(access) && !found->second.admits(access, sharing)) {
+            return ERROR_SHARING_VIOLATION;
+        }
+        if (const DWORD error = endCache(found->second); error != 0) {
+            return error;
+        }
+    }
+    entry = std::make_unique<Entry>(shared_from_this(), access, sharing);
+    entry->file_ = file;
+    opens_[file].change(access, sharing, true);
+    return 0;
+}
+
+std::unique_ptr<ShareTable::Entry> ShareTable::add(int descriptor, DWORD access, DWORD sharing) {
     auto entry = std::make_unique<Entry>(shared_from_this(), access, sharing);
     entry->descriptor_ = descriptor;
     const std::lock_guard lock(mutex_);
@@ -50,26 +84,69 @@ bool ShareTable::mayDelete(FileIdentity file) {
     return found == opens_.end() || found->second.sharesDeletion == found->second.count;
 }
 
+bool ShareTable::passOn(FileIdentity file) {
+    const std::lock_guard lock(mutex_);
+    if (caches_ == 0) {
+        return false;
+    }
+    identifyNew();
+    const auto found = opens_.find(file);
+    const bool cached = found != opens_.end() && found->second.cached != nullptr;
+    // A failure is told by the file's own next transfer.
+    return cached && found->second.cached->cache_->passOn() == 0;
+}
+
+DWORD ShareTable::endCache(Opens& opens) {
+    if (opens.cached == nullptr) {
+        return 0;
+    }
+    const DWORD error = opens.cached->cache_->end();
+    if (error == 0) {
+        opens.cached->cache_ = nullptr;
+        opens.cached = nullptr;
+        --caches_;
+    }
+    return error;
+}
+
+void ShareTable::endCaches() {
+    const std::lock_guard lock(mutex_);
+    identifyNew();
+    for (auto& [file, opens] : opens_) {
+        endCache(opens);
+    }
+}
+
+void ShareTable::forgetLast() {
+    const std::lock_guard lock(mutex_);
+    last_ = nullptr;
+}
+
 void ShareTable::identifyNew() {
     for (Entry* const entry : new_) {
         struct stat facts {};
         ::fstat(entry->descriptor_, &facts);
         entry->file_ = {facts.st_dev, facts.st_ino};
         entry->descriptor_ = -1;
-        opens_[entry->file_].change(entry->access_, entry->sharing_, true);
+        Opens& opens = opens_[entry->file_];
+        opens.change(entry->access_, entry->sharing_, true);
+        opens.cached = entry->cache_ != nullptr ? entry : nullptr;
     }
     new_.clear();
 }
 
 void ShareTable::close(const Entry& entry) {
     const std::lock_guard lock(mutex_);
+    if (last_ == &entry) {
+        last_ = nullptr;
+    }
     if (entry.descriptor_ >= 0) {
         std::erase(new_, &entry);
         return;
     }
     const auto found = opens_.find(entry.file_);
     found->second.change(entry.access_, entry.sharing_, false);
-    if (found->second.count == 0) {
+    if (found->second.count + found->second.onlookers == 0) {
         opens_.erase(found);
     }
 }
@@ -80,6 +157,10 @@ void ShareTable::Opens::change(DWORD access, DWORD sharing, bool opened) {
             counter += opened ? 1u : ~0u;
         }
     };
+    if (!takesPart(access)) {
+        step(onlookers, true);
+        return;
+    }
     step(count, true);
     step(reading, (access & GENERIC_READ) != 0);
     step(writing, (access & GENERIC_WRITE) != 0);

@@ -186,6 +186,22 @@ TEST_F(ZarProgram, SaysThatADiskIsFull) {
     }
 }
 
+// Small files are gathered: a loss that shows only when the last of them is written out must not be
+// overlooked.
+TEST_F(ZarProgram, SaysThatADiskIsFullThatTakesAllButTheEnd) {
+    for (int i = 0; i < 22; ++i) write("in/F" + std::to_string(i), std::string(3000, 'x'));
+    ASSERT_EQ(zar({"create", "a.zar", "in"}).exitCode, 0);
+    for (const char* command : {"zar create full/b.zar in", "zar extract a.zar -C full/out"}) {
+        ProgramRun run;
+        if (!runWithSmallDisk(command + std::string(" -q; code=$?; ls -A full; exit $code"), folder_, run)) {
+            GTEST_SKIP() << "no small disk can be mounted here";
+        }
+        EXPECT_EQ(run.exitCode, 1);
+        EXPECT_EQ(run.out, "") << "something was left on the disk";
+        EXPECT_NE(run.err.find("is full"), std::string::npos) << run.err;
+    }
+}
+
 TEST_F(ZarProgram, NoticesThatItsOutputIsLost) {
     packThree();
     EXPECT_EQ(runShell("zar list a.zar >/dev/full", folder_).exitCode, 1);

@@ -39,16 +39,17 @@ public:
     StagedFolder& operator=(const StagedFolder&) = delete;
 
     const std::filesystem::path& path() const { return path_; }
-    // Moves everything (or everything below one of its folders) to its place below the target, replacing
-    // files, merging folders. Throws Problem before anything is moved when a file and a folder are in each
-    // other's way, and otherwise one that names the first entry that could not be moved; the entries
-    // before it are in place, each whole.
+    // Puts everything on the medium, then moves it (or what is below one of its folders) to its place below
+    // the target, replacing files, merging folders. Throws Problem before anything is moved when a file and a
+    // folder are in each other's way, and otherwise one that names the first entry that could not be moved;
+    // the entries before it are in place, each whole.
     void commit(const std::filesystem::path& below = {});
 
 private:
     std::filesystem::path target_;
     std::filesystem::path path_;
     bool madeTarget_ = false;
+    int folder_ = -1;  // its descriptor
 };
 
 }  // namespace tools

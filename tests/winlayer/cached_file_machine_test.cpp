@@ -1,0 +1,314 @@
+#include <windows.h>
+
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "support/files.h"
+#include "support/temp_folder_machine.h"
+
+// A machine that works alone keeps small writes and pieces read ahead to itself. Nobody on it may see that.
+
+namespace {
+
+constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
+constexpr DWORD readWrite = GENERIC_READ | GENERIC_WRITE;
+
+class CachedFile : public testing::Test {
+protected:
+    CachedFile() { machine_->drives.workAlone(); }
+    ~CachedFile() override { EXPECT_EQ(machine_->handles.openCount(), 0u); }
+
+    static HANDLE open(const std::string& path, DWORD access, DWORD disposition = OPEN_EXISTING,
+                       DWORD flags = 0) {
+        return CreateFileA(path.c_str(), access, shareAll, nullptr, disposition, flags, nullptr);
+    }
+    static bool write(HANDLE file, const std::string& text) {
+        DWORD count = 0;
+        return WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &count, nullptr) != FALSE &&
+               count == text.size();
+    }
+    static std::string read(HANDLE file, DWORD size) {
+        std::string text(size, '\0');
+        DWORD count = 0;
+        EXPECT_TRUE(ReadFile(file, text.data(), size, &count, nullptr));
+        text.resize(count);
+        return text;
+    }
+    static void seek(HANDLE file, LONG position) { SetFilePointer(file, position, nullptr, FILE_BEGIN); }
+    static DWORD sizeByPath(const std::string& pattern) {
+        WIN32_FIND_DATAA data{};
+        const HANDLE search = FindFirstFileA(pattern.c_str(), &data);
+        EXPECT_NE(search, INVALID_HANDLE_VALUE);
+        FindClose(search);
+        return data.nFileSizeLow;
+    }
+    // What the host has, whatever the layer keeps.
+    std::string onHost() const {
+        std::ifstream file(place_, std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    winlayer::ScopedMachine machine_;
+    const TempFolder folder_;
+    const std::string path_ = folder_ / "a.dat";
+    const std::filesystem::path place_ = hostPath(folder_) / "a.dat";
+};
+
+TEST_F(CachedFile, gathersSmallWritesAndPassesThemOnWhenTheHandleIsClosed) {
+    const HANDLE file = open(path_, GENERIC_WRITE, CREATE_NEW);
+    EXPECT_TRUE(write(file, "one") && write(file, "two"));
+    EXPECT_EQ(onHost(), "") << "nothing is gathered, so the other cases show nothing";
+    EXPECT_EQ(GetFileSize(file, nullptr), 6u);
+    EXPECT_TRUE(CloseHandle(file));
+    EXPECT_EQ(onHost(), "onetwo");
+}
+
+TEST_F(CachedFile, passesWritesOnWhenTheyAreFlushedOrTheEndIsSet) {
+    const HANDLE file = open(path_, GENERIC_WRITE, CREATE_NEW);
+    write(file, "flushed");
+    EXPECT_TRUE(FlushFileBuffers(file));
+    EXPECT_EQ(onHost(), "flushed");
+    write(file, " cut off");
+    seek(file, 9);
+    EXPECT_TRUE(SetEndOfFile(file));
+    EXPECT_EQ(onHost(), "flushed c");
+    EXPECT_EQ(GetFileSize(file, nullptr), 9u);
+    EXPECT_TRUE(CloseHandle(file));
+}
+
+TEST_F(CachedFile, doesNotKeepWhatIsToBeWrittenThrough) {
+    const HANDLE file = open(path_, GENERIC_WRITE, CREATE_NEW, FILE_FLAG_WRITE_THROUGH);
+    write(file, "now");
+    EXPECT_EQ(onHost(), "now");
+    EXPECT_TRUE(CloseHandle(file));
+}
+
+TEST_F(CachedFile, tellsTheSizeAndTimeByNameToo) {
+    const HANDLE file = open(path_, GENERIC_WRITE, CREATE_NEW);
+    write(file, "12345");
+    EXPECT_EQ(sizeByPath(path_), 5u);
+    write(file, "678");
+    EXPECT_EQ(sizeByPath(folder_ / "*.dat"), 8u);
+    const auto written = std::filesystem::last_write_time(place_);
+    EXPECT_TRUE(FlushFileBuffers(file) && CloseHandle(file));
+    EXPECT_EQ(std::filesystem::last_write_time(place_), written);
+}
+
+TEST_F(CachedFile, readsWhatWasWrittenThroughEachHandle) {
+    const HANDLE file = open(path_, readWrite, CREATE_NEW);
+    HANDLE twin = nullptr;
+    ASSERT_TRUE(DuplicateHandle(GetCurrentProcess(), file, GetCurrentProcess(), &twin, 0, FALSE,
+                                DUPLICATE_SAME_ACCESS));
+    write(file, "first");
+    seek(file, 0);
+    EXPECT_EQ(read(twin, 10), "first");
+    seek(twin, 1);
+    write(twin, "I");
+    seek(file, 0);
+    EXPECT_EQ(read(file, 10), "fIrst");
+    write(file, "!");
+    EXPECT_TRUE(CloseHandle(twin));
+    EXPECT_EQ(onHost(), "fIrst!") << "a close that is not the last must pass on what it may report";
+    EXPECT_TRUE(CloseHandle(file));
+}
+
+TEST_F(CachedFile, showsASecondOpenWhatWasWrittenBeforeAndAfterIt) {
+    for (const DWORD disposition : {CREATE_NEW, TRUNCATE_EXISTING}) {
+        const HANDLE writer = open(path_, GENERIC_WRITE, disposition);
+        write(writer, "before");
+        const HANDLE reader = open(path_, GENERIC_READ);
+        EXPECT_EQ(read(reader, 100), "before");
+        write(writer, " and after");
+        EXPECT_EQ(read(reader, 100), " and after");
+        EXPECT_EQ(GetFileSize(reader, nullptr), 16u);
+        EXPECT_TRUE(CloseHandle(writer) && CloseHandle(reader));
+    }
+}
+
+TEST_F(CachedFile, forgetsWhatWasReadAheadWhenAnotherOpenMayWrite) {
+    writeFile(path_, std::string(100, 'a'));
+    const HANDLE reader = open(path_, GENERIC_READ);
+    EXPECT_EQ(read(reader, 1), "a");
+    const HANDLE writer = open(path_, GENERIC_WRITE);
+    write(writer, std::string(200, 'b'));
+    EXPECT_EQ(read(reader, 3), "bbb");
+    EXPECT_EQ(GetFileSize(reader, nullptr), 200u);
+    EXPECT_TRUE(CloseHandle(writer) && CloseHandle(reader));
+}
+
+// One that may neither read nor write sees the size.
+TEST_F(CachedFile, countsAnOnlookerAsASecondOpen) {
+    writeFile(path_, "");
+    const HANDLE first = open(path_, 0);
+    const HANDLE writer = open(path_, GENERIC_WRITE);
+    write(writer, "123");
+    EXPECT_EQ(GetFileSize(first, nullptr), 3u);
+    EXPECT_TRUE(CloseHandle(first) && CloseHandle(writer));
+
+    const HANDLE again = open(path_, GENERIC_WRITE);
+    write(again, "12345");
+    const HANDLE later = open(path_, 0);
+    EXPECT_EQ(GetFileSize(later, nullptr), 5u);
+    write(again, "67");
+    EXPECT_EQ(GetFileSize(later, nullptr), 7u);
+    EXPECT_TRUE(CloseHandle(later) && CloseHandle(again));
+}
+
+TEST_F(CachedFile, goesWithADeletionWhileItIsOpen) {
+    const HANDLE file = open(path_, GENERIC_WRITE, CREATE_NEW);
+    write(file, "gone");
+    EXPECT_TRUE(DeleteFileA(path_.c_str()));
+    EXPECT_TRUE(write(file, "too"));
+    EXPECT_TRUE(CloseHandle(file));
+    EXPECT_FALSE(exists(path_));
+    EXPECT_EQ(GetFileAttributesA(path_.c_str()), INVALID_FILE_ATTRIBUTES);
+}
+
+TEST_F(CachedFile, tellsAttributesThatChangeWhileItIsOpen) {
+    writeFile(path_, "x");
+    const HANDLE file = open(path_, GENERIC_READ);
+    for (const DWORD attributes : {0x20, 0x21, 0x06, 0x80}) {
+        EXPECT_TRUE(SetFileAttributesA(path_.c_str(), attributes));
+        EXPECT_EQ(GetFileAttributesA(path_.c_str()), attributes);
+    }
+    EXPECT_TRUE(DeleteFileA(path_.c_str()));
+    EXPECT_EQ(GetFileAttributesA(path_.c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_TRUE(CloseHandle(file));
+}
+
+// A name that other letters led to may be gone without the layer's doing.
+TEST_F(CachedFile, looksAnewForANameThatIsNotThereAnyMore) {
+    CloseHandle(open(folder_ / "NAME", GENERIC_WRITE, CREATE_NEW));
+    ASSERT_TRUE(exists(folder_ / "name"));
+    std::filesystem::remove(hostPath(folder_) / "NAME");
+    CloseHandle(open(folder_ / "name", GENERIC_WRITE, CREATE_NEW));
+    EXPECT_TRUE(std::filesystem::exists(hostPath(folder_) / "name"));
+    EXPECT_TRUE(DeleteFileA((folder_ / "name").c_str()));
+    CloseHandle(open(folder_ / "Name", GENERIC_WRITE, CREATE_NEW));
+    EXPECT_TRUE(std::filesystem::exists(hostPath(folder_) / "Name"));
+}
+
+// Random transfers at random places, against a plain string.
+TEST_F(CachedFile, transfersWhatAPlainFileWould) {
+    const std::uint32_t seed = test::randomSeed();
+    std::mt19937 random(seed);
+    SCOPED_TRACE(seed);
+    std::string model;
+    const HANDLE file = open(path_, readWrite, CREATE_NEW);
+    std::size_t position = 0;
+    for (int step = 0; step < 4000; ++step) {
+        const std::size_t size = random() % 4 == 0 ? random() % 20000 : random() % 40;
+        if (random() % 3 == 0) {
+            position = random() % (model.size() + 10);
+            seek(file, static_cast<LONG>(position));
+        }
+        if (random() % 2 == 0) {
+            const std::string expected = position < model.size() ? model.substr(position, size) : "";
+            ASSERT_EQ(read(file, static_cast<DWORD>(size)), expected);
+            position += expected.size();
+        } else {
+            const std::string text(size, static_cast<char>('a' + step % 26));
+            ASSERT_TRUE(write(file, text));
+            if (size != 0 && model.size() < position + size) model.resize(position + size);
+            model.replace(position, std::min(size, model.size() - std::min(position, model.size())), text);
+            position += size;
+        }
+        ASSERT_EQ(GetFileSize(file, nullptr), model.size());
+    }
+    EXPECT_TRUE(CloseHandle(file));
+    EXPECT_EQ(onHost(), model);
+}
+
+// Lets no file of this process grow beyond a size, as a full disk would.
+class SizeLimit {
+public:
+    explicit SizeLimit(rlim_t bytes) {
+        getrlimit(RLIMIT_FSIZE, &before_);
+        const rlimit limit{bytes, before_.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~SizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &before_);
+        std::signal(SIGXFSZ, signal_);
+    }
+
+private:
+    void (*signal_)(int) = std::signal(SIGXFSZ, SIG_IGN);
+    rlimit before_{};
+};
+
+TEST_F(CachedFile, tellsAtTheCloseWhatFoundNoPlaceUnlessThatWasMadeBefore) {
+    for (const bool madeRoom : {false, true}) {
+        const HANDLE file = open(path_, readWrite, CREATE_ALWAYS);
+        {
+            const SizeLimit limit(1000);
+            EXPECT_TRUE(write(file, std::string(900, 'a')) && write(file, std::string(900, 'b')));
+            EXPECT_FALSE(FlushFileBuffers(file));
+            EXPECT_NE(GetLastError(), DWORD{NO_ERROR});
+            EXPECT_FALSE(write(file, std::string(5000, 'c'))) << "a transfer overtook what was kept";
+            if (!madeRoom) {
+                EXPECT_FALSE(CloseHandle(file));
+                EXPECT_NE(GetLastError(), DWORD{NO_ERROR});
+            }
+        }
+        if (madeRoom) {
+            EXPECT_TRUE(CloseHandle(file));
+            EXPECT_EQ(onHost(), std::string(900, 'a') + std::string(900, 'b'));
+        }
+    }
+}
+
+TEST_F(CachedFile, tellsWhoeverOpensTheFileToo) {
+    const HANDLE file = open(path_, GENERIC_WRITE, CREATE_NEW);
+    {
+        const SizeLimit limit(0);
+        write(file, "kept");
+        EXPECT_EQ(open(path_, GENERIC_READ), INVALID_HANDLE_VALUE);
+    }
+    const HANDLE reader = open(path_, GENERIC_READ);
+    EXPECT_EQ(read(reader, 10), "kept");
+    EXPECT_TRUE(CloseHandle(file) && CloseHandle(reader));
+}
+
+TEST_F(CachedFile, isPassedOnByAMachineThatEnds) {
+    {
+        winlayer::ScopedMachine other;
+        other->drives.workAlone();
+        const HANDLE file =
+            CreateFileA(("Z:" + place_.string()).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+        EXPECT_TRUE(write(file, "left open"));
+    }
+    EXPECT_EQ(readFile(path_), "left open");
+}
+
+// The program's own machine lasts until the program ends.
+TEST(CachedFileOfAProgram, isPassedOnWhenTheProgramEnds) {
+    const std::string place = std::filesystem::temp_directory_path() / "cached_file_at_exit";
+    std::filesystem::remove(place);
+    const pid_t child = fork();
+    if (child == 0) {
+        winlayer::Machine::current().drives.workAlone();
+        DWORD count = 0;
+        WriteFile(CreateFileA(("Z:" + place).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr),
+                  "left open", 9, &count, nullptr);
+        std::exit(0);
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    std::ifstream file(place);
+    const std::string text{std::istreambuf_iterator<char>(file), {}};
+    EXPECT_EQ(text, "left open");
+    std::filesystem::remove(place);
+}
+
+}  // namespace
