@@ -57,27 +57,38 @@ void requireArchive(const std::filesystem::path& archive) {
     throw unreadable(archive, std::filesystem::exists(status) ? "it is not a file" : error.message());
 }
 
-ArchiveContents readArchive(const std::filesystem::path& archive) {
+ArchiveSummary walkArchive(const std::filesystem::path& archive, const TakeRecord& take) {
     const ArchiveFile file(archive);
     zar::Checker checker = file.checker();
-    ArchiveContents contents;
-    contents.size = file.size();
-    for (zar::Entry entry; checker.Next(entry);) contents.records.push_back(entry);
-    contents.fault = checker.FirstFault();
-    return contents;
+    ArchiveSummary summary;
+    summary.size = file.size();
+    for (zar::Entry entry; checker.Next(entry); ++summary.count) {
+        summary.oldLayout = entry.oldLayout;
+        take(entry);
+    }
+    summary.fault = checker.FirstFault();
+    return summary;
 }
 
-void refuseFaulty(const std::filesystem::path& archive, const ArchiveContents& contents) {
-    if (!contents.fault) return;
+void refuseFaulty(const std::filesystem::path& archive, const ArchiveSummary& summary) {
+    if (!summary.fault) return;
     throw Problem(ExitCode::invalidArchive, archive.string() + ": at offset " +
-                                                std::to_string(contents.fault->offset) + ": " +
-                                                contents.fault->reason);
+                                                std::to_string(summary.fault->offset) + ": " +
+                                                summary.fault->reason);
 }
 
 ArchiveContents readSoundArchive(const std::filesystem::path& archive) {
-    ArchiveContents contents = readArchive(archive);
+    ArchiveContents contents;
+    const auto keep = [&](const zar::Entry& record) { contents.records.push_back(record); };
+    static_cast<ArchiveSummary&>(contents) = walkArchive(archive, keep);
     refuseFaulty(archive, contents);
     return contents;
+}
+
+std::size_t countSoundArchive(const std::filesystem::path& archive) {
+    const ArchiveSummary summary = walkArchive(archive, [](const zar::Entry&) {});
+    refuseFaulty(archive, summary);
+    return summary.count;
 }
 
 std::vector<unsigned char> readMember(const std::filesystem::path& archive, const zar::Entry& record) {

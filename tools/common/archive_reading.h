@@ -1,6 +1,7 @@
 #pragma once
 #include <cstdint>
 #include <filesystem>
+#include <functional>
 #include <optional>
 #include <vector>
 
@@ -8,24 +9,34 @@
 
 namespace tools {
 
-// What an archive holds, and the first thing that is wrong with it.
-struct ArchiveContents {
+// What is to be told of an archive without its records, and the first thing that is wrong with it.
+struct ArchiveSummary {
     std::uint64_t size = 0;  // bytes of the archive
-    std::vector<zar::Entry> records;
+    std::size_t count = 0;   // records
+    bool oldLayout = false;
     std::optional<zar::Fault> fault;
 };
+
+struct ArchiveContents : ArchiveSummary {
+    std::vector<zar::Entry> records;
+};
+
+using TakeRecord = std::function<void(const zar::Entry&)>;
 
 // Throws Problem(failure) when there is no file of that name.
 void requireArchive(const std::filesystem::path& archive);
 
-// Walks an archive on the host without unpacking it. Throws Problem(failure) when it cannot be opened.
-ArchiveContents readArchive(const std::filesystem::path& archive);
+// Walks an archive on the host without unpacking it and gives each record. Throws Problem(failure) when it
+// cannot be opened.
+ArchiveSummary walkArchive(const std::filesystem::path& archive, const TakeRecord& take);
 
 // Throws Problem(invalidArchive) that names the offset and the reason when there is a fault.
-void refuseFaulty(const std::filesystem::path& archive, const ArchiveContents& contents);
+void refuseFaulty(const std::filesystem::path& archive, const ArchiveSummary& summary);
 
-// Both: the contents of an archive that must be sound.
+// Both: the contents of an archive that must be sound, or the number of its records alone, which needs no
+// memory for each.
 ArchiveContents readSoundArchive(const std::filesystem::path& archive);
+std::size_t countSoundArchive(const std::filesystem::path& archive);
 
 // One file's data. Throws Problem.
 std::vector<unsigned char> readMember(const std::filesystem::path& archive, const zar::Entry& record);

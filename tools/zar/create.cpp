@@ -152,15 +152,14 @@ void create(const CreateOptions& options, Session& session) {
     }
     StagedFile staged(options.archive);
     pack(options, source, staged, session, cancellation);
-    const ArchiveContents contents = readSoundArchive(staged.path());
+    const std::size_t files = countSoundArchive(staged.path());
     cancellation.check();
     staged.commit();
     session.result["archive"] = options.archive.string();
-    session.result["files"] = contents.records.size();
+    session.result["files"] = files;
     session.result["bytes"] = fs::file_size(options.archive);
     if (session.json) return;
-    session.console.result(options.archive.string() + ": " + std::to_string(contents.records.size()) +
-                           " files");
+    session.console.result(options.archive.string() + ": " + std::to_string(files) + " files");
 }
 
 }  // namespace tools::zar

@@ -48,7 +48,7 @@ struct Extraction {
         } catch (const std::exception& fault) {
             cancellation.check();
             // An archive of no files has not even a first field, which the extractor takes for a failure.
-            if (readSoundArchive(options.archive).records.empty()) return;
+            if (countSoundArchive(options.archive) == 0) return;
             blameFullDisk(options.folder);
             throw Problem(ExitCode::failure,
                           "cannot unpack " + options.archive.string() + ": " + reasonOf(fault));
@@ -89,7 +89,7 @@ void extractNamed(const Extraction& extraction, const fs::path& work, const fs::
     extraction.run(folder, engineName(name, extraction.options.stripFirst).c_str());
     const fs::path file = onlyFileBelow(folder);
     if (file.empty()) {
-        readSoundArchive(extraction.options.archive);
+        countSoundArchive(extraction.options.archive);
         throw Problem(ExitCode::failure, extraction.options.archive.string() + " holds no file " + name);
     }
     const fs::path place = whole / hostName(name);
@@ -109,7 +109,7 @@ void extract(const ExtractOptions& options, Session& session) {
     const Extraction extraction{options, unpacker, cancellation};
     std::size_t files = options.names.size();
     if (options.names.empty()) {
-        files = readSoundArchive(options.archive).records.size();
+        files = countSoundArchive(options.archive);
         extraction.run(staged.path(), nullptr);
     } else {
         const fs::path whole = staged.path() / "whole";

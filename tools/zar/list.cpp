@@ -37,30 +37,24 @@ void print(const ::zar::Entry& record, Session& session) {
 }  // namespace
 
 void list(const ListOptions& options, Session& session) {
-    const ArchiveContents contents = readArchive(options.archive);
     session.result["files"] = nlohmann::ordered_json::array();
-    for (const ::zar::Entry& record : contents.records) {
-        if (session.json) {
-            addToResult(record, session);
-        } else {
-            print(record, session);
-        }
-    }
-    refuseFaulty(options.archive, contents);
+    const auto show = session.json ? addToResult : print;
+    const ArchiveSummary summary =
+        walkArchive(options.archive, [&](const ::zar::Entry& record) { show(record, session); });
+    refuseFaulty(options.archive, summary);
 }
 
 void test(const TestOptions& options, Session& session) {
-    const ArchiveContents contents = readArchive(options.archive);
-    const bool oldLayout = !contents.records.empty() && contents.records.front().oldLayout;
-    session.result["layout"] = oldLayout ? "old" : "new";
-    session.result["records"] = contents.records.size();
-    if (contents.fault) {
-        session.result["fault"] = {{"offset", contents.fault->offset}, {"reason", contents.fault->reason}};
+    const ArchiveSummary summary = walkArchive(options.archive, [](const ::zar::Entry&) {});
+    session.result["layout"] = summary.oldLayout ? "old" : "new";
+    session.result["records"] = summary.count;
+    if (summary.fault) {
+        session.result["fault"] = {{"offset", summary.fault->offset}, {"reason", summary.fault->reason}};
     }
-    refuseFaulty(options.archive, contents);
+    refuseFaulty(options.archive, summary);
     if (!session.json) {
-        session.console.result(options.archive.string() + ": sound, " +
-                               std::to_string(contents.records.size()) + " files");
+        session.console.result(options.archive.string() + ": sound, " + std::to_string(summary.count) +
+                               " files");
     }
 }
 
