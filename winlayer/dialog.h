@@ -27,8 +27,12 @@ bool handleDialogMessage(HWND dialog, const MSG& message);
 
 // Gives a control the focus as the keyboard does, which makes a push button the default one.
 void focusControl(const Window& dialog, HWND control);
+// Draws the push button with the focus as the default one, or else the one that is.
+void showWhatEnterPresses(const Window& dialog);
 void setDefaultButton(Window& dialog, WORD id);
 
+// The font as CreateFontIndirectA takes it.
+LOGFONTA describe(const DialogFont& font);
 // Makes the font of the dialog's template and tells the dialog (WM_SETFONT).
 void giveDialogFont(Window& dialog);
 // The dialog is gone: its font goes too.

@@ -11,6 +11,8 @@ namespace {
 constexpr int dotsPerInch = 96;
 constexpr int pointsPerInch = 72;
 
+}  // namespace
+
 LOGFONTA describe(const DialogFont& font) {
     LOGFONTA description{};
     description.lfHeight = -(font.points * dotsPerInch + pointsPerInch / 2) / pointsPerInch;
@@ -20,8 +22,6 @@ LOGFONTA describe(const DialogFont& font) {
     std::memcpy(description.lfFaceName, font.face.data(), length);
     return description;
 }
-
-}  // namespace
 
 void giveDialogFont(Window& dialog) {
     const HGDIOBJ font = Machine::current().graphics.add(Font{describe(*dialog.dialog->font)});

@@ -82,10 +82,9 @@ bool choose(const Window& dialog, HWND from, char mnemonic) {
     if (control == nullptr) {
         return false;
     }
+    focusControl(dialog, control);
     if ((sendMessage(control, WM_GETDLGCODE) & DLGC_BUTTON) != 0) {
         sendMessage(control, BM_CLICK);
-    } else {
-        focusControl(dialog, control);
     }
     return true;
 }
@@ -118,6 +117,9 @@ bool handleDialogMessage(HWND handle, const MSG& message) {
     }
     translateMessage(message);
     dispatchMessage(message);
+    if (message.message == WM_LBUTTONDOWN && findWindow(handle) != nullptr) {
+        showWhatEnterPresses(*dialog);
+    }
     return true;
 }
 

@@ -130,7 +130,12 @@ void setDefaultButton(Window& dialog, WORD id) {
 
 void focusControl(const Window& dialog, HWND control) {
     setFocus(control);
-    if (findWindow(control) == nullptr || dialog.dialog == nullptr) {
+    showWhatEnterPresses(dialog);
+}
+
+void showWhatEnterPresses(const Window& dialog) {
+    const HWND control = Machine::current().windows.focus;
+    if (dialog.dialog == nullptr || control == nullptr || !isBelow(dialog.handle, control)) {
         return;
     }
     const LRESULT code = sendMessage(control, WM_GETDLGCODE);

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <map>
-#include <string_view>
 
 #include "winlayer/dialog.h"
 #include "winlayer/machine.h"
@@ -17,15 +16,13 @@ constexpr WORD staticClass = 0x82;
 constexpr DWORD textId = 0xFFFF;
 constexpr DWORD iconId = 20;
 
-// In dialog units; a character is 4 wide on average and a line 8 high.
+// In dialog units.
 constexpr int margin = 7;
 constexpr int buttonWidth = 50;
 constexpr int buttonHeight = 14;
 constexpr int buttonGap = 4;
 constexpr int iconSize = 21;
-constexpr int widestLine = 60;  // characters
-constexpr int characterWidth = 4;
-constexpr int lineHeight = 8;
+constexpr int widestText = 240;
 
 std::vector<int> buttonsOf(UINT style) {
     static const std::map<UINT, std::vector<int>> buttons = {
@@ -74,17 +71,12 @@ LPCSTR iconOf(UINT style) {
     }
 }
 
-// Room for the text, its long lines broken: columns and lines.
-SIZE extentOf(std::string_view text) {
-    SIZE extent{};
-    for (std::size_t start = 0; start <= text.size();) {
-        const std::size_t end = std::min(text.find('\n', start), text.size());
-        const auto length = static_cast<LONG>(end - start);
-        extent.cx = std::max(extent.cx, std::min<LONG>(length, widestLine));
-        extent.cy += std::max<LONG>(1, (length + widestLine - 1) / widestLine);
-        start = end + 1;
-    }
-    return extent;
+// The room that the text takes as it is drawn, in whole dialog units.
+SIZE roomFor(const char* text, const DialogFont& font) {
+    const SIZE units = baseUnitsOf(font);
+    const auto width = static_cast<int>(widestText * units.cx / 4);
+    const SIZE drawn = Machine::current().windows.peer().textExtent(text, describe(font), width);
+    return {(drawn.cx * 4 + units.cx - 1) / units.cx, (drawn.cy * 8 + units.cy - 1) / units.cy};
 }
 
 DialogItem makeItem(WORD windowClass, DWORD style, DWORD id, const RECT& place, std::string title) {
@@ -116,25 +108,25 @@ void addButtons(DialogTemplate& box, UINT style, const std::vector<int>& buttons
 }
 
 DialogTemplate design(const char* text, const char* caption, UINT style, const std::vector<int>& buttons) {
-    const SIZE extent = extentOf(text);
+    const DialogFont font{8, 400, false, "MS Sans Serif"};
+    const SIZE room = roomFor(text, font);
     const bool hasIcon = iconOf(style) != nullptr;
     const int textLeft = margin + (hasIcon ? iconSize + margin : 0);
-    const int textWidth = static_cast<int>(extent.cx) * characterWidth;
-    const int textHeight = static_cast<int>(extent.cy) * lineHeight;
-    const int bodyHeight = std::max(textHeight, hasIcon ? iconSize : 0);
+    const int bodyHeight = std::max(static_cast<int>(room.cy), hasIcon ? iconSize : 0);
     const auto count = static_cast<int>(buttons.size());
     DialogTemplate box;
     box.style = WS_POPUP | WS_VISIBLE | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME | DS_SETFONT | DS_CENTER;
     box.title = caption;
-    box.font = DialogFont{8, 400, false, "MS Sans Serif"};
-    box.width = std::max(textLeft + textWidth, margin + count * (buttonWidth + buttonGap)) + margin;
+    box.font = font;
+    box.width =
+        std::max(textLeft + static_cast<int>(room.cx), margin + count * (buttonWidth + buttonGap)) + margin;
     box.height = margin + bodyHeight + margin + buttonHeight + margin;
     if (hasIcon) {
         box.items.push_back(makeItem(staticClass, SS_ICON, iconId,
                                      {margin, margin, margin + iconSize, margin + iconSize}, ""));
     }
     box.items.push_back(makeItem(staticClass, SS_LEFT | SS_NOPREFIX, textId,
-                                 {textLeft, margin, textLeft + textWidth, margin + textHeight}, text));
+                                 {textLeft, margin, textLeft + room.cx, margin + room.cy}, text));
     addButtons(box, style, buttons, margin + bodyHeight + margin);
     return box;
 }

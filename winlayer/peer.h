@@ -38,6 +38,12 @@ public:
     // The window's surface was drawn on.
     virtual void painted(HWND /*window*/) {}
 
+    // The part of the screen that windows may cover, in pixels.
+    virtual RECT workArea() const { return {0, 0, 1024, 768}; }
+    // The room in pixels that a text takes when it is drawn with its lines broken between words to `width`;
+    // wider where a single word is. This one estimates, by the mean width of the font's letters.
+    virtual SIZE textExtent(const std::string& text, const LOGFONTA& font, int width) const;
+
     // Writes what a window shows to a PNG file of the host; false when nothing is shown or it cannot be
     // written.
     virtual bool capture(HWND /*window*/, const std::string& /*file*/) { return false; }

@@ -43,6 +43,18 @@ void reportPosition(const Window& window, const WINDOWPOS& position) {
     }
 }
 
+void keepToLimits(const Window& window, WINDOWPOS& wanted) {
+    if ((wanted.flags & SWP_NOSIZE) != 0 || !hasSizeLimits(window)) {
+        return;
+    }
+    const MINMAXINFO limits = sizeLimits(window);
+    const auto within = [](int size, LONG least, LONG most) {
+        return static_cast<int>(std::max(least, std::min<LONG>(size, most)));
+    };
+    wanted.cx = within(wanted.cx, limits.ptMinTrackSize.x, limits.ptMaxTrackSize.x);
+    wanted.cy = within(wanted.cy, limits.ptMinTrackSize.y, limits.ptMaxTrackSize.y);
+}
+
 LRESULT paintNothing(HWND window) {
     PAINTSTRUCT paint{};
     if (beginPaint(window, paint) != nullptr) {
@@ -75,6 +87,9 @@ LRESULT WINAPI DefWindowProcA(HWND handle, UINT message, WPARAM wParam, LPARAM l
             return paintNothing(handle);
         case WM_ERASEBKGND:
             return fillBackground(*window, reinterpret_cast<HDC>(wParam)) ? TRUE : FALSE;
+        case WM_WINDOWPOSCHANGING:
+            keepToLimits(*window, *reinterpret_cast<WINDOWPOS*>(lParam));
+            return 0;
         case WM_WINDOWPOSCHANGED:
             reportPosition(*window, *reinterpret_cast<const WINDOWPOS*>(lParam));
             return 0;

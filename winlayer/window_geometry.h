@@ -3,8 +3,7 @@
 
 namespace winlayer {
 
-// Where windows are, in pixels. The screen is 1024 by 768; only centring asks for it.
-inline constexpr SIZE screenSize{1024, 768};
+// Where windows are, in pixels.
 
 // What a window's border and caption take on each side.
 RECT borders(DWORD style, DWORD exStyle, bool menu = false);

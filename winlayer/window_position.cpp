@@ -97,6 +97,20 @@ void giveFocusAway(const Window& hidden) {
 
 }  // namespace
 
+bool hasSizeLimits(const Window& window) {
+    return window.has(WS_THICKFRAME) || (window.style & (WS_POPUP | WS_CHILD)) == 0;
+}
+
+// The least size leaves the caption's icon and buttons. There is no largest one.
+MINMAXINFO sizeLimits(const Window& window) {
+    constexpr POINT least{112, 27};
+    constexpr LONG any = 0x7FFF;
+    const RECT screen = peer().workArea();
+    MINMAXINFO limits{{}, {widthOf(screen), heightOf(screen)}, {screen.left, screen.top}, least, {any, any}};
+    sendMessage(window.handle, WM_GETMINMAXINFO, 0, reinterpret_cast<LPARAM>(&limits));
+    return limits;
+}
+
 void sendMoved(const Window& window) {
     const RECT border = borders(window.style, window.exStyle);
     const LONG x = window.place.left + border.left;

@@ -11,6 +11,10 @@ bool showWindow(HWND window, int command);
 // EnableWindow; gives whether the window was disabled.
 bool enableWindow(HWND window, bool enable);
 
+// Whether the window's size has limits, and those that it answers WM_GETMINMAXINFO with.
+bool hasSizeLimits(const Window& window);
+MINMAXINFO sizeLimits(const Window& window);
+
 // WM_MOVE and WM_SIZE with the window's place and size.
 void sendMoved(const Window& window);
 void sendSized(const Window& window);

@@ -11,11 +11,11 @@ DWORD ButtonState::mask(Button button) {
     return 0;
 }
 
-Button ButtonState::defaultButton() const {
+std::optional<Button> ButtonState::defaultButton() const {
     for (const Button button : {Button::next, Button::finish, Button::cancel}) {
         if (pressable(button)) return button;
     }
-    return Button::home;
+    return std::nullopt;
 }
 
 }  // namespace host

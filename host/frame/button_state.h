@@ -1,4 +1,6 @@
 #pragma once
+#include <optional>
+
 #include "host/protocol.h"
 
 namespace host {
@@ -17,8 +19,8 @@ public:
         return button == Button::home ? home_ : (enabled_ & mask(button)) != 0;
     }
     bool pressable(Button button) const { return offered(button) && enabled(button); }
-    // What Enter presses; Home when nothing better can be pressed.
-    Button defaultButton() const;
+    // What Enter presses, if anything.
+    std::optional<Button> defaultButton() const;
 
     bool operator==(const ButtonState&) const = default;
 

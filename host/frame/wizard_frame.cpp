@@ -83,6 +83,10 @@ INT_PTR CALLBACK WizardFrame::dialogProcedure(HWND window, UINT message, WPARAM 
 
 void WizardFrame::initialise() {
     headingFont_ = boldFontOf(window_);
+    // The template holds the largest page and the row of buttons, and nothing that could shrink.
+    RECT place{};
+    GetWindowRect(window_, &place);
+    leastSize_ = {place.right - place.left, place.bottom - place.top};
     layout_ = FrameLayout(window_);
     layout_.add(CONTROL_PAGE_AREA, {true, true, true, true});
     for (const int control : {CONTROL_STATUS, CONTROL_PROGRESS, CONTROL_SEPARATOR}) {
@@ -112,6 +116,9 @@ INT_PTR WizardFrame::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_SETFOCUS:
             keepFocus();
             return TRUE;
+        case WM_GETMINMAXINFO:
+            reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = leastSize_;
+            return answer(0);
         case WM_SIZE:
             layout_.apply();
             if (page_) layOutPage(page_);
@@ -162,7 +169,7 @@ void WizardFrame::onActivate(bool active) {
     if (!active) {
         lastFocus_ = GetFocus();
     } else {
-        if (IsChild(window_, lastFocus_)) SetFocus(lastFocus_);
+        if (IsChild(window_, lastFocus_)) giveFocus(lastFocus_);
         keepFocus();
     }
 }
@@ -243,7 +250,8 @@ void WizardFrame::showButtons(const ButtonState& before) {
         }
         if (pressable) keepFocus();
     }
-    SendMessageA(window_, DM_SETDEFID, static_cast<WPARAM>(buttons_.defaultButton()), 0);
+    const auto button = buttons_.defaultButton();
+    SendMessageA(window_, DM_SETDEFID, button ? static_cast<WPARAM>(*button) : 0, 0);
     if (!(buttons_ == before)) events_.buttonsChanged();
 }
 
@@ -256,12 +264,16 @@ void WizardFrame::keepFocus() {
     if (!arrived && focusCanStay()) return;
     pageArrives_ = pageArrives_ && !arrived;
     HWND target = arrived ? firstTabStop(page_) : nullptr;
-    if (!target && buttons_.defaultButton() != Button::home) target = control(buttons_.defaultButton());
+    if (const auto button = buttons_.defaultButton(); button && !target) target = control(*button);
     if (target) {
-        SendMessageA(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(target), TRUE);
+        giveFocus(target);
     } else {
         SetFocus(window_);
     }
+}
+
+void WizardFrame::giveFocus(HWND control) const {
+    SendMessageA(window_, WM_NEXTDLGCTL, reinterpret_cast<WPARAM>(control), TRUE);
 }
 
 bool WizardFrame::focusCanStay() const {

@@ -62,12 +62,14 @@ private:
     void showButtons(const ButtonState& before);
     void keepFocus();
     bool focusCanStay() const;
+    void giveFocus(HWND control) const;
     HWND control(Button button) const;
 
     HWND window_ = nullptr;
     HWND page_ = nullptr;
     HWND lastFocus_ = nullptr;  // while another window is active
     HFONT headingFont_ = nullptr;
+    POINT leastSize_{};
     FrameLayout layout_;
     ButtonState buttons_;
     FrameEvents& events_;

@@ -104,6 +104,29 @@ INSTANTIATE_TEST_SUITE_P(
         BoxCase{
             MB_RETRYCANCEL, german, {VK_LEFT, VK_RETURN}, IDCANCEL, "Titel: Text [&Wiederholen] Abbrechen"}));
 
+TEST(MessageBoxMachine, BreaksLinesBetweenWordsAndHasRoomForEach) {
+    const struct {
+        std::string text;
+        LONG lines;
+        LONG columns;
+    } cases[] = {
+        {"Ja", 1, 2},
+        {"", 1, 0},
+        {"eins\n\ndrei\n", 4, 4},
+        {std::string(30, 'a') + ' ' + std::string(29, 'b'), 1, 60},
+        {std::string(30, 'a') + ' ' + std::string(30, 'b'), 2, 30},
+        {std::string(40, 'a') + ' ' + std::string(30, 'b') + ' ' + std::string(40, 'c'), 3, 40},
+        {std::string(90, 'a') + " b", 2, 90},
+    };
+    LOGFONTA font{};
+    font.lfHeight = -11;
+    for (const auto& each : cases) {
+        const SIZE extent = winlayer::Peer().textExtent(each.text, font, 360);
+        EXPECT_EQ(extent.cy, each.lines * 13) << each.text;
+        EXPECT_EQ(extent.cx, each.columns * 6) << each.text;
+    }
+}
+
 TEST(MessageBoxMachine, ShowsItsIconAndRefusesWhatItCannotShow) {
     ScopedMachine machine;
     BoxUser user({VK_RETURN});

@@ -52,6 +52,30 @@ TEST_F(WindowPlace, ChildrenLieInTheirParentsClientArea) {
     EXPECT_TRUE((windowRect(child_) == RECT{105, 106, 145, 126}));
 }
 
+LRESULT CALLBACK limitedProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_GETMINMAXINFO) {
+        reinterpret_cast<MINMAXINFO*>(lParam)->ptMinTrackSize = {200, 150};
+        reinterpret_cast<MINMAXINFO*>(lParam)->ptMaxTrackSize = {400, 300};
+        return 0;
+    }
+    return DefWindowProcA(window, message, wParam, lParam);
+}
+
+TEST_F(WindowPlace, AWindowThatCanBeSizedKeepsToTheLimitsThatItNames) {
+    const auto sized = [](DWORD style, int width, int height) {
+        const HWND window = CreateWindowExA(0, "STATIC", "", style, 10, 20, 250, 200, nullptr, nullptr,
+                                            GetModuleHandleA(nullptr), nullptr);
+        SetWindowLongPtrA(window, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(limitedProcedure));
+        SetWindowPos(window, nullptr, 0, 0, width, height, SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+        const RECT place = windowRect(window);
+        DestroyWindow(window);
+        return std::pair(place.right - place.left, place.bottom - place.top);
+    };
+    EXPECT_EQ(sized(WS_POPUP | WS_THICKFRAME, 30, 20), std::pair(LONG{200}, LONG{150}));
+    EXPECT_EQ(sized(WS_POPUP | WS_THICKFRAME, 900, 160), std::pair(LONG{400}, LONG{160}));
+    EXPECT_EQ(sized(WS_POPUP, 30, 20), std::pair(LONG{30}, LONG{20})) << "nobody can size it but its program";
+}
+
 TEST_F(WindowPlace, MovingAndSizingTellWhatChanged) {
     const std::vector<UINT> wanted = {WM_SIZE, WM_MOVE, WM_WINDOWPOSCHANGED};
     MoveWindow(child_, 7, 8, 40, 20, TRUE);

@@ -10,7 +10,8 @@ namespace winlayer {
 enum class DisplayKind { Screen, Memory };
 
 // A peer that shows windows; one at a time in a process, on the thread of the windows. Null when there is
-// none: the program was built without one, or there is no screen; `reason` then says so in one clause.
-std::unique_ptr<Peer> openDisplay(DisplayKind kind, std::string& reason);
+// none: the library that draws is not there, or there is no screen; `reason` then says so in one clause.
+using OpenDisplay = std::unique_ptr<Peer>(DisplayKind kind, std::string& reason);
+OpenDisplay openDisplay;
 
 }  // namespace winlayer

@@ -9,6 +9,7 @@
 #include <QRadioButton>
 #include <QStyleOptionButton>
 #include <QTextEdit>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <utility>
@@ -240,10 +241,7 @@ void reportFailures(QtMsgType type, const QMessageLogContext& /*context*/, const
 void setFont(QWidget& widget, const Window& window) {
     LOGFONTA description{};
     if (window.font != nullptr && GetObjectA(window.font, sizeof description, &description) != 0) {
-        QFont font(QString::fromLatin1(description.lfFaceName));
-        font.setPixelSize(std::abs(description.lfHeight));
-        font.setWeight(description.lfWeight >= FW_BOLD ? QFont::Bold : QFont::Normal);
-        widget.setFont(font);
+        widget.setFont(fontOf(description));
     }
 }
 
@@ -265,6 +263,14 @@ QtApplication::QtApplication(const char* platform)
     QFont font("MS Sans Serif");
     font.setPixelSize(11);  // 8 points at 96 dots an inch
     QApplication::setFont(font);
+}
+
+QFont fontOf(const LOGFONTA& description) {
+    QFont font(QString::fromLatin1(description.lfFaceName));
+    font.setPixelSize(std::max(1, std::abs(description.lfHeight)));
+    font.setWeight(description.lfWeight >= FW_BOLD ? QFont::Bold : QFont::Normal);
+    font.setItalic(description.lfItalic != 0);
+    return font;
 }
 
 QWidget* makeWidget(const Window& window, QWidget* parent) {

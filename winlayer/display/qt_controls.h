@@ -20,6 +20,9 @@ private:
     QApplication application_;
 };
 
+// The font that is drawn for the one that a program asks for.
+QFont fontOf(const LOGFONTA& description);
+
 // The widget that shows a window of this class and style. Owned by the parent, if there is one.
 QWidget* makeWidget(const Window& window, QWidget* parent);
 

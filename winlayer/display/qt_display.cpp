@@ -4,16 +4,20 @@
 #include <unistd.h>
 
 #include <QAbstractEventDispatcher>
+#include <QFontMetrics>
 #include <QPixmap>
+#include <QScreen>
 #include <QTimer>
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
 
+#include "winlayer/code_pages.h"
 #include "winlayer/display/display.h"
 #include "winlayer/machine.h"
 #include "winlayer/window_geometry.h"
+#include "winlayer/window_position.h"
 
 namespace winlayer {
 namespace {
@@ -95,6 +99,8 @@ void QtDisplay::moved(HWND window) {
     const QRect place = placeOf(*facts);
     if (!facts->isChild() && !facts->has(WS_THICKFRAME)) {
         moving->setFixedSize(place.size());
+    } else if (!facts->isChild()) {
+        limitSize(*facts);
     }
     moving->setGeometry(place);
 }
@@ -111,7 +117,18 @@ void QtDisplay::restacked(HWND window) {
     }
 }
 
+// What the window does not allow, the desktop does not offer either.
+void QtDisplay::limitSize(const Window& window) {
+    const SIZE inside = clientSize(window);
+    const POINT least = sizeLimits(window).ptMinTrackSize;
+    widget(window.handle)
+        ->setMinimumSize(least.x - (widthOf(window.place) - inside.cx),
+                         least.y - (heightOf(window.place) - inside.cy));
+}
+
 void QtDisplay::shown(HWND window, bool visible) {
+    const auto facts = Machine::current().windows.find(window);
+    if (facts->has(WS_THICKFRAME)) limitSize(*facts);
     widget(window)->setVisible(visible);
     followFocus();
 }
@@ -143,6 +160,20 @@ void QtDisplay::focused(HWND /*window*/) {
 
 void QtDisplay::painted(HWND window) {
     widget(window)->update();
+}
+
+RECT QtDisplay::workArea() const {
+    const QRect area = QGuiApplication::primaryScreen()->availableGeometry();
+    return {area.left(), area.top(), area.left() + area.width(), area.top() + area.height()};
+}
+
+// As labels draw it.
+SIZE QtDisplay::textExtent(const std::string& text, const LOGFONTA& font, int width) const {
+    const QString shown = QString::fromStdString(toUtf8(Machine::current(), text));
+    const QRect needed = QFontMetrics(fontOf(font))
+                             .boundingRect(QRect(0, 0, width, QWIDGETSIZE_MAX),
+                                           Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, shown);
+    return {needed.width(), needed.height()};
 }
 
 void QtDisplay::poll() {
@@ -196,12 +227,16 @@ QWidget* QtDisplay::widget(HWND window) const {
     return found == widgets_.end() ? nullptr : found->second;
 }
 
-std::unique_ptr<Peer> openDisplay(DisplayKind kind, std::string& reason) {
+}  // namespace winlayer
+
+// The library's one entry point.
+extern "C" [[gnu::visibility("default")]] winlayer::OpenDisplay winlayerOpenQtDisplay;
+
+std::unique_ptr<winlayer::Peer> winlayerOpenQtDisplay(winlayer::DisplayKind kind, std::string& reason) {
+    using namespace winlayer;
     if (kind == DisplayKind::Memory) {
         return std::make_unique<QtDisplay>("offscreen");
     }
     reason = whyNoScreen();
     return reason.empty() ? std::make_unique<QtDisplay>(nullptr) : nullptr;
 }
-
-}  // namespace winlayer

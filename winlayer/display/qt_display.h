@@ -26,6 +26,8 @@ public:
     void stateChanged(HWND window) override;
     void focused(HWND window) override;
     void painted(HWND window) override;
+    RECT workArea() const override;
+    SIZE textExtent(const std::string& text, const LOGFONTA& font, int width) const override;
     void poll() override;
     void wait(std::optional<std::int64_t> until) override;
     void wake() override;
@@ -33,6 +35,7 @@ public:
 
 private:
     void refresh(HWND window);
+    void limitSize(const Window& window);
     void followFocus();
     QWidget* widget(HWND window) const;
 

@@ -100,11 +100,27 @@ bool QtInput::eventFilter(QObject* object, QEvent* event) {
                 follow(window, widget->geometry());
             }
             return false;
+        case QEvent::WindowActivate:
+            keepInFront(window);
+            return false;
         case QEvent::WindowDeactivate:
             releaseModifiers();
             return false;
         default:
             return false;
+    }
+}
+
+// The desktop lets the user bring a window to the front that a modal dialog has disabled; the dialog then
+// comes before it again. (Qt's own modality would take the keys away that go to the dialog meanwhile.)
+void QtInput::keepInFront(HWND window) const {
+    const HWND active = Machine::current().windows.active;
+    if (active == window || IsWindowEnabled(window)) return;
+    for (const auto& [object, each] : windows_) {
+        auto* const widget = qobject_cast<QWidget*>(object);
+        if (each != active || widget == nullptr) continue;
+        widget->raise();
+        widget->activateWindow();
     }
 }
 

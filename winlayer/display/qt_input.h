@@ -19,6 +19,7 @@ protected:
     bool eventFilter(QObject* object, QEvent* event) override;
 
 private:
+    void keepInFront(HWND window) const;
     static bool mouse(const QMouseEvent& event, HWND window);
     static bool key(const QKeyEvent& event, bool down);
 

@@ -55,6 +55,15 @@ struct WINDOWPOS {
     UINT flags;
 };
 
+// Sizes of windows, in pixels; WM_GETMINMAXINFO asks a window for other ones.
+struct MINMAXINFO {
+    POINT ptReserved;
+    POINT ptMaxSize;
+    POINT ptMaxPosition;
+    POINT ptMinTrackSize;
+    POINT ptMaxTrackSize;
+};
+
 struct STYLESTRUCT {
     DWORD styleOld;
     DWORD styleNew;
