@@ -66,6 +66,7 @@ function(windows_module target name)
     endif()
     set(exports ${CMAKE_CURRENT_SOURCE_DIR}/${target}.exports)
     target_link_libraries(${target} PRIVATE winlayer)
-    target_link_options(${target} PRIVATE -Wl,-e,DllMain -Wl,--version-script=${exports} -Wl,-z,defs)
+    target_link_options(${target} PRIVATE -Wl,-e,DllMain -Wl,--version-script=${exports} -Wl,-z,defs
+        -Wl,-O1 -Wl,--as-needed -Wl,-Bsymbolic-functions)
     set_target_properties(${target} PROPERTIES BUILD_RPATH "$ORIGIN" LINK_DEPENDS ${exports})
 endfunction()

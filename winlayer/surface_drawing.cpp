@@ -2,17 +2,13 @@
 
 #include <algorithm>
 #include <memory>
+#include <vector>
 
 #include "winlayer/include/wingdi.h"
 
 namespace winlayer {
 
 namespace {
-
-std::size_t indexOf(const Surface& surface, int x, int y) {
-    return static_cast<std::size_t>(y) * static_cast<std::size_t>(surface.width) +
-           static_cast<std::size_t>(x);
-}
 
 struct Range {
     int first;
@@ -70,6 +66,9 @@ std::uint32_t mean(const Surface& from, Range columns, Range rows) {
 }
 
 std::uint32_t merged(const Surface& from, Range columns, Range rows, int mode) {
+    if (columns.end - columns.first == 1 && rows.end - rows.first == 1) {
+        return pixelAt(from, columns.first, rows.first);
+    }
     if (mode == HALFTONE) {
         return mean(from, columns, rows);
     }
@@ -92,14 +91,6 @@ Surface makeSurface(int width, int height, std::uint32_t pixel) {
 
 bool contains(const Surface& surface, int x, int y) {
     return x >= 0 && y >= 0 && x < surface.width && y < surface.height;
-}
-
-std::uint32_t& pixelAt(Surface& surface, int x, int y) {
-    return surface.pixels[indexOf(surface, x, y)];
-}
-
-std::uint32_t pixelAt(const Surface& surface, int x, int y) {
-    return surface.pixels[indexOf(surface, x, y)];
 }
 
 void fill(Surface& surface, const RECT& area, std::uint32_t pixel) {
@@ -126,12 +117,16 @@ void stretch(const Surface& from, const Placement& source, Surface& to, const Pl
     const Axis down(source.y, source.height, target.y, target.height);
     const Range rows = down.targets(to.height);
     const Range columns = across.targets(to.width);
+    std::vector<Range> fromColumns;  // the same in each row
+    for (int x = columns.first; x < columns.end; ++x) {
+        fromColumns.push_back(across.sources(x, from.width));
+    }
     for (int y = rows.first; y < rows.end; ++y) {
         const Range fromRows = down.sources(y, from.height);
         for (int x = columns.first; fromRows.first < fromRows.end && x < columns.end; ++x) {
-            const Range fromColumns = across.sources(x, from.width);
-            if (fromColumns.first < fromColumns.end) {
-                pixelAt(to, x, y) = merged(from, fromColumns, fromRows, mode);
+            const Range each = fromColumns[static_cast<std::size_t>(x - columns.first)];
+            if (each.first < each.end) {
+                pixelAt(to, x, y) = merged(from, each, fromRows, mode);
             }
         }
     }

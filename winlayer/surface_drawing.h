@@ -14,8 +14,16 @@ constexpr COLORREF toColor(std::uint32_t pixel) {
 // All pixels in one colour. The sizes are not negative.
 Surface makeSurface(int width, int height, std::uint32_t pixel);
 bool contains(const Surface& surface, int x, int y);
-std::uint32_t& pixelAt(Surface& surface, int x, int y);
-std::uint32_t pixelAt(const Surface& surface, int x, int y);
+inline std::size_t indexOf(const Surface& surface, int x, int y) {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(surface.width) +
+           static_cast<std::size_t>(x);
+}
+inline std::uint32_t& pixelAt(Surface& surface, int x, int y) {
+    return surface.pixels[indexOf(surface, x, y)];
+}
+inline std::uint32_t pixelAt(const Surface& surface, int x, int y) {
+    return surface.pixels[indexOf(surface, x, y)];
+}
 
 // Only the part of the area that the surface has.
 void fill(Surface& surface, const RECT& area, std::uint32_t pixel);
