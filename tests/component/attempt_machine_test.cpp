@@ -180,15 +180,6 @@ TEST_F(Interruption, BackAndFinishEndOnTheOptions) {
     }
 }
 
-TEST_F(Interruption, NextIsNotHeard) {
-    for (int at = 0; interrupt(at, wizard::nextCommand); ++at) {
-        EXPECT_TRUE(made()) << at;
-        EXPECT_EQ(pc.faultOfDiskette(), "");
-        send(WM_ACTIVATE, WA_ACTIVE, 0);
-        pc.insertBlank();
-    }
-}
-
 TEST_F(Interruption, TheEndOfTheComponentIsTheEndOfTheAttempt) {
     bool again = true;
     for (int at = 0; again; ++at) {
