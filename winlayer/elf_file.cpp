@@ -20,6 +20,15 @@ std::vector<Record> recordsIn(const std::vector<BYTE>& bytes) {
     return records;
 }
 
+// Of a table of texts; empty behind its end.
+std::string textAt(const std::vector<BYTE>& texts, std::size_t offset) {
+    if (offset >= texts.size()) {
+        return {};
+    }
+    const auto start = texts.begin() + static_cast<std::ptrdiff_t>(offset);
+    return {start, std::find(start, texts.end(), BYTE{0})};
+}
+
 bool isLoadableHere(const ElfW(Ehdr) & header) {
     return std::memcmp(header.e_ident, __ehdr_start.e_ident, EI_VERSION + 1) == 0 &&
            header.e_machine == __ehdr_start.e_machine && header.e_type == ET_DYN;
@@ -46,11 +55,11 @@ std::vector<BYTE> ElfFile::section(const std::string& name) {
     if (header_.e_shstrndx >= sections_.size()) {
         return {};
     }
-    const ElfW(Shdr)& names = sections_[header_.e_shstrndx];
+    const std::vector<BYTE> names = contentOf(sections_[header_.e_shstrndx]);
     const auto found = std::find_if(sections_.begin(), sections_.end(), [&](const ElfW(Shdr) & section) {
         return section.sh_type == SHT_PROGBITS && textAt(names, section.sh_name) == name;
     });
-    return found == sections_.end() ? std::vector<BYTE>() : read(found->sh_offset, found->sh_size);
+    return found == sections_.end() ? std::vector<BYTE>() : contentOf(*found);
 }
 
 std::vector<std::string> ElfFile::needed() {
@@ -60,10 +69,11 @@ std::vector<std::string> ElfFile::needed() {
     if (dynamic == sections_.end() || dynamic->sh_link >= sections_.size()) {
         return {};
     }
+    const std::vector<BYTE> texts = contentOf(sections_[dynamic->sh_link]);
     std::vector<std::string> names;
-    for (const ElfW(Dyn) & entry : recordsIn<ElfW(Dyn)>(read(dynamic->sh_offset, dynamic->sh_size))) {
+    for (const ElfW(Dyn) & entry : recordsIn<ElfW(Dyn)>(contentOf(*dynamic))) {
         if (entry.d_tag == DT_NEEDED) {
-            names.push_back(textAt(sections_[dynamic->sh_link], entry.d_un.d_val));
+            names.push_back(textAt(texts, entry.d_un.d_val));
         }
     }
     return names;
@@ -80,12 +90,8 @@ std::vector<BYTE> ElfFile::read(ElfW(Off) offset, std::size_t size) {
     return file_ ? bytes : std::vector<BYTE>();
 }
 
-std::string ElfFile::textAt(const ElfW(Shdr) & strings, std::size_t offset) {
-    if (offset >= strings.sh_size) {
-        return {};
-    }
-    const std::vector<BYTE> bytes = read(strings.sh_offset + offset, strings.sh_size - offset);
-    return {bytes.begin(), std::find(bytes.begin(), bytes.end(), BYTE{0})};
+std::vector<BYTE> ElfFile::contentOf(const ElfW(Shdr) & section) {
+    return read(section.sh_offset, section.sh_size);
 }
 
 }  // namespace winlayer

@@ -29,7 +29,7 @@ public:
 
 private:
     std::vector<BYTE> read(ElfW(Off) offset, std::size_t size);
-    std::string textAt(const ElfW(Shdr) & strings, std::size_t offset);
+    std::vector<BYTE> contentOf(const ElfW(Shdr) & section);
 
     std::ifstream file_;
     ElfW(Off) size_ = 0;

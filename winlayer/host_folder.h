@@ -88,11 +88,14 @@ public:
 
     const std::string& root() override;
     bool isMade() const override { return isMade_; }
+    DWORD facts(const std::string& path, FileFacts& facts) override;
     // Removes it now; what is asked of it later finds nothing.
     void discard();
 
 private:
     void make();
+    std::vector<std::string> directories() const;
+    bool isSurelyAbsent(const std::string& path) const;
 
     const Machine& madeFor_;
     std::once_flag made_;

@@ -2,6 +2,7 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "winlayer/case_folding.h"
 #include "winlayer/host_folder.h"
 #include "winlayer/machine.h"
 
@@ -31,13 +32,40 @@ void PrivateFolder::make() {
         return;
     }
     folder_ = pattern;
-    for (const std::string& directory :
-         {madeFor_.windowsDirectory(), madeFor_.systemDirectory(), madeFor_.windowsDirectory() + "\\TEMP"}) {
-        std::string below = directory.substr(3);
+    for (std::string below : directories()) {
         std::replace(below.begin(), below.end(), '\\', '/');
         fs::create_directories(fs::path(folder_) / below, error);
     }
     isMade_ = true;
+}
+
+// Below the root.
+std::vector<std::string> PrivateFolder::directories() const {
+    const std::string windows = madeFor_.windowsDirectory().substr(3);
+    return {windows, madeFor_.systemDirectory().substr(3), windows + "\\TEMP"};
+}
+
+// A drive that nobody has used yet holds its directories and nothing else. A search for a file comes by in
+// each of them; making the drive for that would cost more than the whole search.
+DWORD PrivateFolder::facts(const std::string& path, FileFacts& facts) {
+    return isSurelyAbsent(path) ? ERROR_FILE_NOT_FOUND : HostFolder::facts(path, facts);
+}
+
+bool PrivateFolder::isSurelyAbsent(const std::string& path) const {
+    if (isMade_) {
+        return false;
+    }
+    const std::string wanted = foldCase(path);
+    const std::size_t separator = wanted.rfind('\\');
+    bool inKnown = separator == std::string::npos;
+    for (const std::string& directory : directories()) {
+        const std::string known = foldCase(directory);
+        if (wanted.empty() || wanted.back() == '\\' || wanted == known) {
+            return false;
+        }
+        inKnown = inKnown || wanted.substr(0, separator) == known;
+    }
+    return inKnown;
 }
 
 void PrivateFolder::discard() {

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "support/temp_folder_machine.h"
+#include "winlayer/host_folder.h"
 
 // What a host folder may hold that Windows could not: names that differ only in case, other characters,
 // links, pipes. The folder is made and removed on the host.
@@ -237,6 +238,23 @@ TEST_F(HostFolderTest, reportsAShortWrite) {
     EXPECT_EQ(count, DWORD{4096});
     EXPECT_EQ(SetFilePointer(file, 0, nullptr, FILE_CURRENT), DWORD{4096});
     CloseHandle(file);
+}
+
+TEST(PrivateDrive, IsNotMadeForALookForWhatItCannotHave) {
+    winlayer::ScopedMachine machine;
+    const auto made = [&] {
+        return std::dynamic_pointer_cast<winlayer::HostFolder>(machine->drives.find('C')->files)->isMade();
+    };
+    for (const char* file : {"C:\\none.dll", "C:\\WINDOWS\\none.dll", "C:\\windows\\System32\\none.dll"}) {
+        EXPECT_EQ(GetFileAttributesA(file), INVALID_FILE_ATTRIBUTES) << file;
+        EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND}) << file;
+    }
+    EXPECT_FALSE(made());
+    EXPECT_EQ(GetFileAttributesA("C:\\none\\none.dll"), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_EQ(GetFileAttributesA("C:\\WINDOWS\\temp"), DWORD{FILE_ATTRIBUTE_DIRECTORY});
+    EXPECT_TRUE(made());
+    EXPECT_EQ(GetFileAttributesA("C:\\none.dll"), INVALID_FILE_ATTRIBUTES);
 }
 
 TEST_F(HostFolderTest, hasNoLabelAndNoRawDevice) {
