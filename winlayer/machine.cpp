@@ -69,6 +69,24 @@ Machine::Machine(WindowsVersion windowsVersion) : version(windowsVersion) {
 
 Machine::~Machine() = default;
 
+HMODULE Machine::addInstallerLibrary() {
+    const HMODULE library = modules.addSystemModule("msi.dll", {}, {});
+    const auto add = [&](const char* name, auto* function) {
+        modules.addFunction(library, name, reinterpret_cast<FARPROC>(reinterpret_cast<void (*)()>(function)));
+    };
+    add("MsiDecomposeDescriptorA", &MsiDecomposeDescriptorA);
+    add("MsiOpenDatabaseA", &MsiOpenDatabaseA);
+    add("MsiDatabaseOpenViewA", &MsiDatabaseOpenViewA);
+    add("MsiViewExecute", &MsiViewExecute);
+    add("MsiViewFetch", &MsiViewFetch);
+    add("MsiRecordGetStringA", &MsiRecordGetStringA);
+    add("MsiGetComponentPathA", &MsiGetComponentPathA);
+    add("MsiGetProductInfoA", &MsiGetProductInfoA);
+    add("MsiCloseHandle", &MsiCloseHandle);
+    add("MsiGetShortcutTargetA", &MsiGetShortcutTargetA);
+    return library;
+}
+
 Machine& Machine::current() {
     Machine* const machine = currentMachine.load(std::memory_order_acquire);
     return machine != nullptr ? *machine : defaultMachine();

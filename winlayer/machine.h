@@ -3,10 +3,12 @@
 #include <string>
 
 #include "winlayer/clock.h"
+#include "winlayer/com.h"
 #include "winlayer/drives.h"
 #include "winlayer/gate.h"
 #include "winlayer/graphics.h"
 #include "winlayer/handle_table.h"
+#include "winlayer/installer.h"
 #include "winlayer/local_memory.h"
 #include "winlayer/message_queue.h"
 #include "winlayer/modules.h"
@@ -43,6 +45,10 @@ public:
     std::string windowsDirectory() const;
     std::string systemDirectory() const;
 
+    // Puts MSI.DLL, which works on `installer`, among the system's modules; without it there is none. Gives
+    // its handle, so that a test can take functions away.
+    HMODULE addInstallerLibrary();
+
     WindowsVersion version;
     std::string computerName = "WORKSTATION";  // ANSI
     UINT ansiCodePage = 1252;                  // 1252 or 65001 ...: what code_pages.h supports
@@ -62,6 +68,8 @@ public:
     Graphics graphics;
     Modules modules{*this};
     Shell shell;
+    Com com;
+    Installer installer;
 };
 
 // Puts a machine of its own in place of the current one until the end of the scope. Scopes nest.

@@ -64,14 +64,14 @@ HMODULE Modules::add(const std::string& name, const std::string& path) {
     return insert(std::move(module));
 }
 
-void Modules::addSystemModule(const std::string& name, Hook attach, Hook detach) {
+HMODULE Modules::addSystemModule(const std::string& name, Hook attach, Hook detach) {
     Module module;
     module.name = name;
     module.present = false;
     module.uses = 0;
     module.attach = std::move(attach);
     module.detach = std::move(detach);
-    insert(std::move(module));
+    return insert(std::move(module));
 }
 
 void Modules::addString(HMODULE module, UINT id, const std::string& ansiText) {

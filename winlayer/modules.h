@@ -29,8 +29,8 @@ public:
     // Adds a module that stays and gives its handle; `path` as GetModuleFileNameA reports it.
     HMODULE add(const std::string& name, const std::string& path);
     // A module of the system directory that is part of the layer. It is there once it is loaded; the hooks
-    // run when it is loaded first and freed last.
-    void addSystemModule(const std::string& name, Hook attach, Hook detach);
+    // run when it is loaded first and freed last. Gives the handle that it has then.
+    HMODULE addSystemModule(const std::string& name, Hook attach, Hook detach);
     void addString(HMODULE module, UINT id, const std::string& ansiText);
     void addMessage(HMODULE module, DWORD id, const std::string& ansiText);
     void addFunction(HMODULE module, const std::string& name, FARPROC procedure);

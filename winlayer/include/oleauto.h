@@ -1,7 +1,6 @@
 #pragma once
 #include "objbase.h"
 
-using OLECHAR = WCHAR;
 // A text with its length in bytes in the four bytes before it and a zero behind it, both not counted in the
 // length. A null one is an empty text. Who gets one frees it.
 using BSTR = OLECHAR*;

@@ -1,0 +1,19 @@
+#pragma once
+#include "shobjidl.h"
+
+// What every data block of a link begins with.
+struct DATABLOCK_HEADER {
+    DWORD cbSize;  // of the whole block, in bytes
+    DWORD dwSignature;
+};
+using LPDATABLOCK_HEADER = DATABLOCK_HEADER*;
+
+// Names the installed component that an advertised shortcut stands for.
+struct EXP_DARWIN_LINK {
+    DATABLOCK_HEADER dbh;
+    CHAR szDarwinID[MAX_PATH];
+    WCHAR szwDarwinID[MAX_PATH];
+};
+static_assert(sizeof(EXP_DARWIN_LINK) == 0x314);
+
+inline constexpr DWORD EXP_DARWIN_ID_SIG = 0xA0000006;

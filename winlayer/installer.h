@@ -1,0 +1,84 @@
+#pragma once
+#include <cstddef>
+#include <map>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "winlayer/include/msiquery.h"
+
+namespace winlayer {
+
+// What the Windows Installer knows, as a test fills it: texts in the ANSI code page, codes in braces, found
+// exactly as they are written. Programs reach it through MSI.DLL, which Machine::addInstallerLibrary() puts
+// there. Thread rule: one thread at a time.
+class Installer {
+public:
+    struct Component {
+        INSTALLSTATE state = INSTALLSTATE_LOCAL;
+        std::string path;  // a file, or a registry key that begins with the number of its root
+    };
+    struct Product {
+        std::string package;  // path of the cached package
+        std::map<std::string, Component> components;
+    };
+    struct Codes {
+        std::string product;
+        std::string feature;
+        std::string component;
+    };
+    // The two tables of a package that can be asked for.
+    struct ComponentRow {
+        std::string key;
+        std::string id;
+    };
+    struct ShortcutRow {
+        std::string component;  // a component's key
+        std::string icon;
+    };
+    struct Package {
+        std::vector<ComponentRow> components;
+        std::vector<ShortcutRow> shortcuts;
+    };
+
+    std::map<std::string, Product> products;   // by code
+    std::map<std::string, Codes> descriptors;  // by the text in an advertised shortcut
+    std::map<std::string, Package> packages;   // by path
+
+    // Each gives the Windows error code and a handle that close() takes back.
+    DWORD openPackage(const std::string& path, MSIHANDLE& handle);
+    // Takes one form of query, that for the component codes behind the shortcuts with an icon:
+    //   SELECT `Component`.`ComponentId` FROM `Component`, `Shortcut` WHERE
+    //   `Component`.`Component` = `Shortcut`.`Component_` AND `Shortcut`.`Icon_` = '...'
+    // on one line; anything else is ERROR_BAD_QUERY_SYNTAX.
+    DWORD openView(MSIHANDLE package, const std::string& query, MSIHANDLE& handle);
+    DWORD execute(MSIHANDLE view);
+    DWORD fetch(MSIHANDLE view, MSIHANDLE& handle);
+    DWORD field(MSIHANDLE record, UINT number, std::string& text) const;
+    DWORD close(MSIHANDLE handle);
+    std::size_t openHandles() const { return opened_.size(); }
+
+private:
+    struct View {
+        const Package* package = nullptr;
+        std::string icon;
+        bool executed = false;
+        std::size_t next = 0;
+        std::vector<std::string> ids;
+    };
+    struct Record {
+        std::string id;
+    };
+    using Opened = std::variant<const Package*, View, Record>;
+
+    template <class Kind>
+    Kind* find(MSIHANDLE handle);
+    MSIHANDLE add(Opened opened);
+
+    std::map<MSIHANDLE, Opened> opened_;
+    MSIHANDLE last_ = 0;
+};
+
+}  // namespace winlayer

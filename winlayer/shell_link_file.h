@@ -1,0 +1,46 @@
+#pragma once
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "winlayer/include/minwindef.h"
+
+namespace winlayer {
+
+// A shortcut file (.lnk) as bytes: a header, the target as a list of shell items and as a path, texts, and
+// data blocks.
+struct ShellLinkFile {
+    enum Text { description, relativePath, workingDirectory, arguments, icon, textCount };
+
+    DWORD flags = 0;  // SLDF_...; those of the parts follow from the members when a file is made
+    // Of the target when the link was made; times as in FILETIME.
+    DWORD attributes = 0;
+    std::uint64_t created = 0;
+    std::uint64_t accessed = 0;
+    std::uint64_t written = 0;
+    DWORD size = 0;
+
+    DWORD iconIndex = 0;
+    DWORD showCommand = 1;  // SW_SHOWNORMAL
+    WORD hotKey = 0;
+    std::vector<BYTE> items;  // the item list, which only the shell understands; empty for none
+    std::u16string path;      // of a drive or, with two backslashes in front, of the network
+    std::array<std::optional<std::u16string>, textCount> texts;
+    std::vector<std::vector<BYTE>> blocks;  // each with its size and signature in front
+
+    friend bool operator==(const ShellLinkFile&, const ShellLinkFile&) = default;
+};
+
+// Nothing for bytes that are not a whole shortcut file. Texts without Unicode are in the code page.
+std::optional<ShellLinkFile> parseShellLink(std::span<const BYTE> bytes, UINT codePage);
+// Nothing when the code page lacks a character of the path, a text or the items are longer than the format
+// can say (65,535 units or bytes), or a block is malformed.
+std::optional<std::vector<BYTE>> shellLinkBytes(const ShellLinkFile& link, UINT codePage);
+
+// The signature of a data block; nothing when its size is not that of the bytes.
+std::optional<DWORD> blockSignature(std::span<const BYTE> block);
+
+}  // namespace winlayer
