@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <compare>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -13,6 +14,7 @@
 namespace UTILS {
 
 class CUtilsPath;
+class InstallerLibrary;
 
 // Where an answer goes: a string, a path (which is set to the answer), or a caller's buffer, which must hold
 // the whole text and its zero. Made by the call itself: path.GetParentDir(text).
@@ -280,6 +282,23 @@ public:
     const char* GetLongPathName() const;
     static const char* GetLongPathName(const UtilsString& text);
 
+    // ---- Shortcuts
+
+    // Writes a shell shortcut that points to `target`, over an older one. 1 when it is written, else 0.
+    static int CreateLinkFile(const UtilsString& target, const UtilsString& linkFile,
+                              const UtilsString& description);
+    // Finds the file or directory that a shortcut points to: 1 with its path in `target` (a buffer must hold
+    // it and its zero), otherwise 0 and an empty text. A shortcut of the Windows Installer points to what is
+    // installed for it, given in its 8.3 form with a `form` other than 0 and else in its long form; the path
+    // in an ordinary shortcut comes as the shell tells it. Without a link file the path itself is the
+    // shortcut; the last form then becomes the target. Where the system has the installer, throws
+    // DiskIoException when the shortcut cannot be read.
+    int ResolveLinkFile(const UtilsString& linkFile, UtilsString& target, int form) const;
+    int ResolveLinkFile(const UtilsString& linkFile, char* target, int form) const;
+    int ResolveLinkFile(UtilsString& target, int form) const;
+    int ResolveLinkFile(char* target, int form) const;
+    int ResolveLinkFile(int form);
+
     // ---- Switches
 
     void SetAutomate() { automate_ = 1; }
@@ -320,6 +339,17 @@ private:
     int CreateKey() const;
     int DeleteKey();
 
+    const InstallerLibrary& Installer() const;
+    std::string LinkTarget(const UtilsString& linkFile, int form) const;
+    // Give the codes behind a shortcut of the installer, into buffers of 39 characters each, when the
+    // installer itself cannot: from the shortcut's own data block, or from the icon that its bytes name and
+    // the package of its product. 0 without codes; the second throws when the file cannot be read.
+    int GetUnsupportedShortcutTargetUndocumented(const UtilsString& linkFile, char* product,
+                                                 char* component) const;
+    int GetUnsupportedShortcutTarget(const UtilsString& linkFile, char* product, char* component) const;
+    // The product's cached package; 0 when there is none.
+    int InternalGetLocalPackagePath(const UtilsString& productCode, UtilsString& packagePath) const;
+
     int automate_ = 0;
     int exceptions_ = 0;
     DWORD64 totalSize_ = 0;
@@ -336,6 +366,8 @@ private:
     int registryFlag_ = 0;
     int scanReadOnly_ = 0;
     int networkFlag_ = 0;
+    // Shared by copies.
+    mutable std::shared_ptr<const InstallerLibrary> installer_;
 };
 
 }  // namespace UTILS

@@ -1,0 +1,66 @@
+#pragma once
+#include <windows.h>
+// Not part of <windows.h>.
+#include <objbase.h>
+
+#include <utility>
+
+namespace UTILS {
+
+// Makes the calling thread ready for the system's objects until the end of the scope. A thread that its owner
+// made ready in another way is ready too, and is left as it was.
+class ComScope {
+public:
+    ComScope() : result_(::CoInitialize(nullptr)) {}
+    ComScope(const ComScope&) = delete;
+    ComScope& operator=(const ComScope&) = delete;
+    ~ComScope() {
+        if (SUCCEEDED(result_)) {
+            ::CoUninitialize();
+        }
+    }
+
+private:
+    HRESULT result_;
+};
+
+// Owns one reference to an interface of an object, or none.
+template <class Interface>
+class ComPointer {
+public:
+    ComPointer() = default;
+    ComPointer(ComPointer&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+    ComPointer& operator=(ComPointer&&) = delete;
+    ~ComPointer() {
+        if (object_ != nullptr) {
+            object_->Release();
+        }
+    }
+
+    // A new object of the system; none when it cannot be made.
+    static ComPointer Created(REFCLSID classId, REFIID interfaceId) {
+        void* object = nullptr;
+        const HRESULT result =
+            ::CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, interfaceId, &object);
+        return ComPointer(SUCCEEDED(result) ? object : nullptr);
+    }
+    // Another interface of the same object; none when it has no such interface, or there is no object.
+    template <class Other>
+    ComPointer<Other> As(REFIID interfaceId) const {
+        void* object = nullptr;
+        const bool found = object_ != nullptr && SUCCEEDED(object_->QueryInterface(interfaceId, &object));
+        return ComPointer<Other>(found ? object : nullptr);
+    }
+
+    Interface* operator->() const { return object_; }
+    explicit operator bool() const { return object_ != nullptr; }
+
+private:
+    template <class Other>
+    friend class ComPointer;
+    explicit ComPointer(void* object) : object_(static_cast<Interface*>(object)) {}
+
+    Interface* object_ = nullptr;
+};
+
+}  // namespace UTILS
