@@ -1,6 +1,7 @@
 #include <algorithm>
 #include <cstring>
 #include <map>
+#include <memory>
 #include <string>
 
 #include "state.h"
@@ -70,13 +71,29 @@ class RichText final : public Object<IHostRichText> {
 public:
     HRESULT WINAPI AttachRichEdit(HWND control, HINSTANCE) override {
         note("attach " + std::to_string(GetDlgCtrlID(control)));
+        keep(this);
         return S_OK;
     }
     HRESULT WINAPI StreamRichText(int format, const char* text, DWORD* result) override {
         note("stream " + std::to_string(format) + " " + std::string(text, 6));
         *result = 0;
-        Release();  // no control keeps it here
+        keep(nullptr);
         return S_OK;
+    }
+
+private:
+    // In the control's place: has the object that was attached last until it has been given its text. It is
+    // no longer the page's, and so not counted.
+    static void keep(RichText* object) {
+        struct Release {
+            void operator()(RichText* kept) const {
+                ++state().liveObjects;
+                kept->Release();
+            }
+        };
+        static std::unique_ptr<RichText, Release> attached;
+        attached.reset(object);
+        state().liveObjects -= object != nullptr ? 1 : 0;
     }
 };
 
