@@ -14,7 +14,7 @@ bool readQuery(std::string_view query, std::string& icon) {
         return false;
     }
     query.remove_prefix(queryStart.size());
-    if (query.find('\'') + 1 != query.size()) {
+    if (query.empty() || query.find('\'') != query.size() - 1) {
         return false;
     }
     icon = query.substr(0, query.size() - 1);

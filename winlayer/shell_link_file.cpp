@@ -220,7 +220,10 @@ std::optional<std::vector<BYTE>> pathInfo(const std::u16string& path, UINT codeP
         return out.take();
     }
     const std::size_t server = whole.find('\\', 2);
-    const std::size_t share = server == std::string::npos ? server : whole.find('\\', server + 1);
+    std::size_t share = server == std::string::npos ? server : whole.find('\\', server + 1);
+    if (share == whole.size() - 1) {
+        share = std::string::npos;  // nothing below the share, so the backslash belongs to its name
+    }
     const std::string name = whole.substr(0, share);
     const std::string rest = share == std::string::npos ? "" : whole.substr(share + 1);
     const std::size_t network = networkHeader + name.size() + 1;
