@@ -66,7 +66,10 @@ function(windows_module target name)
     endif()
     set(exports ${CMAKE_CURRENT_SOURCE_DIR}/${target}.exports)
     target_link_libraries(${target} PRIVATE winlayer)
-    target_link_options(${target} PRIVATE -Wl,-e,DllMain -Wl,--version-script=${exports} -Wl,-z,defs
+    target_link_options(${target} PRIVATE -Wl,-e,DllMain -Wl,--version-script=${exports}
         -Wl,-O1 -Wl,--as-needed -Wl,-Bsymbolic-functions)
+    if(NOT EMDISK_SANITIZE)  # the sanitizers' own functions lie in the program
+        target_link_options(${target} PRIVATE -Wl,-z,defs)
+    endif()
     set_target_properties(${target} PROPERTIES BUILD_RPATH "$ORIGIN" LINK_DEPENDS ${exports})
 endfunction()

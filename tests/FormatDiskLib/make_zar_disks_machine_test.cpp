@@ -54,8 +54,9 @@ TEST_P(DiskMaker, MakesTheDiskAndTellsEachStep) {
 
     maker.SetProgressEnd(80);
     EXPECT_EQ(maker.MakeDisk(), 1);
-    Events expected{"slider 0 0", "slider 0 0", "Datenträgerbezeichnung wird festgelegt..."_ansi,
-                    "slider 0 0", "Vorbereiten auf Schreiben auf die Diskette..."};
+    const std::string label = "Datenträgerbezeichnung wird festgelegt..."_ansi;
+    Events expected{"slider 0 0", "slider 0 0", label, "slider 0 0",
+                    "Vorbereiten auf Schreiben auf die Diskette..."};
     for (const BootFile& file : bootFiles) {
         expected.push_back("Die Datei " + std::string(file.name) + " wird extrahiert...");
         expected.push_back("slider 0 0");

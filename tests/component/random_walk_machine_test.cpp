@@ -50,6 +50,7 @@ protected:
 
     void step() {
         if (model_.face().page < 0 || oneIn(60)) {
+            emptyQueue();  // what was posted would be lost with the windows
             destroyOrCreate();
         } else if (oneIn(25)) {
             changeMedium(true);
@@ -185,8 +186,11 @@ private:
         hostLog.take();
     }
 
-    // One thing that a user or a host does. `queued`: through the queue rather than at once.
+    // One thing that a user or a host does. `queued`: through the queue rather than at once; the page that is
+    // shown is then the one that will be, by all that waits there.
     void act(bool queued) {
+        const int page = model_.face().page;
+        if (ui->Page(page) == nullptr) return;
         switch (below(12)) {
             case 0:
             case 1:
@@ -194,8 +198,8 @@ private:
                 break;
             case 2:
                 note("activate");
-                model_.activate(model_.face().page);
-                deliver(frame.page(), WM_ACTIVATE, WA_ACTIVE, queued);
+                model_.activate(page);
+                deliver(window(page), WM_ACTIVATE, WA_ACTIVE, queued);
                 break;
             case 3:
                 note("size");
@@ -213,7 +217,7 @@ private:
                 if (oneIn(3)) strayCommand(queued);
                 break;
             default:
-                command(ui->CurrentPage(), commands[below(std::size(commands))], queued);
+                command(page, commands[below(std::size(commands))], queued);
         }
     }
     static void deliver(HWND window, UINT message, WPARAM wParam, bool queued) {
@@ -225,7 +229,7 @@ private:
         const int option = radioButtons[below(std::size(radioButtons))];
         note("choose " + std::to_string(option));
         model_.choose(option);
-        deliver(control(option), BM_CLICK, 0, queued);
+        deliver(GetDlgItem(window(ComponentUI::optionsPage), option), BM_CLICK, 0, queued);
     }
     // To a page that is not shown. The product page does not go by itself, so it is spared the others'
     // orders.
@@ -345,12 +349,14 @@ private:
         compare("while it is at work");
         if (depth_ > 0 || calm_ || HasFailure() || !oneIn(8)) return;
         ++depth_;
+        bool posted = false;  // it would be lost with the windows
         for (unsigned left = 1 + below(4); left > 0 && !HasFailure(); --left) {
-            if (ui == nullptr || oneIn(12)) {
+            if (ui == nullptr || (!posted && oneIn(12))) {
                 destroyOrCreate();
                 queued = false;  // what is posted to a new component is for the time after the old one's work
             } else {
                 act(queued);
+                posted = queued;
             }
             if (!queued) compare("within its work");
         }

@@ -177,7 +177,7 @@ TEST_F(CachedFile, goesWithADeletionWhileItIsOpen) {
 TEST_F(CachedFile, tellsAttributesThatChangeWhileItIsOpen) {
     writeFile(path_, "x");
     const HANDLE file = open(path_, GENERIC_READ);
-    for (const DWORD attributes : {0x20, 0x21, 0x06, 0x80}) {
+    for (const DWORD attributes : {0x20u, 0x21u, 0x06u, 0x80u}) {
         EXPECT_TRUE(SetFileAttributesA(path_.c_str(), attributes));
         EXPECT_EQ(GetFileAttributesA(path_.c_str()), attributes);
     }

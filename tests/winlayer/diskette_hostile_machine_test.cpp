@@ -39,7 +39,7 @@ protected:
         return diskette.image().subspan(place + n * 32, 32);
     }
     void setFat(DWORD cluster, DWORD value) {
-        for (const std::size_t fat : {512, 512 * 10}) {
+        for (const std::size_t fat : {512u, 5120u}) {
             const std::size_t at = fat + cluster * 3 / 2;
             const DWORD old = winlayer::get16(diskette.image(), at);
             put16(diskette.image(), at,
@@ -82,7 +82,7 @@ TEST_F(HostileDiskette, AFilesChainThatIsNoneIsFoundAndCanBeErased) {
 }
 
 TEST_F(HostileDiskette, AFirstClusterOutsideIsFound) {
-    for (const DWORD first : {1, 2849, 0xFFF, 0xFFFF}) {
+    for (const DWORD first : {1u, 2849u, 0xFFFu, 0xFFFFu}) {
         setCluster(rootDirectory, 0, first);
         EXPECT_EQ(contentOf(drive, "F"), "error " + std::to_string(ERROR_FILE_CORRUPT)) << first;
         setCluster(clusterAt(12), 3, first);
@@ -93,7 +93,7 @@ TEST_F(HostileDiskette, AFirstClusterOutsideIsFound) {
 
 // To the root, to the parent, to itself.
 TEST_F(HostileDiskette, ADirectoryThatIsItsOwnAncestorIsNotEntered) {
-    for (const DWORD cluster : {0, 12}) {
+    for (const DWORD cluster : {0u, 12u}) {
         setCluster(clusterAt(12), 3, cluster);
         EXPECT_EQ(namesIn(drive, "D"), (Names{".", "..", "G", "E"}));
         EXPECT_EQ(namesIn(drive, "D\\E"), Names{"error " + std::to_string(ERROR_FILE_CORRUPT)});

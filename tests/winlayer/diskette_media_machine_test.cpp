@@ -77,7 +77,7 @@ TEST_F(DisketteMedia, AnImageIsMadeOnceAndKeepsWhatIsWritten) {
 TEST_F(DisketteMedia, OnlyTheSizesOfADisketteAreTaken) {
     Store store;
     EXPECT_EQ(winlayer::openImage(image, store), ERROR_FILE_NOT_FOUND);
-    for (const std::uintmax_t bytes : {0, 512, 1'474'559, 1'474'561, 1'474'048, 2'949'120}) {
+    for (const std::uintmax_t bytes : {0u, 512u, 1'474'559u, 1'474'561u, 1'474'048u, 2'949'120u}) {
         makeImage(bytes);
         EXPECT_EQ(winlayer::openImage(image, store), ERROR_UNRECOGNIZED_MEDIA) << bytes;
     }

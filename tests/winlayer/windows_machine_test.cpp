@@ -202,7 +202,8 @@ TEST(WindowsMachine, AHandleOfADestroyedWindowIsNotReused) {
         DestroyWindow(next);
     }
     EXPECT_EQ(machine->windows.count(), 0u);
-    for (const std::uintptr_t foreign : {1, 2, 0x7FFFFFFF, -1}) {
+    for (const std::uintptr_t foreign :
+         {std::uintptr_t{1}, std::uintptr_t{2}, std::uintptr_t{0x7FFFFFFF}, ~std::uintptr_t{0}}) {
         EXPECT_FALSE(IsWindow(reinterpret_cast<HWND>(foreign)));
     }
 }

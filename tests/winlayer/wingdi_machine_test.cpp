@@ -22,7 +22,7 @@ using Bytes = std::vector<BYTE>;
 
 void append(Bytes& bytes, std::uint32_t value, int size) {
     for (int i = 0; i < size; ++i) {
-        bytes.push_back(static_cast<BYTE>(value >> (8 * i)));
+        bytes.push_back(static_cast<BYTE>(std::uint64_t{value} >> (8 * i)));
     }
 }
 

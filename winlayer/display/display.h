@@ -11,7 +11,9 @@ enum class DisplayKind { Screen, Memory };
 
 // A peer that shows windows; one at a time in a process, on the thread of the windows. Null when there is
 // none: the library that draws is not there, or there is no screen; `reason` then says so in one clause.
-using OpenDisplay = std::unique_ptr<Peer>(DisplayKind kind, std::string& reason);
-OpenDisplay openDisplay;
+std::unique_ptr<Peer> openDisplay(DisplayKind kind, std::string& reason);
+
+// The one function of the library that draws: the same, the caller owns the peer.
+using OpenQtDisplay = Peer*(DisplayKind kind, std::string& reason);
 
 }  // namespace winlayer

@@ -13,7 +13,7 @@ std::unique_ptr<Peer> openDisplay(DisplayKind kind, std::string& reason) {
         reason = "what draws windows with Qt is missing (" + std::string(dlerror()) + ")";
         return nullptr;
     }
-    return reinterpret_cast<OpenDisplay*>(open)(kind, reason);
+    return std::unique_ptr<Peer>(reinterpret_cast<OpenQtDisplay*>(open)(kind, reason));
 }
 
 }  // namespace winlayer

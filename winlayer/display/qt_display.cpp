@@ -229,14 +229,13 @@ QWidget* QtDisplay::widget(HWND window) const {
 
 }  // namespace winlayer
 
-// The library's one entry point.
-extern "C" [[gnu::visibility("default")]] winlayer::OpenDisplay winlayerOpenQtDisplay;
+extern "C" [[gnu::visibility("default")]] winlayer::OpenQtDisplay winlayerOpenQtDisplay;
 
-std::unique_ptr<winlayer::Peer> winlayerOpenQtDisplay(winlayer::DisplayKind kind, std::string& reason) {
+winlayer::Peer* winlayerOpenQtDisplay(winlayer::DisplayKind kind, std::string& reason) {
     using namespace winlayer;
     if (kind == DisplayKind::Memory) {
-        return std::make_unique<QtDisplay>("offscreen");
+        return new QtDisplay("offscreen");
     }
     reason = whyNoScreen();
-    return reason.empty() ? std::make_unique<QtDisplay>(nullptr) : nullptr;
+    return reason.empty() ? new QtDisplay(nullptr) : nullptr;
 }

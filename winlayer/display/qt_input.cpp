@@ -46,7 +46,7 @@ void follow(HWND window, const QRect& shown) {
 
 // The release of a key that is held down when another window comes to the front goes there.
 void releaseModifiers() {
-    for (const UINT modifier : {VK_SHIFT, VK_CONTROL}) {
+    for (const UINT modifier : {UINT{VK_SHIFT}, UINT{VK_CONTROL}}) {
         if (Machine::current().windows.keysDown[modifier]) keyUp(modifier);
     }
 }
