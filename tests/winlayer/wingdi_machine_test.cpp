@@ -21,8 +21,8 @@ constexpr std::uint32_t black = 0xFF000000;
 using Bytes = std::vector<BYTE>;
 
 void append(Bytes& bytes, std::uint32_t value, int size) {
-    for (int i = 0; i < size; ++i) {
-        bytes.push_back(static_cast<BYTE>(std::uint64_t{value} >> (8 * i)));
+    for (int i = 0; i < size; ++i, value >>= 8) {
+        bytes.push_back(static_cast<BYTE>(value));
     }
 }
 
