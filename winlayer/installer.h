@@ -55,7 +55,7 @@ public:
     // on one line; anything else is ERROR_BAD_QUERY_SYNTAX.
     DWORD openView(MSIHANDLE package, const std::string& query, MSIHANDLE& handle);
     DWORD execute(MSIHANDLE view);
-    DWORD fetch(MSIHANDLE view, MSIHANDLE& handle);
+    DWORD fetch(MSIHANDLE handle, MSIHANDLE& record);
     DWORD field(MSIHANDLE record, UINT number, std::string& text) const;
     DWORD close(MSIHANDLE handle);
     std::size_t openHandles() const { return opened_.size(); }
