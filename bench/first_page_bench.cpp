@@ -10,15 +10,6 @@ namespace {
 
 using namespace host;
 
-struct NoEvents : FrameEvents {
-    void pageShown(HWND, WPARAM) override {}
-    void buttonsChanged() override {}
-    void progressRange(int, int) override {}
-    void progress(int) override {}
-    void status(const std::string&) override {}
-    void leaving() override {}
-};
-
 const std::string suite = programFolder() + "..\\host\\";
 
 class Host {
@@ -32,7 +23,7 @@ public:
     }
 
 private:
-    NoEvents events_;
+    FrameEvents events_;
     LoadedModule support_;
     WizardFrame frame_;
 };

@@ -11,12 +11,12 @@ namespace host {
 class FrameEvents {
 public:
     virtual ~FrameEvents() = default;
-    virtual void pageShown(HWND page, WPARAM argument) = 0;
-    virtual void buttonsChanged() = 0;
-    virtual void progressRange(int low, int high) = 0;  // 0, 0: no progress any more
-    virtual void progress(int position) = 0;
-    virtual void status(const std::string& text) = 0;
-    virtual void leaving() = 0;
+    virtual void pageShown(HWND /*page*/, WPARAM /*argument*/) {}
+    virtual void buttonsChanged() {}
+    virtual void progressRange(int /*low*/, int /*high*/) {}  // 0, 0: no progress any more
+    virtual void progress(int /*position*/) {}
+    virtual void status(const std::string& /*text*/) {}
+    virtual void leaving() {}
 };
 
 // The wizard frame: a window with the buttons Home, Back, Next, Finish, Cancel and Help, a status line, a

@@ -69,15 +69,8 @@ std::string listingName(const Options& options) {
 }
 
 void showToUser(Component& component) {
-    struct Unrecorded : FrameEvents {
-        void pageShown(HWND, WPARAM) override {}
-        void buttonsChanged() override {}
-        void progressRange(int, int) override {}
-        void progress(int) override {}
-        void status(const std::string&) override {}
-        void leaving() override {}
-    } events;
-    WizardFrame frame(GetModuleHandleA(nullptr), events);
+    FrameEvents unheard;
+    WizardFrame frame(GetModuleHandleA(nullptr), unheard);
     const Visit visit(component, frame.window());
     frame.show();
     MSG message;

@@ -33,15 +33,6 @@ constexpr int makeDisk = 1012;
 constexpr int buyProduct = 1013;
 constexpr QRgb face = 0xFFD4D0C8;
 
-struct NoEvents : FrameEvents {
-    void pageShown(HWND, WPARAM) override {}
-    void buttonsChanged() override {}
-    void progressRange(int, int) override {}
-    void progress(int) override {}
-    void status(const std::string&) override {}
-    void leaving() override {}
-};
-
 class Display : public testing::Test {
 protected:
     Display() : display_(openDisplay()), support_(suiteFolder() + "qxdlgsup.dll", ExitCode::failure) {
@@ -111,7 +102,7 @@ protected:
     }
 
 private:
-    NoEvents events_;
+    FrameEvents events_;
     std::unique_ptr<winlayer::Peer> display_;
     LoadedModule support_;
 
