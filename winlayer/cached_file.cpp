@@ -20,7 +20,7 @@ CachedFile::CachedFile(std::unique_ptr<HostFile> file, std::uint64_t size)
 
 // A failure that nobody heard of when the handle was closed cannot be told any more.
 CachedFile::~CachedFile() {
-    settle();
+    CachedFile::settle();
     file_->detach();
 }
 
