@@ -1,0 +1,17 @@
+# Installs public headers (run at install time): the files named HEADERS of the libraries in SOURCE, and in turn the
+# headers of these libraries that they include, into DESTINATION. What no public header includes stays out.
+set(found)
+while(HEADERS)
+    list(POP_FRONT HEADERS name)
+    foreach(room Include zarlib/zarlibsource FormatDiskLib FormatDiskLib/FormatDiskLibSource)
+        set(header ${SOURCE}/${room}/${name})
+        list(FIND found ${header} known)
+        if(EXISTS ${header} AND known EQUAL -1)
+            list(APPEND found ${header})
+            file(STRINGS ${header} names REGEX "^#include \"")
+            list(TRANSFORM names REPLACE "^#include \"(.*)\".*" "\\1")
+            list(APPEND HEADERS ${names})
+        endif()
+    endforeach()
+endwhile()
+file(INSTALL ${found} DESTINATION ${DESTINATION})
