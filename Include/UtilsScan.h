@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <type_traits>
+#include <utility>
 
 // Fast forms of the element walks that UtilsBase describes, for elements that are compared as they are.
 
@@ -62,6 +63,58 @@ bool AnyCandidate(const T* starts, const T* ends, T first, T last) noexcept {
     return any != 0;
 }
 
+// Where in a pattern the two bytes before a place of a text may stand, by their hash.
+template <class T>
+class PairPlaces {
+public:
+    PairPlaces(const T* pattern, std::size_t count) {
+        for (std::size_t i = 1; i < count; ++i) {
+            afterEnd_ = i - std::exchange(places_[Hash(pattern + i)], i);
+        }
+    }
+
+    // The last index at which last[-1] and last[0] may stand; 0 when they do not.
+    std::size_t operator()(const T* last) const noexcept { return places_[Hash(last)]; }
+    // How far the pattern moves on from a place where its own last pair may stand.
+    std::size_t AfterEnd() const noexcept { return afterEnd_; }
+
+private:
+    static unsigned char Hash(const T* last) noexcept {
+        return static_cast<unsigned char>(last[0] + 8 * last[-1]);
+    }
+
+    std::array<std::size_t, 256> places_{};
+    std::size_t afterEnd_ = 1;
+};
+
+// Find for long patterns, most of whose places in a text are passed over unread. The inner walk has one
+// length, which the processor need not wait for.
+template <class T>
+std::size_t FindLong(const T* text, std::size_t starts, std::size_t from, const T* pattern,
+                     std::size_t patternCount) {
+    const PairPlaces<T> places(pattern, patternCount);
+    const std::size_t lastOffset = patternCount - 1;
+    for (std::size_t at = from; at < starts;) {
+        std::size_t place = 0;
+        do {
+            at += lastOffset;
+            place = places(text + at);
+        } while (place == 0 && at < starts);
+        at -= place;
+        if (place == lastOffset) {
+            if (std::equal(pattern, pattern + patternCount, text + at)) {
+                return at;
+            }
+            at += places.AfterEnd();
+        }
+    }
+    return none;
+}
+
+// From here on the table of pairs costs less than it saves.
+inline constexpr std::size_t long_pattern = 24;
+inline constexpr std::size_t long_text = 4096;
+
 // The first position in text[from, count) at which the pattern (1 to count elements) stands; `none` when it
 // does not.
 template <class T>
@@ -79,6 +132,11 @@ std::size_t Find(const T* text, std::size_t count, std::size_t from, const T* pa
     }
     const std::size_t starts = count - patternCount + 1;
     const std::size_t lastOffset = patternCount - 1;
+    if constexpr (is_byte<T>) {
+        if (patternCount >= long_pattern && starts - from >= long_text) {
+            return FindLong(text, starts, from, pattern, patternCount);
+        }
+    }
     std::size_t at = from;
     while (at < starts) {
         if constexpr (is_byte<T>) {

@@ -101,17 +101,35 @@ TEST(Find, AgreesWithTheElementWalk) {
     }
 }
 
-// The only occurrence at every place of a long text whose other places look much like it.
+std::string repeated(const std::string& text, std::size_t length) {
+    std::string whole;
+    while (whole.size() < length) {
+        whole += text;
+    }
+    whole.resize(length);
+    return whole;
+}
+
+// The only occurrence at every place of a long text whose other places look much like it: they miss one
+// character, or end or begin as it does.
 TEST(Find, SeesAnOccurrenceAnywhere) {
-    const std::string pattern = "needle";
-    for (std::size_t at = 0; at < 600; ++at) {
-        std::string text;
-        while (text.size() < at) {
-            text += "neeedle nedle ";
+    struct Case {
+        std::string pattern;
+        std::string filling;
+        std::size_t after;  // a pattern is long only in a text of some thousand characters
+    };
+    const std::string wide = "a long needle that has many pairs";
+    const Case cases[] = {
+        {"needle", "neeedle nedle ", 70},
+        {wide, wide.substr(1) + wide.substr(0, wide.size() - 1), 5000},
+        {std::string(30, 'a') + "b", std::string(29, 'a') + "b" + std::string(40, 'a') + 'c', 5000},
+    };
+    for (const auto& [pattern, filling, after] : cases) {
+        for (std::size_t at = 0; at < 600; ++at) {
+            const std::string text = repeated(filling, at) + '-' + pattern + '-' + repeated(filling, after);
+            ASSERT_EQ(UtilsString(text).Search(pattern), at + 1) << pattern;
+            ASSERT_EQ(UtilsString(text).Search(pattern, 1), not_found) << pattern;
         }
-        text.resize(at);
-        const std::string whole = text + pattern + std::string(at % 3, 'n');
-        ASSERT_EQ(UtilsString(whole).Search(pattern), at);
     }
 }
 
