@@ -1,5 +1,6 @@
 #include "winlayer/window_tree.h"
 
+#include "winlayer/gate.h"
 #include "winlayer/machine.h"
 
 namespace winlayer {
@@ -14,6 +15,10 @@ std::shared_ptr<Window> findWindowOrSetLastError(HWND window) {
         SetLastError(ERROR_INVALID_WINDOW_HANDLE);
     }
     return found;
+}
+
+std::shared_ptr<Window> windowFor(const char* function, HWND window) {
+    return denied(function) ? nullptr : findWindowOrSetLastError(window);
 }
 
 std::vector<HWND>& siblingsOf(const Window& window) {

@@ -10,6 +10,8 @@ namespace winlayer {
 // Null for what is no window (any more); the second form sets the last error then.
 std::shared_ptr<Window> findWindow(HWND window);
 std::shared_ptr<Window> findWindowOrSetLastError(HWND window);
+// The same for a call of a Windows function, which is null too when the function is to fail.
+std::shared_ptr<Window> windowFor(const char* function, HWND window);
 
 // The list of handles in which the window stands, the topmost first.
 std::vector<HWND>& siblingsOf(const Window& window);

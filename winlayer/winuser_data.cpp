@@ -135,17 +135,17 @@ LONG WINAPI SetWindowLongA(HWND handle, int index, LONG value) {
 }
 
 LONG_PTR WINAPI GetWindowLongPtrA(HWND handle, int index) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     return window != nullptr ? read(*window, index) : 0;
 }
 
 LONG_PTR WINAPI SetWindowLongPtrA(HWND handle, int index, LONG_PTR value) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     return window != nullptr ? exchange(*window, index, value) : 0;
 }
 
 BOOL WINAPI SetPropA(HWND handle, LPCSTR name, HANDLE value) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     if (window == nullptr) {
         return FALSE;
     }
@@ -154,7 +154,7 @@ BOOL WINAPI SetPropA(HWND handle, LPCSTR name, HANDLE value) {
 }
 
 HANDLE WINAPI GetPropA(HWND handle, LPCSTR name) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     if (window == nullptr) {
         return nullptr;
     }
@@ -163,7 +163,7 @@ HANDLE WINAPI GetPropA(HWND handle, LPCSTR name) {
 }
 
 HANDLE WINAPI RemovePropA(HWND handle, LPCSTR name) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     if (window == nullptr) {
         return nullptr;
     }
@@ -172,12 +172,12 @@ HANDLE WINAPI RemovePropA(HWND handle, LPCSTR name) {
 }
 
 BOOL WINAPI SetWindowTextA(HWND handle, LPCSTR text) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     return window != nullptr && sendText(handle, WM_SETTEXT, 0, text) != 0 ? TRUE : FALSE;
 }
 
 int WINAPI GetWindowTextA(HWND handle, LPSTR buffer, int size) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     if (buffer == nullptr || size <= 0) {
         return 0;
     }
@@ -190,6 +190,6 @@ int WINAPI GetWindowTextA(HWND handle, LPSTR buffer, int size) {
 }
 
 int WINAPI GetWindowTextLengthA(HWND handle) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     return window != nullptr ? static_cast<int>(sendMessage(handle, WM_GETTEXTLENGTH)) : 0;
 }

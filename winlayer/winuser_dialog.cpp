@@ -113,12 +113,12 @@ BOOL WINAPI MapDialogRect(HWND dialog, LPRECT rectangle) {
 }
 
 HWND WINAPI GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(dialog);
+    const auto window = windowFor(__func__, dialog);
     return window != nullptr ? nextTabItem(*window, control, previous != FALSE) : nullptr;
 }
 
 HWND WINAPI GetNextDlgGroupItem(HWND dialog, HWND control, BOOL previous) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(dialog);
+    const auto window = windowFor(__func__, dialog);
     if (window == nullptr) {
         return nullptr;
     }
@@ -160,7 +160,7 @@ BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check) {
 }
 
 BOOL WINAPI CheckRadioButton(HWND dialog, int first, int last, int checked) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(dialog);
+    const auto window = windowFor(__func__, dialog);
     if (window == nullptr) {
         return FALSE;
     }

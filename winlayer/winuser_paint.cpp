@@ -6,7 +6,7 @@
 using namespace winlayer;
 
 BOOL WINAPI InvalidateRect(HWND handle, const RECT* rectangle, BOOL erase) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     if (window == nullptr) {
         return FALSE;
     }
@@ -15,7 +15,7 @@ BOOL WINAPI InvalidateRect(HWND handle, const RECT* rectangle, BOOL erase) {
 }
 
 BOOL WINAPI ValidateRect(HWND handle, const RECT* rectangle) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     if (window == nullptr) {
         return FALSE;
     }
@@ -24,7 +24,7 @@ BOOL WINAPI ValidateRect(HWND handle, const RECT* rectangle) {
 }
 
 BOOL WINAPI GetUpdateRect(HWND handle, LPRECT rectangle, BOOL erase) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     if (window == nullptr) {
         return FALSE;
     }

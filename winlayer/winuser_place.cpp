@@ -39,7 +39,7 @@ BOOL WINAPI ShowWindow(HWND window, int command) {
 }
 
 BOOL WINAPI IsWindowVisible(HWND handle) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     return window != nullptr && isVisible(*window) ? TRUE : FALSE;
 }
 
@@ -48,7 +48,7 @@ BOOL WINAPI EnableWindow(HWND window, BOOL enable) {
 }
 
 BOOL WINAPI IsWindowEnabled(HWND handle) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     return window != nullptr && !window->has(WS_DISABLED) ? TRUE : FALSE;
 }
 
@@ -63,7 +63,7 @@ HWND WINAPI GetFocus() {
 
 HWND WINAPI SetActiveWindow(HWND handle) {
     const HWND previous = windows().active;
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     return window != nullptr && activate(handle) ? previous : nullptr;
 }
 
@@ -73,7 +73,7 @@ HWND WINAPI GetActiveWindow() {
 }
 
 HWND WINAPI SetCapture(HWND handle) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     return window != nullptr ? setCapture(handle) : nullptr;
 }
 
@@ -109,7 +109,7 @@ BOOL WINAPI SetWindowPos(HWND window, HWND after, int x, int y, int width, int h
 }
 
 BOOL WINAPI GetClientRect(HWND handle, LPRECT rectangle) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     if (window == nullptr) {
         return FALSE;
     }
@@ -119,7 +119,7 @@ BOOL WINAPI GetClientRect(HWND handle, LPRECT rectangle) {
 }
 
 BOOL WINAPI GetWindowRect(HWND handle, LPRECT rectangle) {
-    const auto window = denied(__func__) ? nullptr : findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     if (window == nullptr) {
         return FALSE;
     }

@@ -117,10 +117,7 @@ BOOL WINAPI GetClassInfoA(HINSTANCE, LPCSTR name, WNDCLASSA* windowClass) {
 }
 
 int WINAPI GetClassNameA(HWND handle, LPSTR buffer, int size) {
-    if (denied(__func__)) {
-        return 0;
-    }
-    const auto window = findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     if (window == nullptr || size <= 0) {
         return 0;
     }
@@ -152,10 +149,7 @@ BOOL WINAPI IsWindow(HWND window) {
 
 // A child's parent, or the owner of a popup; other windows have none.
 HWND WINAPI GetParent(HWND handle) {
-    if (denied(__func__)) {
-        return nullptr;
-    }
-    const auto window = findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     if (window == nullptr || (window->style & (WS_CHILD | WS_POPUP)) == 0) {
         return nullptr;
     }
@@ -163,10 +157,7 @@ HWND WINAPI GetParent(HWND handle) {
 }
 
 HWND WINAPI GetAncestor(HWND handle, UINT which) {
-    if (denied(__func__)) {
-        return nullptr;
-    }
-    const auto window = findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     if (window == nullptr) {
         return nullptr;
     }
@@ -181,10 +172,7 @@ HWND WINAPI GetAncestor(HWND handle, UINT which) {
 }
 
 HWND WINAPI GetWindow(HWND handle, UINT which) {
-    if (denied(__func__)) {
-        return nullptr;
-    }
-    const auto window = findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     if (window == nullptr) {
         return nullptr;
     }
@@ -207,10 +195,7 @@ HWND WINAPI GetWindow(HWND handle, UINT which) {
 }
 
 HWND WINAPI GetDlgItem(HWND dialog, int id) {
-    if (denied(__func__)) {
-        return nullptr;
-    }
-    const auto window = findWindowOrSetLastError(dialog);
+    const auto window = windowFor(__func__, dialog);
     const auto child = window != nullptr ? childById(*window, id) : nullptr;
     if (window != nullptr && child == nullptr) {
         SetLastError(ERROR_CONTROL_ID_NOT_FOUND);
@@ -219,10 +204,7 @@ HWND WINAPI GetDlgItem(HWND dialog, int id) {
 }
 
 int WINAPI GetDlgCtrlID(HWND handle) {
-    if (denied(__func__)) {
-        return 0;
-    }
-    const auto window = findWindowOrSetLastError(handle);
+    const auto window = windowFor(__func__, handle);
     return window != nullptr ? static_cast<int>(window->id) : 0;
 }
 
