@@ -5,10 +5,12 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <array>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
+#include <memory>
 #include <random>
 #include <string>
 #include <vector>
@@ -73,19 +75,6 @@ TEST_F(CachedFile, gathersSmallWritesAndPassesThemOnWhenTheHandleIsClosed) {
     EXPECT_EQ(onHost(), "onetwo");
 }
 
-TEST_F(CachedFile, passesWritesOnWhenTheyAreFlushedOrTheEndIsSet) {
-    const HANDLE file = open(path_, GENERIC_WRITE, CREATE_NEW);
-    write(file, "flushed");
-    EXPECT_TRUE(FlushFileBuffers(file));
-    EXPECT_EQ(onHost(), "flushed");
-    write(file, " cut off");
-    seek(file, 9);
-    EXPECT_TRUE(SetEndOfFile(file));
-    EXPECT_EQ(onHost(), "flushed c");
-    EXPECT_EQ(GetFileSize(file, nullptr), 9u);
-    EXPECT_TRUE(CloseHandle(file));
-}
-
 TEST_F(CachedFile, doesNotKeepWhatIsToBeWrittenThrough) {
     const HANDLE file = open(path_, GENERIC_WRITE, CREATE_NEW, FILE_FLAG_WRITE_THROUGH);
     write(file, "now");
@@ -93,75 +82,13 @@ TEST_F(CachedFile, doesNotKeepWhatIsToBeWrittenThrough) {
     EXPECT_TRUE(CloseHandle(file));
 }
 
-TEST_F(CachedFile, tellsTheSizeAndTimeByNameToo) {
+TEST_F(CachedFile, isWrittenAtTheTimeThatItsNameTells) {
     const HANDLE file = open(path_, GENERIC_WRITE, CREATE_NEW);
     write(file, "12345");
     EXPECT_EQ(sizeByPath(path_), 5u);
-    write(file, "678");
-    EXPECT_EQ(sizeByPath(folder_ / "*.dat"), 8u);
     const auto written = std::filesystem::last_write_time(place_);
     EXPECT_TRUE(FlushFileBuffers(file) && CloseHandle(file));
     EXPECT_EQ(std::filesystem::last_write_time(place_), written);
-}
-
-TEST_F(CachedFile, readsWhatWasWrittenThroughEachHandle) {
-    const HANDLE file = open(path_, readWrite, CREATE_NEW);
-    HANDLE twin = nullptr;
-    ASSERT_TRUE(DuplicateHandle(GetCurrentProcess(), file, GetCurrentProcess(), &twin, 0, FALSE,
-                                DUPLICATE_SAME_ACCESS));
-    write(file, "first");
-    seek(file, 0);
-    EXPECT_EQ(read(twin, 10), "first");
-    seek(twin, 1);
-    write(twin, "I");
-    seek(file, 0);
-    EXPECT_EQ(read(file, 10), "fIrst");
-    write(file, "!");
-    EXPECT_TRUE(CloseHandle(twin));
-    EXPECT_EQ(onHost(), "fIrst!") << "a close that is not the last must pass on what it may report";
-    EXPECT_TRUE(CloseHandle(file));
-}
-
-TEST_F(CachedFile, showsASecondOpenWhatWasWrittenBeforeAndAfterIt) {
-    for (const DWORD disposition : {CREATE_NEW, TRUNCATE_EXISTING}) {
-        const HANDLE writer = open(path_, GENERIC_WRITE, disposition);
-        write(writer, "before");
-        const HANDLE reader = open(path_, GENERIC_READ);
-        EXPECT_EQ(read(reader, 100), "before");
-        write(writer, " and after");
-        EXPECT_EQ(read(reader, 100), " and after");
-        EXPECT_EQ(GetFileSize(reader, nullptr), 16u);
-        EXPECT_TRUE(CloseHandle(writer) && CloseHandle(reader));
-    }
-}
-
-TEST_F(CachedFile, forgetsWhatWasReadAheadWhenAnotherOpenMayWrite) {
-    writeFile(path_, std::string(100, 'a'));
-    const HANDLE reader = open(path_, GENERIC_READ);
-    EXPECT_EQ(read(reader, 1), "a");
-    const HANDLE writer = open(path_, GENERIC_WRITE);
-    write(writer, std::string(200, 'b'));
-    EXPECT_EQ(read(reader, 3), "bbb");
-    EXPECT_EQ(GetFileSize(reader, nullptr), 200u);
-    EXPECT_TRUE(CloseHandle(writer) && CloseHandle(reader));
-}
-
-// One that may neither read nor write sees the size.
-TEST_F(CachedFile, countsAnOnlookerAsASecondOpen) {
-    writeFile(path_, "");
-    const HANDLE first = open(path_, 0);
-    const HANDLE writer = open(path_, GENERIC_WRITE);
-    write(writer, "123");
-    EXPECT_EQ(GetFileSize(first, nullptr), 3u);
-    EXPECT_TRUE(CloseHandle(first) && CloseHandle(writer));
-
-    const HANDLE again = open(path_, GENERIC_WRITE);
-    write(again, "12345");
-    const HANDLE later = open(path_, 0);
-    EXPECT_EQ(GetFileSize(later, nullptr), 5u);
-    write(again, "67");
-    EXPECT_EQ(GetFileSize(later, nullptr), 7u);
-    EXPECT_TRUE(CloseHandle(later) && CloseHandle(again));
 }
 
 TEST_F(CachedFile, goesWithADeletionWhileItIsOpen) {
@@ -198,35 +125,82 @@ TEST_F(CachedFile, looksAnewForANameThatIsNotThereAnyMore) {
     EXPECT_TRUE(std::filesystem::exists(hostPath(folder_) / "Name"));
 }
 
-// Random transfers at random places, against a plain string.
-TEST_F(CachedFile, transfersWhatAPlainFileWould) {
-    const std::uint32_t seed = test::randomSeed();
-    std::mt19937 random(seed);
-    SCOPED_TRACE(seed);
-    std::string model;
-    const HANDLE file = open(path_, readWrite, CREATE_NEW);
-    std::size_t position = 0;
-    for (int step = 0; step < 4000; ++step) {
-        const std::size_t size = random() % 4 == 0 ? random() % 20000 : random() % 40;
-        if (random() % 3 == 0) {
-            position = random() % (model.size() + 10);
-            seek(file, static_cast<LONG>(position));
+// Random transfers through handles that come and go, against a plain string.
+class CachedFileAtRandom : public CachedFile {
+protected:
+    struct Opened {
+        HANDLE handle;
+        DWORD access;
+        std::shared_ptr<std::size_t> position;  // common to duplicates
+    };
+
+    std::size_t below(std::size_t bound) { return random_() % bound; }
+    bool rarely() { return below(40) == 0; }
+
+    void openAnother() {
+        Opened file{nullptr, std::array<DWORD, 4>{0, GENERIC_READ, GENERIC_WRITE, readWrite}[below(4)],
+                    std::make_shared<std::size_t>(0)};
+        const bool cut =
+            opened_.empty() && (file.access & GENERIC_WRITE) != 0 && exists(path_) && below(4) == 0;
+        model_.resize(cut ? 0 : model_.size());
+        file.handle = open(path_, file.access, cut ? TRUNCATE_EXISTING : OPEN_ALWAYS);
+        opened_.push_back(file);
+        if (below(2) == 0) {
+            EXPECT_TRUE(DuplicateHandle(GetCurrentProcess(), file.handle, GetCurrentProcess(),
+                                        &opened_.emplace_back(file).handle, 0, FALSE, DUPLICATE_SAME_ACCESS));
         }
-        if (random() % 2 == 0) {
-            const std::string expected = position < model.size() ? model.substr(position, size) : "";
-            ASSERT_EQ(read(file, static_cast<DWORD>(size)), expected);
-            position += expected.size();
-        } else {
-            const std::string text(size, static_cast<char>('a' + step % 26));
-            ASSERT_TRUE(write(file, text));
-            if (size != 0 && model.size() < position + size) model.resize(position + size);
-            model.replace(position, std::min(size, model.size() - std::min(position, model.size())), text);
-            position += size;
-        }
-        ASSERT_EQ(GetFileSize(file, nullptr), model.size());
     }
-    EXPECT_TRUE(CloseHandle(file));
-    EXPECT_EQ(onHost(), model);
+    void move(const Opened& file) {
+        *file.position = below(model_.size() + 10);
+        seek(file.handle, static_cast<LONG>(*file.position));
+    }
+    void writeSome(const Opened& file, std::size_t size) {
+        const std::string text(size, static_cast<char>('a' + below(26)));
+        EXPECT_TRUE(write(file.handle, text));
+        if (size != 0) model_.resize(std::max(model_.size(), *file.position + size));
+        model_.replace(std::min(model_.size(), *file.position), size, text);
+        *file.position += size;
+    }
+    void readSome(const Opened& file, std::size_t size) {
+        const std::string text = read(file.handle, static_cast<DWORD>(size));
+        EXPECT_TRUE(text == (*file.position < model_.size() ? model_.substr(*file.position, size) : ""));
+        *file.position += text.size();
+    }
+    void setEnd(const Opened& file) {
+        move(file);
+        EXPECT_TRUE(SetEndOfFile(file.handle));
+        model_.resize(*file.position);
+    }
+
+    std::mt19937 random_{test::randomSeed()};
+    std::vector<Opened> opened_;
+    std::string model_;
+};
+
+TEST_F(CachedFileAtRandom, transfersWhatAPlainFileWould) {
+    for (int step = 0; (step < 6000 && !HasFailure()) || !opened_.empty(); ++step) {
+        if (opened_.empty() || (opened_.size() < 4 && rarely())) openAnother();
+        const std::size_t n = below(opened_.size());
+        const Opened file = opened_[n];
+        if (below(3) == 0) move(file);
+        const std::size_t size = below(below(4) == 0 ? 20000 : 40);
+        if ((file.access & GENERIC_WRITE) != 0 && below(2) == 0) {
+            rarely() ? setEnd(file) : writeSome(file, size);
+        } else if ((file.access & GENERIC_READ) != 0) {
+            readSome(file, size);
+        }
+        for (const Opened& each : opened_) EXPECT_EQ(GetFileSize(each.handle, nullptr), model_.size());
+        if (rarely()) {
+            EXPECT_EQ(sizeByPath(below(2) == 0 ? path_ : folder_ / "*.dat"), model_.size());
+        } else if ((file.access & GENERIC_WRITE) != 0 && rarely()) {
+            EXPECT_TRUE(FlushFileBuffers(file.handle));
+            EXPECT_TRUE(onHost() == model_);
+        } else if (below(20) == 0) {
+            EXPECT_TRUE(CloseHandle(file.handle));
+            EXPECT_TRUE(onHost() == model_) << "a close that is not the last must pass on, too";
+            opened_.erase(opened_.begin() + static_cast<std::ptrdiff_t>(n));
+        }
+    }
 }
 
 // Lets no file of this process grow beyond a size, as a full disk would.

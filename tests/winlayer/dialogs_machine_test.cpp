@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/dialog_bytes.h"
+#include "support/last_error.h"
 #include "support/window_recorder.h"
 #include "winlayer/dialog_template.h"
 #include "winlayer/input.h"
@@ -134,10 +135,8 @@ TEST(MessageBoxMachine, ShowsItsIconAndRefusesWhatItCannotShow) {
     EXPECT_EQ(MessageBoxA(nullptr, "Text", nullptr, MB_ICONEXCLAMATION), IDOK);
     EXPECT_EQ(user.icon, reinterpret_cast<LRESULT>(IDI_EXCLAMATION));
     EXPECT_EQ(user.seen, "Fehler:  Text [OK]");
-    EXPECT_EQ(MessageBoxA(nullptr, "Text", "", 9), 0);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
-    EXPECT_EQ(MessageBoxA(reinterpret_cast<HWND>(0x5555), "Text", "", MB_OK), 0);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_WINDOW_HANDLE});
+    EXPECT_FAILS(MessageBoxA(nullptr, "Text", "", 9), ERROR_INVALID_PARAMETER);
+    EXPECT_FAILS(MessageBoxA(reinterpret_cast<HWND>(0x5555), "Text", "", MB_OK), ERROR_INVALID_WINDOW_HANDLE);
 }
 
 DialogDescription sample() {

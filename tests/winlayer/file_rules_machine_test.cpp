@@ -10,16 +10,13 @@
 #include <fstream>
 #include <string>
 
+#include "support/last_error.h"
 #include "support/temp_folder_machine.h"
 
 // What Windows enforces although the host would not, least of all for its superuser, and how it is kept
 // there.
 
 namespace {
-
-DWORD errorOf(BOOL done) {
-    return done != 0 ? 0 : GetLastError();
-}
 
 DWORD errorOfCreate(const std::string& path, DWORD access, DWORD disposition,
                     DWORD flags = FILE_ATTRIBUTE_NORMAL) {
@@ -139,8 +136,7 @@ TEST_F(FileRules, refuseAPositionThatCannotBeReported) {
         CreateFileA((folder_ / "a").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
     LONG high = 1;
     EXPECT_EQ(SetFilePointer(file, -1, &high, FILE_BEGIN), INVALID_SET_FILE_POINTER);
-    EXPECT_EQ(SetFilePointer(file, 1, nullptr, FILE_CURRENT), INVALID_SET_FILE_POINTER);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+    EXPECT_FAILS(SetFilePointer(file, 1, nullptr, FILE_CURRENT), ERROR_INVALID_PARAMETER);
     EXPECT_TRUE(CloseHandle(file));
 }
 
@@ -148,25 +144,24 @@ TEST_F(FileRules, refuseAFilesNameThatEndsLikeADirectorys) {
     folder_.file("a");
     EXPECT_EQ(errorOfCreate(folder_ / "a\\", GENERIC_READ, OPEN_EXISTING), DWORD{ERROR_INVALID_NAME});
     EXPECT_EQ(errorOfCreate(folder_ / "b\\", GENERIC_WRITE, CREATE_NEW), DWORD{ERROR_INVALID_NAME});
-    EXPECT_EQ(errorOf(DeleteFileA((folder_ / "a/").c_str())), DWORD{ERROR_INVALID_NAME});
+    EXPECT_FAILS(DeleteFileA((folder_ / "a/").c_str()), ERROR_INVALID_NAME);
     EXPECT_TRUE(exists(folder_ / "a"));
     WIN32_FIND_DATAA data;
-    EXPECT_EQ(FindFirstFileA((folder_ / "a\\*").c_str(), &data), INVALID_HANDLE_VALUE);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_DIRECTORY});
+    EXPECT_FAILS(FindFirstFileA((folder_ / "a\\*").c_str(), &data), ERROR_DIRECTORY);
 }
 
 TEST_F(FileRules, giveAFileNoDeviceCommands) {
     const HANDLE file =
         CreateFileA((folder_ / "a").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
     DWORD count = 0xBAD;
-    EXPECT_FALSE(
-        DeviceIoControl(file, IOCTL_DISK_GET_DRIVE_GEOMETRY, nullptr, 0, nullptr, 0, &count, nullptr));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_FUNCTION});
+    EXPECT_FAILS(
+        DeviceIoControl(file, IOCTL_DISK_GET_DRIVE_GEOMETRY, nullptr, 0, nullptr, 0, &count, nullptr),
+        ERROR_INVALID_FUNCTION);
     EXPECT_EQ(count, DWORD{0});
     EXPECT_TRUE(CloseHandle(file));
-    EXPECT_FALSE(
-        DeviceIoControl(file, IOCTL_DISK_GET_DRIVE_GEOMETRY, nullptr, 0, nullptr, 0, &count, nullptr));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_FAILS(
+        DeviceIoControl(file, IOCTL_DISK_GET_DRIVE_GEOMETRY, nullptr, 0, nullptr, 0, &count, nullptr),
+        ERROR_INVALID_HANDLE);
 }
 
 // A deletion that waits for the close is an access that others must share, like any other.

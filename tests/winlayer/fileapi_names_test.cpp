@@ -7,36 +7,31 @@
 #include <string>
 #include <vector>
 
+#include "support/last_error.h"
 #include "support/temp_folder.h"
 
 namespace {
 
-DWORD errorOf(BOOL done) {
-    return done != 0 ? 0 : GetLastError();
-}
-
 TEST(FileAttributes, failOnWhatIsMissing) {
     const TempFolder folder;
-    EXPECT_EQ(GetFileAttributesA((folder / "none").c_str()), INVALID_FILE_ATTRIBUTES);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
-    EXPECT_EQ(GetFileAttributesA((folder / "none\\a").c_str()), INVALID_FILE_ATTRIBUTES);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_PATH_NOT_FOUND});
-    EXPECT_EQ(errorOf(SetFileAttributesA((folder / "none").c_str(), 0x80)), DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_FAILS(GetFileAttributesA((folder / "none").c_str()), ERROR_FILE_NOT_FOUND);
+    EXPECT_FAILS(GetFileAttributesA((folder / "none\\a").c_str()), ERROR_PATH_NOT_FOUND);
+    EXPECT_FAILS(SetFileAttributesA((folder / "none").c_str(), 0x80), ERROR_FILE_NOT_FOUND);
 }
 
 TEST(DeleteFile, refusesWhatMustStay) {
     const TempFolder folder;
     const std::string file = folder.file("a.txt");
-    EXPECT_EQ(errorOf(DeleteFileA((folder / "none").c_str())), DWORD{ERROR_FILE_NOT_FOUND});
-    EXPECT_EQ(errorOf(DeleteFileA(folder.directory("d").c_str())), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_FAILS(DeleteFileA((folder / "none").c_str()), ERROR_FILE_NOT_FOUND);
+    EXPECT_FAILS(DeleteFileA(folder.directory("d").c_str()), ERROR_ACCESS_DENIED);
     SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_EQ(errorOf(DeleteFileA(file.c_str())), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_FAILS(DeleteFileA(file.c_str()), ERROR_ACCESS_DENIED);
     SetFileAttributesA(file.c_str(), FILE_ATTRIBUTE_HIDDEN);
     const HANDLE open = CreateFileA(file.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                     OPEN_EXISTING, 0, nullptr);
-    EXPECT_EQ(errorOf(DeleteFileA(file.c_str())), DWORD{ERROR_SHARING_VIOLATION});
+    EXPECT_FAILS(DeleteFileA(file.c_str()), ERROR_SHARING_VIOLATION);
     CloseHandle(open);
-    EXPECT_EQ(errorOf(DeleteFileA(file.c_str())), DWORD{0});
+    EXPECT_TRUE(DeleteFileA(file.c_str()));
     EXPECT_FALSE(exists(file));
 }
 
@@ -44,16 +39,16 @@ TEST(Directories, areMadeAndRemovedOnlyWhereThatIsPossible) {
     const TempFolder folder;
     const std::string directory = folder.directory("d");
     const std::string file = folder.file("d\\a.txt");
-    EXPECT_EQ(errorOf(CreateDirectoryA(directory.c_str(), nullptr)), DWORD{ERROR_ALREADY_EXISTS});
-    EXPECT_EQ(errorOf(CreateDirectoryA(file.c_str(), nullptr)), DWORD{ERROR_ALREADY_EXISTS});
-    EXPECT_EQ(errorOf(CreateDirectoryA((folder / "x\\y").c_str(), nullptr)), DWORD{ERROR_PATH_NOT_FOUND});
-    EXPECT_EQ(errorOf(CreateDirectoryA((directory + "\\sub\\").c_str(), nullptr)), DWORD{0});
-    EXPECT_EQ(errorOf(RemoveDirectoryA(directory.c_str())), DWORD{ERROR_DIR_NOT_EMPTY});
-    EXPECT_EQ(errorOf(RemoveDirectoryA(file.c_str())), DWORD{ERROR_DIRECTORY});
-    EXPECT_EQ(errorOf(RemoveDirectoryA((folder / "none").c_str())), DWORD{ERROR_FILE_NOT_FOUND});
-    EXPECT_EQ(errorOf(RemoveDirectoryA((directory + "\\sub").c_str())), DWORD{0});
+    EXPECT_FAILS(CreateDirectoryA(directory.c_str(), nullptr), ERROR_ALREADY_EXISTS);
+    EXPECT_FAILS(CreateDirectoryA(file.c_str(), nullptr), ERROR_ALREADY_EXISTS);
+    EXPECT_FAILS(CreateDirectoryA((folder / "x\\y").c_str(), nullptr), ERROR_PATH_NOT_FOUND);
+    EXPECT_TRUE(CreateDirectoryA((directory + "\\sub\\").c_str(), nullptr));
+    EXPECT_FAILS(RemoveDirectoryA(directory.c_str()), ERROR_DIR_NOT_EMPTY);
+    EXPECT_FAILS(RemoveDirectoryA(file.c_str()), ERROR_DIRECTORY);
+    EXPECT_FAILS(RemoveDirectoryA((folder / "none").c_str()), ERROR_FILE_NOT_FOUND);
+    EXPECT_TRUE(RemoveDirectoryA((directory + "\\sub").c_str()));
     SetFileAttributesA(directory.c_str(), FILE_ATTRIBUTE_READONLY);
-    EXPECT_EQ(errorOf(DeleteFileA(file.c_str())), DWORD{0}) << "a read-only directory's files may go";
+    EXPECT_TRUE(DeleteFileA(file.c_str())) << "a read-only directory's files may go";
 }
 
 std::string currentDirectory() {
@@ -74,8 +69,8 @@ TEST(CurrentDirectory, isWhereRelativePathsStart) {
     EXPECT_EQ(readFile(".\\..\\a.txt"), "outer");
     EXPECT_EQ(readFile("../d/./a.txt"), "inner");
     EXPECT_EQ(readFile(folder.path().substr(0, 2) + "a.txt"), "inner") << "a drive without a root";
-    EXPECT_EQ(errorOf(SetCurrentDirectoryA("none")), DWORD{ERROR_FILE_NOT_FOUND});
-    EXPECT_EQ(errorOf(SetCurrentDirectoryA("a.txt")), DWORD{ERROR_DIRECTORY});
+    EXPECT_FAILS(SetCurrentDirectoryA("none"), ERROR_FILE_NOT_FOUND);
+    EXPECT_FAILS(SetCurrentDirectoryA("a.txt"), ERROR_DIRECTORY);
     EXPECT_EQ(currentDirectory(), folder / "d");
     char small = '#';
     EXPECT_EQ(GetCurrentDirectoryA(1, &small), (folder / "d").size() + 1)
@@ -180,10 +175,8 @@ TEST(FindFile, keepsItsHandlesApartFromFiles) {
     const std::string path = folder.file("a.txt");
     const HANDLE file = CreateFileA(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
     WIN32_FIND_DATAA data{};
-    EXPECT_FALSE(FindNextFileA(INVALID_HANDLE_VALUE, &data));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
-    EXPECT_FALSE(FindClose(INVALID_HANDLE_VALUE));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_FAILS(FindNextFileA(INVALID_HANDLE_VALUE, &data), ERROR_INVALID_HANDLE);
+    EXPECT_FAILS(FindClose(INVALID_HANDLE_VALUE), ERROR_INVALID_HANDLE);
     EXPECT_TRUE(CloseHandle(file));
 }
 

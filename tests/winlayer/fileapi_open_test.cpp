@@ -4,6 +4,7 @@
 
 #include <string>
 
+#include "support/last_error.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -137,8 +138,7 @@ TEST(CreateFile, countsTheOpenThatMadeTheFile) {
               DWORD{ERROR_SHARING_VIOLATION});
     EXPECT_EQ(errorOfCreate(path, GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_SHARING_VIOLATION});
     EXPECT_EQ(errorOfCreate(path, GENERIC_READ, OPEN_EXISTING), DWORD{0});
-    EXPECT_FALSE(DeleteFileA(path.c_str()));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_SHARING_VIOLATION});
+    EXPECT_FAILS(DeleteFileA(path.c_str()), ERROR_SHARING_VIOLATION);
     CloseHandle(maker);
     EXPECT_EQ(errorOfCreate(path, GENERIC_WRITE, CREATE_ALWAYS, 0, 0), DWORD{0});
 }
@@ -181,8 +181,7 @@ TEST(CreateFile, findsNamesWithoutCase) {
     EXPECT_EQ(readFile(folder / "Sub\\ReadMe.TXT"), "new");
     writeFile(folder / "sUB\\Other", "");
     EXPECT_TRUE(exists(folder / "Sub\\Other"));
-    EXPECT_FALSE(CreateDirectoryA((folder / "SUB").c_str(), nullptr));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_ALREADY_EXISTS});
+    EXPECT_FAILS(CreateDirectoryA((folder / "SUB").c_str(), nullptr), ERROR_ALREADY_EXISTS);
 }
 
 TEST(CreateFile, deletesOnTheLastClose) {

@@ -5,6 +5,7 @@
 #include <array>
 #include <string>
 
+#include "support/last_error.h"
 #include "support/temp_folder.h"
 
 namespace {
@@ -57,15 +58,12 @@ TEST_F(FileTransfer, needsTheAccessOfItsOpen) {
     DWORD moved = 0xBAD;
     std::array<char, 4> buffer{};
     open(GENERIC_WRITE, CREATE_ALWAYS);
-    EXPECT_FALSE(ReadFile(file_, buffer.data(), 4, &moved, nullptr));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_FAILS(ReadFile(file_, buffer.data(), 4, &moved, nullptr), ERROR_ACCESS_DENIED);
     EXPECT_EQ(moved, DWORD{0});
     open(GENERIC_READ, OPEN_EXISTING);
-    EXPECT_FALSE(WriteFile(file_, "abcd", 4, &moved, nullptr));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_FAILS(WriteFile(file_, "abcd", 4, &moved, nullptr), ERROR_ACCESS_DENIED);
     EXPECT_FALSE(SetEndOfFile(file_));
-    EXPECT_FALSE(FlushFileBuffers(file_));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_FAILS(FlushFileBuffers(file_), ERROR_ACCESS_DENIED);
 }
 
 TEST_F(FileTransfer, movesItsPositionAsAskedAndNoFurther) {
@@ -76,11 +74,9 @@ TEST_F(FileTransfer, movesItsPositionAsAskedAndNoFurther) {
     EXPECT_EQ(read(1), "5");
     EXPECT_EQ(SetFilePointer(file_, -2, nullptr, FILE_END), DWORD{8});
     EXPECT_EQ(read(9), "89");
-    EXPECT_EQ(SetFilePointer(file_, -11, nullptr, FILE_END), INVALID_SET_FILE_POINTER);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_NEGATIVE_SEEK});
+    EXPECT_FAILS(SetFilePointer(file_, -11, nullptr, FILE_END), ERROR_NEGATIVE_SEEK);
     EXPECT_EQ(SetFilePointer(file_, 0, nullptr, FILE_CURRENT), DWORD{10}) << "a failed move moves nothing";
-    EXPECT_EQ(SetFilePointer(file_, 0, nullptr, 3), INVALID_SET_FILE_POINTER);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+    EXPECT_FAILS(SetFilePointer(file_, 0, nullptr, 3), ERROR_INVALID_PARAMETER);
 }
 
 TEST_F(FileTransfer, countsPositionsIn64Bits) {
@@ -155,8 +151,8 @@ TEST_F(FileTransfer, takesItsOffsetFromTheBlock) {
     }
     EXPECT_EQ(GetLastError(), DWORD{ERROR_HANDLE_EOF});
     CloseHandle(block.hEvent);
-    EXPECT_FALSE(ReadFile(file_, buffer.data(), 8, &moved, nullptr)) << "such a file has no position";
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+    EXPECT_FAILS(ReadFile(file_, buffer.data(), 8, &moved, nullptr), ERROR_INVALID_PARAMETER)
+        << "such a file has no position";
 }
 
 // A finished transfer signals the block's event, once for an automatic one.

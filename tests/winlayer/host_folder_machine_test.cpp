@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+#include "support/last_error.h"
 #include "support/temp_folder_machine.h"
 #include "winlayer/host_folder.h"
 
@@ -246,12 +247,10 @@ TEST(PrivateDrive, IsNotMadeForALookForWhatItCannotHave) {
         return std::dynamic_pointer_cast<winlayer::HostFolder>(machine->drives.find('C')->files)->isMade();
     };
     for (const char* file : {"C:\\none.dll", "C:\\WINDOWS\\none.dll", "C:\\windows\\System32\\none.dll"}) {
-        EXPECT_EQ(GetFileAttributesA(file), INVALID_FILE_ATTRIBUTES) << file;
-        EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND}) << file;
+        EXPECT_FAILS(GetFileAttributesA(file), ERROR_FILE_NOT_FOUND) << file;
     }
     EXPECT_FALSE(made());
-    EXPECT_EQ(GetFileAttributesA("C:\\none\\none.dll"), INVALID_FILE_ATTRIBUTES);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_FAILS(GetFileAttributesA("C:\\none\\none.dll"), ERROR_PATH_NOT_FOUND);
     EXPECT_EQ(GetFileAttributesA("C:\\WINDOWS\\temp"), DWORD{FILE_ATTRIBUTE_DIRECTORY});
     EXPECT_TRUE(made());
     EXPECT_EQ(GetFileAttributesA("C:\\none.dll"), INVALID_FILE_ATTRIBUTES);
@@ -263,10 +262,9 @@ TEST_F(HostFolderTest, hasNoLabelAndNoRawDevice) {
     EXPECT_TRUE(
         GetVolumeInformationA("H:\\", label.data(), 32, nullptr, nullptr, nullptr, fileSystem.data(), 32));
     EXPECT_STREQ(label.data(), "");
-    EXPECT_FALSE(GetVolumeInformationA("H:\\", nullptr, 0, nullptr, nullptr, nullptr, fileSystem.data(), 2));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_MORE_DATA});
-    EXPECT_FALSE(SetVolumeLabelA("H:\\", "LABEL"));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_SUPPORTED});
+    EXPECT_FAILS(GetVolumeInformationA("H:\\", nullptr, 0, nullptr, nullptr, nullptr, fileSystem.data(), 2),
+                 ERROR_MORE_DATA);
+    EXPECT_FAILS(SetVolumeLabelA("H:\\", "LABEL"), ERROR_NOT_SUPPORTED);
     EXPECT_EQ(errorOfOpen("\\\\.\\H:"), DWORD{ERROR_FILE_NOT_FOUND});
 }
 

@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "support/last_error.h"
 #include "winlayer/machine.h"
 
 namespace {
@@ -17,8 +18,7 @@ TEST(ModulesMachine, ModulesAreFoundByNameWithoutCaseAndExtension) {
     ASSERT_NE(kernel, nullptr);
     EXPECT_EQ(GetModuleHandleA("kernel32.DLL"), kernel);
     EXPECT_NE(GetModuleHandleA(nullptr), kernel);
-    EXPECT_EQ(GetModuleHandleA("missing"), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
+    EXPECT_FAILS(GetModuleHandleA("missing"), ERROR_MOD_NOT_FOUND);
     const HMODULE added = machine->modules.add("Extra.dll", "D:\\Extra.dll");
     EXPECT_EQ(GetModuleHandleA("extra"), added);
 }
@@ -38,8 +38,7 @@ TEST(ModulesMachine, LongPathNamesAreOfferedWhereWindowsHasThem) {
     }
     ScopedMachine machine;
     machine->modules.removeFunction(GetModuleHandleA("kernel32.dll"), "GetLongPathNameA");
-    EXPECT_EQ(GetProcAddress(GetModuleHandleA("kernel32.dll"), "GetLongPathNameA"), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
+    EXPECT_FAILS(GetProcAddress(GetModuleHandleA("kernel32.dll"), "GetLongPathNameA"), ERROR_PROC_NOT_FOUND);
 }
 
 TEST(ModulesMachine, TheProgramKnowsItsPath) {
@@ -78,8 +77,7 @@ TEST(ModulesMachine, StringsAreCutToTheBuffer) {
                  "ff");
     EXPECT_EQ(LoadStringA(other, 7, buffer, sizeof buffer), 0);
     EXPECT_STREQ(buffer, "");
-    EXPECT_EQ(LoadStringA(nullptr, 8000, buffer, sizeof buffer), 0);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_RESOURCE_NAME_NOT_FOUND});
+    EXPECT_FAILS(LoadStringA(nullptr, 8000, buffer, sizeof buffer), ERROR_RESOURCE_NAME_NOT_FOUND);
 }
 
 TEST(ModulesMachine, MessagesOfAModuleComeBeforeTheSystems) {

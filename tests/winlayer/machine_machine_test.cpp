@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "support/last_error.h"
 #include "support/temp_folder_machine.h"
 #include "winlayer/diskette/diskette_drive.h"
 #include "winlayer/handle_table.h"
@@ -88,8 +89,7 @@ TEST(Machine, refusesToLoseItsCurrentDirectory) {
         ScopedMachine machine(version);
         CreateDirectoryA("C:\\Here", nullptr);
         SetCurrentDirectoryA("C:\\HERE");
-        EXPECT_FALSE(RemoveDirectoryA("..\\here"));
-        EXPECT_EQ(GetLastError(), error);
+        EXPECT_FAILS(RemoveDirectoryA("..\\here"), error);
         SetCurrentDirectoryA("..");
         EXPECT_TRUE(RemoveDirectoryA("here"));
     }
@@ -105,17 +105,14 @@ TEST(Drives, areWhatIsMounted) {
     EXPECT_EQ(GetDriveTypeA("B:\\"), DRIVE_NO_ROOT_DIR);
     EXPECT_EQ(GetDriveTypeA("C:\\WINDOWS"), DRIVE_NO_ROOT_DIR);
     EXPECT_EQ(GetDriveTypeA(nullptr), DRIVE_FIXED);
-    EXPECT_EQ(GetFileAttributesA("A:\\x"), INVALID_FILE_ATTRIBUTES);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_READY});
-    EXPECT_EQ(GetFileAttributesA("B:\\x"), INVALID_FILE_ATTRIBUTES);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_FAILS(GetFileAttributesA("A:\\x"), ERROR_NOT_READY);
+    EXPECT_FAILS(GetFileAttributesA("B:\\x"), ERROR_PATH_NOT_FOUND);
     for (const auto& [root, error] :
          {std::pair{"C:", ERROR_INVALID_NAME}, std::pair{"Q:\\", ERROR_PATH_NOT_FOUND},
           std::pair{"C:\\WINDOWS\\", ERROR_DIR_NOT_ROOT}, std::pair{"A:\\", ERROR_NOT_READY}}) {
-        EXPECT_FALSE(GetVolumeInformationA(root, nullptr, 0, nullptr, nullptr, nullptr, nullptr, 0));
-        EXPECT_EQ(GetLastError(), error) << root;
-        EXPECT_FALSE(SetVolumeLabelA(root, "X"));
-        EXPECT_EQ(GetLastError(), error) << root;
+        EXPECT_FAILS(GetVolumeInformationA(root, nullptr, 0, nullptr, nullptr, nullptr, nullptr, 0), error)
+            << root;
+        EXPECT_FAILS(SetVolumeLabelA(root, "X"), error) << root;
     }
 }
 

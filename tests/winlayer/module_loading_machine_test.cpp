@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "support/last_error.h"
 #include "winlayer/machine.h"
 #include "winlayer/modules/journal.h"
 
@@ -98,8 +99,7 @@ TEST_F(ModuleLoading, AModuleLivesFromTheFirstLoadToTheLastFree) {
     EXPECT_FALSE(isMapped(built / "user.dll"));
     EXPECT_FALSE(isMapped(built / "base.dll"));
 
-    EXPECT_FALSE(FreeLibrary(module));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_MOD_NOT_FOUND});
+    EXPECT_FAILS(FreeLibrary(module), ERROR_MOD_NOT_FOUND);
     EXPECT_EQ(GetModuleHandleA("user"), nullptr);
     EXPECT_EQ(GetProcAddress(module, "fourTimes"), nullptr);
     EXPECT_EQ(pathOf(module), "");
@@ -114,8 +114,7 @@ TEST_F(ModuleLoading, FunctionsAndResourcesAreTheModulesOwn) {
     EXPECT_EQ(functionIn<int(int, int*)>(module, "fourTimes")(5, &count), 20);
     EXPECT_EQ(count, 1);
     for (const char* const name : {"twice", "malloc", "PostThreadMessageA", "FourTimes"}) {
-        EXPECT_EQ(GetProcAddress(module, name), nullptr) << name;
-        EXPECT_EQ(GetLastError(), DWORD{ERROR_PROC_NOT_FOUND});
+        EXPECT_FAILS(GetProcAddress(module, name), ERROR_PROC_NOT_FOUND) << name;
     }
     EXPECT_EQ(GetProcAddress(module, MAKEINTRESOURCEA(1)), nullptr);
 
@@ -147,8 +146,7 @@ TEST_F(ModuleLoading, AModuleThatIsNeededLastsAsLongAsWhoNeedsIt) {
 }
 
 TEST_F(ModuleLoading, AnEntryPointThatRefusesEndsTheLoad) {
-    EXPECT_EQ(LoadLibraryA("refuser"), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_DLL_INIT_FAILED});
+    EXPECT_FAILS(LoadLibraryA("refuser"), ERROR_DLL_INIT_FAILED);
     EXPECT_EQ(messagesOf(takeJournal()),
               (std::vector<UINT>{entryCalled + refuserModule + DLL_PROCESS_ATTACH,
                                  entryCalled + refuserModule + DLL_PROCESS_DETACH}));
@@ -180,8 +178,7 @@ TEST_F(ModuleLoading, WhatIsNoModuleIsRefused) {
         {"X:\\user.dll", ERROR_MOD_NOT_FOUND},  {"", ERROR_MOD_NOT_FOUND}};
     for (const auto& [name, error] : cases) {
         SetLastError(0);
-        EXPECT_EQ(LoadLibraryA(name), nullptr) << name;
-        EXPECT_EQ(GetLastError(), error) << name;
+        EXPECT_FAILS(LoadLibraryA(name), error) << name;
     }
     EXPECT_EQ(LoadLibraryA(nullptr), nullptr);
     EXPECT_FALSE(FreeLibrary(nullptr));
@@ -248,8 +245,7 @@ TEST_F(ModuleLoading, TheEndOfAMachineUnloadsWhatItLoaded) {
 
 TEST_F(ModuleLoading, AFailingCallLoadsNothing) {
     machine->gate.failFunction("LoadLibraryA", ERROR_NOT_ENOUGH_MEMORY);
-    EXPECT_EQ(LoadLibraryA("user.dll"), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_ENOUGH_MEMORY});
+    EXPECT_FAILS(LoadLibraryA("user.dll"), ERROR_NOT_ENOUGH_MEMORY);
     EXPECT_FALSE(isMapped(built / "user.dll"));
 }
 

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <stdexcept>
 
+#include "support/last_error.h"
 #include "winlayer/machine.h"
 
 namespace {
@@ -101,8 +102,7 @@ TEST(ResourceFile, ABlockOfStringsThatEndsEarlyGivesNone) {
 TEST(ResourceFile, AModuleTakesSeveralFiles) {
     ScopedMachine machine;
     const HMODULE module = machine->modules.add("picture.dll", "C:\\picture.dll");
-    EXPECT_EQ(FindResourceA(module, "x", "RTF"), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_RESOURCE_DATA_NOT_FOUND});
+    EXPECT_FAILS(FindResourceA(module, "x", "RTF"), ERROR_RESOURCE_DATA_NOT_FOUND);
     machine->modules.addResources(module, compiled());
     const std::span<const BYTE> first = machine->modules.resource(module, ResourceId(WORD{10}), {WORD{9}});
     machine->modules.addResources(module, entryOf(1, 32, numbers));

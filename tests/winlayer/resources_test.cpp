@@ -5,6 +5,8 @@
 #include <cstring>
 #include <string>
 
+#include "support/last_error.h"
+
 // The program that runs these tests carries tests/winlayer/resources.rc, on Windows and elsewhere.
 
 namespace {
@@ -38,10 +40,8 @@ TEST(Resources, AreFoundByNumberAndByNameWithoutCase) {
 
 TEST(Resources, WhatIsMissingIsNamed) {
     SetLastError(0);
-    EXPECT_EQ(FindResourceA(nullptr, MAKEINTRESOURCEA(8), "RTF"), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_RESOURCE_NAME_NOT_FOUND});
-    EXPECT_EQ(FindResourceA(nullptr, MAKEINTRESOURCEA(114), "RTX"), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_RESOURCE_TYPE_NOT_FOUND});
+    EXPECT_FAILS(FindResourceA(nullptr, MAKEINTRESOURCEA(8), "RTF"), ERROR_RESOURCE_NAME_NOT_FOUND);
+    EXPECT_FAILS(FindResourceA(nullptr, MAKEINTRESOURCEA(114), "RTX"), ERROR_RESOURCE_TYPE_NOT_FOUND);
     EXPECT_EQ(LoadResource(nullptr, nullptr), nullptr);
     EXPECT_EQ(LockResource(nullptr), nullptr);
 }

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <vector>
 
+#include "support/last_error.h"
 #include "winlayer/machine.h"
 
 namespace {
@@ -42,12 +43,10 @@ TEST(SecurityMachine, IdentifiersHaveTheBinaryForm) {
 TEST(SecurityMachine, ATokenListsItsGroups) {
     ScopedMachine machine;
     HANDLE token = nullptr;
-    EXPECT_FALSE(OpenThreadToken(GetCurrentThread(), TOKEN_QUERY, TRUE, &token));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_NO_TOKEN});
+    EXPECT_FAILS(OpenThreadToken(GetCurrentThread(), TOKEN_QUERY, TRUE, &token), ERROR_NO_TOKEN);
     ASSERT_TRUE(OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token));
     DWORD needed = 0;
-    EXPECT_FALSE(GetTokenInformation(token, TokenGroups, nullptr, 0, &needed));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+    EXPECT_FAILS(GetTokenInformation(token, TokenGroups, nullptr, 0, &needed), ERROR_INSUFFICIENT_BUFFER);
     std::vector<TOKEN_GROUPS> list(needed / sizeof(TOKEN_GROUPS) + 1);
     EXPECT_FALSE(GetTokenInformation(token, TokenGroups, list.data(), needed - 1, &needed));
     ASSERT_TRUE(GetTokenInformation(token, TokenGroups, list.data(), needed, &needed));
@@ -58,8 +57,7 @@ TEST(SecurityMachine, ATokenListsItsGroups) {
     EXPECT_TRUE(EqualSid(group[3].Sid, sid));
     FreeSid(sid);
     EXPECT_TRUE(CloseHandle(token));
-    EXPECT_FALSE(GetTokenInformation(token, TokenGroups, list.data(), needed, &needed));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_FAILS(GetTokenInformation(token, TokenGroups, list.data(), needed, &needed), ERROR_INVALID_HANDLE);
     EXPECT_EQ(machine->handles.openCount(), 0u);
 }
 
@@ -68,18 +66,15 @@ TEST(SecurityMachine, ATokenMustBeOpenedForQueries) {
     HANDLE token = nullptr;
     ASSERT_TRUE(OpenProcessToken(GetCurrentProcess(), 0, &token));
     DWORD needed = 0;
-    EXPECT_FALSE(GetTokenInformation(token, TokenGroups, nullptr, 0, &needed));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_FAILS(GetTokenInformation(token, TokenGroups, nullptr, 0, &needed), ERROR_ACCESS_DENIED);
     CloseHandle(token);
-    EXPECT_FALSE(OpenProcessToken(GetCurrentThread(), TOKEN_QUERY, &token));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_FAILS(OpenProcessToken(GetCurrentThread(), TOKEN_QUERY, &token), ERROR_INVALID_HANDLE);
 }
 
 TEST(SecurityMachine, Windows98HasNoSecurity) {
     const ScopedMachine machine(WindowsVersion::Windows98);
     HANDLE token = nullptr;
-    EXPECT_FALSE(OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_CALL_NOT_IMPLEMENTED});
+    EXPECT_FAILS(OpenProcessToken(GetCurrentProcess(), TOKEN_QUERY, &token), ERROR_CALL_NOT_IMPLEMENTED);
 }
 
 }  // namespace

@@ -6,6 +6,8 @@
 #include <thread>
 #include <vector>
 
+#include "support/last_error.h"
+
 namespace {
 
 class Section {
@@ -160,19 +162,17 @@ TEST(Event, duplicateIsTheSameEvent) {
 TEST(Handle, closedOneIsRefused) {
     const HANDLE event = CreateEventA(nullptr, TRUE, TRUE, nullptr);
     ASSERT_TRUE(CloseHandle(event));
-    EXPECT_FALSE(CloseHandle(event));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_FAILS(CloseHandle(event), ERROR_INVALID_HANDLE);
     EXPECT_FALSE(SetEvent(event));
     EXPECT_EQ(WaitForSingleObject(event, 0), WAIT_FAILED);
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
     HANDLE copy = nullptr;
-    EXPECT_FALSE(DuplicateHandle(GetCurrentProcess(), event, GetCurrentProcess(), &copy, 0, TRUE,
-                                 DUPLICATE_SAME_ACCESS));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_FAILS(DuplicateHandle(GetCurrentProcess(), event, GetCurrentProcess(), &copy, 0, TRUE,
+                                 DUPLICATE_SAME_ACCESS),
+                 ERROR_INVALID_HANDLE);
     DWORD count = 0;
     char byte = 0;
-    EXPECT_FALSE(ReadFile(nullptr, &byte, 1, &count, nullptr));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_FAILS(ReadFile(nullptr, &byte, 1, &count, nullptr), ERROR_INVALID_HANDLE);
 }
 
 TEST(Thread, hasItsOwnLastError) {

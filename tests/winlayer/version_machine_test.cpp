@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/last_error.h"
 #include "winlayer/machine.h"
 
 namespace {
@@ -13,8 +14,7 @@ TEST(VersionMachine, TheRecordSizeIsChecked) {
     const ScopedMachine machine(WindowsVersion::Windows98);
     OSVERSIONINFOA version{};
     version.dwOSVersionInfoSize = sizeof version - 1;
-    EXPECT_FALSE(GetVersionExA(&version));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+    EXPECT_FAILS(GetVersionExA(&version), ERROR_INSUFFICIENT_BUFFER);
     version.dwOSVersionInfoSize = sizeof version;
     ASSERT_TRUE(GetVersionExA(&version));
     EXPECT_EQ(version.dwMajorVersion, 4u);
@@ -28,8 +28,7 @@ TEST(VersionMachine, TheComputerNameAndItsZeroMustFit) {
     machine->computerName = "DESK";
     char name[16];
     DWORD size = 4;
-    EXPECT_FALSE(GetComputerNameA(name, &size));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_BUFFER_OVERFLOW});
+    EXPECT_FAILS(GetComputerNameA(name, &size), ERROR_BUFFER_OVERFLOW);
     EXPECT_EQ(size, 5u);
     ASSERT_TRUE(GetComputerNameA(name, &size));
     EXPECT_STREQ(name, "DESK");

@@ -4,6 +4,7 @@
 
 #include <vector>
 
+#include "support/last_error.h"
 #include "winlayer/bitmap_data.h"
 #include "winlayer/machine.h"
 #include "winlayer/surface_drawing.h"
@@ -144,14 +145,12 @@ TEST(GraphicsMachine, OpenObjectsAreCounted) {
     EXPECT_TRUE(BitBlt(window, 1, 1, 2, 2, memory, 0, 0, SRCCOPY));
     EXPECT_EQ(pixelAt(*surface, 1, 1), black);
     EXPECT_EQ(pixelAt(*surface, 3, 3), green);
-    EXPECT_FALSE(BitBlt(window, 0, 0, 2, 2, memory, 0, 0, 0x00550009));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
+    EXPECT_FAILS(BitBlt(window, 0, 0, 2, 2, memory, 0, 0, 0x00550009), ERROR_INVALID_PARAMETER);
 
     EXPECT_FALSE(DeleteObject(bitmap)) << "it is selected";
     SelectObject(memory, before);
     EXPECT_TRUE(DeleteObject(bitmap));
-    EXPECT_FALSE(DeleteObject(bitmap));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_HANDLE});
+    EXPECT_FAILS(DeleteObject(bitmap), ERROR_INVALID_HANDLE);
     EXPECT_FALSE(DeleteDC(window));
     EXPECT_FALSE(graphics.close(memory));
     EXPECT_TRUE(DeleteDC(memory));
@@ -165,13 +164,10 @@ TEST(GraphicsMachine, FailuresAreReported) {
     ScopedMachine machine;
     const HDC memory = CreateCompatibleDC(nullptr);
     EXPECT_EQ(CreateCompatibleBitmap(memory, -1, 1), nullptr);
-    EXPECT_EQ(CreateCompatibleBitmap(memory, 0x7FFFFFFF, 0x7FFFFFFF), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_ENOUGH_MEMORY});
-    EXPECT_EQ(LoadBitmapA(nullptr, MAKEINTRESOURCEA(99)), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_RESOURCE_NAME_NOT_FOUND});
+    EXPECT_FAILS(CreateCompatibleBitmap(memory, 0x7FFFFFFF, 0x7FFFFFFF), ERROR_NOT_ENOUGH_MEMORY);
+    EXPECT_FAILS(LoadBitmapA(nullptr, MAKEINTRESOURCEA(99)), ERROR_RESOURCE_NAME_NOT_FOUND);
     machine->gate.failFunction("CreateCompatibleDC", ERROR_NOT_ENOUGH_MEMORY);
-    EXPECT_EQ(CreateCompatibleDC(nullptr), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_ENOUGH_MEMORY});
+    EXPECT_FAILS(CreateCompatibleDC(nullptr), ERROR_NOT_ENOUGH_MEMORY);
     EXPECT_TRUE(DeleteDC(memory));
     EXPECT_EQ(machine->graphics.count(), 0u);
 }

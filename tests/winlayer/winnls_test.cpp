@@ -4,6 +4,8 @@
 
 #include <string>
 
+#include "support/last_error.h"
+
 // Run against the layer and against Windows itself. Locales are named, and what their users and later
 // editions of Windows change is asked for in so many words.
 
@@ -56,13 +58,10 @@ TEST(Locales, SayHowTheyWriteNumbers) {
         EXPECT_EQ(info(locale, LOCALE_INEGNUMBER), "1");
     }
     char small[2] = "#";
-    EXPECT_EQ(GetLocaleInfoA(german, LOCALE_SGROUPING, small, sizeof small), 0);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+    EXPECT_FAILS(GetLocaleInfoA(german, LOCALE_SGROUPING, small, sizeof small), ERROR_INSUFFICIENT_BUFFER);
     EXPECT_EQ(GetLocaleInfoA(german, LOCALE_SGROUPING, nullptr, 0), 4);
-    EXPECT_EQ(GetLocaleInfoA(0x12345, LOCALE_SGROUPING, nullptr, 0), 0);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
-    EXPECT_EQ(GetLocaleInfoA(german, 0x7777, nullptr, 0), 0);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_FLAGS});
+    EXPECT_FAILS(GetLocaleInfoA(0x12345, LOCALE_SGROUPING, nullptr, 0), ERROR_INVALID_PARAMETER);
+    EXPECT_FAILS(GetLocaleInfoA(german, 0x7777, nullptr, 0), ERROR_INVALID_FLAGS);
 }
 
 TEST(Numbers, AreRoundedAndGrouped) {
@@ -116,10 +115,8 @@ TEST(Numbers, LengthsCountTheZero) {
     char text[8];
     EXPECT_EQ(GetNumberFormatA(german, 0, "123", &format, text, 7), 7);
     EXPECT_STREQ(text, "123,00");
-    EXPECT_EQ(GetNumberFormatA(german, 0, "123", &format, text, 6), 0);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
-    EXPECT_EQ(GetNumberFormatA(german, LOCALE_NOUSEROVERRIDE, "1", &format, text, 8), 0);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_FLAGS});
+    EXPECT_FAILS(GetNumberFormatA(german, 0, "123", &format, text, 6), ERROR_INSUFFICIENT_BUFFER);
+    EXPECT_FAILS(GetNumberFormatA(german, LOCALE_NOUSEROVERRIDE, "1", &format, text, 8), ERROR_INVALID_FLAGS);
     EXPECT_EQ(GetNumberFormatA(english, LOCALE_NOUSEROVERRIDE, "12.5", nullptr, text, 8), 6);
     EXPECT_STREQ(text, "12.50");
 }
@@ -141,8 +138,7 @@ TEST(Dates, FollowThePicture) {
     char text[16];
     EXPECT_EQ(GetDateFormatA(english, DATE_SHORTDATE, &morning, nullptr, text, 16), 9);
     EXPECT_EQ(GetDateFormatA(english, DATE_SHORTDATE, &morning, nullptr, nullptr, 0), 9);
-    EXPECT_EQ(GetDateFormatA(english, DATE_SHORTDATE, &morning, "d", text, 16), 0);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_FLAGS});
+    EXPECT_FAILS(GetDateFormatA(english, DATE_SHORTDATE, &morning, "d", text, 16), ERROR_INVALID_FLAGS);
 }
 
 TEST(TimesOfDay, LeaveOutWhatTheFlagsSay) {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/last_error.h"
 #include "support/window_recorder.h"
 
 namespace {
@@ -61,8 +62,7 @@ TEST_F(Messages, WhatWasPostedGoesWithItsWindow) {
     DestroyWindow(child_);
     EXPECT_EQ(next(nullptr), 0u);
     SetLastError(0);
-    EXPECT_FALSE(PostMessageA(child_, WM_APP, 0, 0));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_WINDOW_HANDLE});
+    EXPECT_FAILS(PostMessageA(child_, WM_APP, 0, 0), ERROR_INVALID_WINDOW_HANDLE);
     EXPECT_EQ(SendMessageA(child_, WM_APP, 0, 0), 0);
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "support/last_error.h"
 #include "support/window_recorder.h"
 
 namespace {
@@ -70,12 +71,10 @@ TEST_F(Windows, AWindowThatCannotBeMadeTellsWhy) {
     EXPECT_EQ(CreateWindowExA(0, "NoSuchClass", "", 0, 0, 0, 1, 1, nullptr, nullptr, nullptr, nullptr),
               nullptr);
     EXPECT_NE(GetLastError(), 0u);
-    EXPECT_EQ(recorder_.create(WS_CHILD, {0, 0, 1, 1}), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_TLW_WITH_WSCHILD});
+    EXPECT_FAILS(recorder_.create(WS_CHILD, {0, 0, 1, 1}), ERROR_TLW_WITH_WSCHILD);
     const HWND gone = recorder_.create(WS_CHILD, {0, 0, 1, 1}, frame_);
     DestroyWindow(gone);
-    EXPECT_EQ(recorder_.create(WS_CHILD, {0, 0, 1, 1}, gone), nullptr);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_WINDOW_HANDLE});
+    EXPECT_FAILS(recorder_.create(WS_CHILD, {0, 0, 1, 1}, gone), ERROR_INVALID_WINDOW_HANDLE);
 }
 
 TEST_F(Windows, ClassesAreFoundWithoutCaseAndEndOnlyUnused) {
@@ -83,12 +82,9 @@ TEST_F(Windows, ClassesAreFoundWithoutCaseAndEndOnlyUnused) {
     again.lpfnWndProc = DefWindowProcA;
     again.hInstance = GetModuleHandleA(nullptr);
     again.lpszClassName = "RECORDER";
-    EXPECT_EQ(RegisterClassA(&again), 0);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_CLASS_ALREADY_EXISTS});
-    EXPECT_FALSE(UnregisterClassA("Recorder", again.hInstance));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_CLASS_HAS_WINDOWS});
-    EXPECT_FALSE(UnregisterClassA("Another", again.hInstance));
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_CLASS_DOES_NOT_EXIST});
+    EXPECT_FAILS(RegisterClassA(&again), ERROR_CLASS_ALREADY_EXISTS);
+    EXPECT_FAILS(UnregisterClassA("Recorder", again.hInstance), ERROR_CLASS_HAS_WINDOWS);
+    EXPECT_FAILS(UnregisterClassA("Another", again.hInstance), ERROR_CLASS_DOES_NOT_EXIST);
     char name[32] = "";
     EXPECT_EQ(GetClassNameA(frame_, name, sizeof name), 8);
     EXPECT_STREQ(name, "Recorder");
