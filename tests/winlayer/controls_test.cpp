@@ -3,25 +3,18 @@
 #include <commctrl.h>
 #include <gtest/gtest.h>
 
-#include "support/window_recorder.h"
+#include "support/frame_test.h"
 
 namespace {
 
-class Controls : public ::testing::Test {
+class Controls : public FrameTest {
 protected:
-    void SetUp() override {
-        InitCommonControls();
-        frame_ = recorder_.create(WS_POPUP | WS_VISIBLE, {0, 0, 300, 200});
-    }
-    void TearDown() override { DestroyWindow(frame_); }
+    Controls() : FrameTest(WS_POPUP | WS_VISIBLE, {0, 0, 300, 200}) { InitCommonControls(); }
 
     HWND make(const char* className, DWORD style, const char* text = "") {
         return CreateWindowExA(0, className, text, style | WS_CHILD | WS_VISIBLE, 10, 10, 60, 20, frame_,
                                reinterpret_cast<HMENU>(static_cast<INT_PTR>(40)), nullptr, nullptr);
     }
-
-    WindowRecorder recorder_;
-    HWND frame_ = nullptr;
 };
 
 TEST_F(Controls, AProgressBarKeepsWithinItsRange) {
@@ -54,35 +47,34 @@ TEST_F(Controls, AStaticTextKeepsFontAndTextAndTakesNoFocus) {
 
 TEST_F(Controls, AClickIsMadeOfPressAndReleaseInside) {
     const HWND push = make("BUTTON", BS_PUSHBUTTON, "Weiter");
-    recorder_.clear();
-    SendMessageA(push, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-    EXPECT_NE(SendMessageA(push, BM_GETSTATE, 0, 0) & BST_PUSHED, 0);
-    EXPECT_EQ(GetCapture(), push);
-    EXPECT_EQ(recorder_.take({WM_COMMAND}), "");
-    SendMessageA(push, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
-    EXPECT_EQ(recorder_.take({WM_COMMAND}), "command");
-    EXPECT_EQ(GetCapture(), nullptr);
-    SendMessageA(push, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+    const auto isPushed = [&] { return (SendMessageA(push, BM_GETSTATE, 0, 0) & BST_PUSHED) != 0; };
+    const auto press = [&] {
+        recorder_.clear();
+        SendMessageA(push, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
+        EXPECT_TRUE(isPushed());
+        EXPECT_EQ(GetCapture(), push);
+        EXPECT_EQ(recorder_.take({WM_COMMAND}), "");
+    };
+    const auto release = [&](int x) {
+        SendMessageA(push, WM_LBUTTONUP, 0, MAKELPARAM(x, 5));
+        EXPECT_EQ(GetCapture(), nullptr);
+        return recorder_.take({WM_COMMAND});
+    };
+    press();
+    EXPECT_EQ(release(5), "command");
+    press();
     SendMessageA(push, WM_MOUSEMOVE, MK_LBUTTON, MAKELPARAM(-5, 5));
-    EXPECT_EQ(SendMessageA(push, BM_GETSTATE, 0, 0) & BST_PUSHED, 0);
-    SendMessageA(push, WM_LBUTTONUP, 0, MAKELPARAM(-5, 5));
-    EXPECT_EQ(recorder_.take({WM_COMMAND}), "");
+    EXPECT_FALSE(isPushed());
+    EXPECT_EQ(release(-5), "");
+    press();
+    SetFocus(frame_);
+    EXPECT_EQ(release(5), "") << "an ended focus ends the press";
     SetFocus(push);
     recorder_.clear();
     SendMessageA(push, WM_KEYDOWN, VK_SPACE, 0);
     EXPECT_EQ(recorder_.take({WM_COMMAND}), "");
     SendMessageA(push, WM_KEYUP, VK_SPACE, 0);
     EXPECT_EQ(recorder_.take({WM_COMMAND}), "command");
-}
-
-TEST_F(Controls, AnEndedFocusEndsThePress) {
-    const HWND push = make("BUTTON", BS_PUSHBUTTON);
-    recorder_.clear();
-    SendMessageA(push, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
-    SetFocus(frame_);
-    SendMessageA(push, WM_LBUTTONUP, 0, MAKELPARAM(5, 5));
-    EXPECT_EQ(recorder_.take({WM_COMMAND}), "");
-    EXPECT_EQ(GetCapture(), nullptr);
 }
 
 }  // namespace

@@ -21,7 +21,7 @@ class BoxUser : public winlayer::Peer {
 public:
     explicit BoxUser(std::vector<UINT> keys) : keys_(std::move(keys)) {}
 
-    void wait(std::optional<std::int64_t> until) override {
+    void wait(std::optional<std::int64_t>) override {
         if (next_ == keys_.size()) {
             // Nothing left to press: the box must not be there any more.
             ADD_FAILURE() << "the box does not end";
@@ -31,13 +31,13 @@ public:
         if (next_ == 0) {
             look(GetActiveWindow());
         }
-        static_cast<void>(until);
         winlayer::keyDown(keys_[next_]);
         winlayer::keyUp(keys_[next_]);
         ++next_;
     }
 
     std::string seen;
+    LRESULT icon = 0;
 
 private:
     static std::string textOf(HWND window) {
@@ -56,54 +56,45 @@ private:
 
     std::vector<UINT> keys_;
     std::size_t next_ = 0;
-
-public:
-    LRESULT icon = 0;
 };
 
-struct BoxCase {
-    UINT style;
-    WORD language;
-    std::vector<UINT> keys;
-    int result;
-    const char* seen;
-};
-
-constexpr WORD german = 0x0407;
-constexpr WORD english = 0x0409;
-
-class MessageBoxes : public ::testing::TestWithParam<BoxCase> {};
-
-TEST_P(MessageBoxes, AnswerWithTheButtonThatIsPressed) {
-    ScopedMachine machine;
-    machine->language = GetParam().language;
-    BoxUser user(GetParam().keys);
-    machine->windows.setPeer(&user);
-    WindowRecorder recorder;
-    const HWND owner = recorder.create(WS_POPUP | WS_VISIBLE, {0, 0, 400, 300});
-    EXPECT_EQ(MessageBoxA(owner, "Text", "Titel", GetParam().style), GetParam().result);
-    EXPECT_EQ(user.seen, GetParam().seen);
-    EXPECT_TRUE(IsWindowEnabled(owner));
-    EXPECT_EQ(GetActiveWindow(), owner);
-    EXPECT_EQ(machine->windows.count(), 1u);
-    EXPECT_EQ(machine->graphics.count(), 0u);
+TEST(MessageBoxMachine, AnswersWithTheButtonThatIsPressed) {
+    constexpr WORD german = 0x0407;
+    constexpr WORD english = 0x0409;
+    const struct {
+        UINT style;
+        WORD language;
+        std::vector<UINT> keys;
+        int result;
+        const char* seen;
+    } rows[] = {
+        {MB_OK, german, {VK_RETURN}, IDOK, "Titel: Text [OK]"},
+        {MB_OK, german, {VK_ESCAPE}, IDOK, "Titel: Text [OK]"},
+        {MB_OKCANCEL, german, {VK_RETURN}, IDOK, "Titel: Text [OK] Abbrechen"},
+        {MB_OKCANCEL, german, {VK_ESCAPE}, IDCANCEL, "Titel: Text [OK] Abbrechen"},
+        {MB_OKCANCEL, german, {VK_TAB, VK_RETURN}, IDCANCEL, "Titel: Text [OK] Abbrechen"},
+        {MB_OKCANCEL | MB_DEFBUTTON2, english, {VK_SPACE}, IDCANCEL, "Titel: Text OK [Cancel]"},
+        {MB_YESNO, german, {VK_ESCAPE, 'N'}, IDNO, "Titel: Text [&Ja] &Nein"},
+        {MB_YESNOCANCEL, english, {VK_RIGHT, VK_RETURN}, IDNO, "Titel: Text [&Yes] &No Cancel"},
+        {MB_ABORTRETRYIGNORE, german, {'W'}, IDRETRY, "Titel: Text [&Abbrechen] &Wiederholen &Ignorieren"},
+        {MB_RETRYCANCEL, german, {VK_LEFT, VK_RETURN}, IDCANCEL, "Titel: Text [&Wiederholen] Abbrechen"},
+    };
+    for (const auto& row : rows) {
+        SCOPED_TRACE(row.seen);
+        ScopedMachine machine;
+        machine->language = row.language;
+        BoxUser user(row.keys);
+        machine->windows.setPeer(&user);
+        WindowRecorder recorder;
+        const HWND owner = recorder.create(WS_POPUP | WS_VISIBLE, {0, 0, 400, 300});
+        EXPECT_EQ(MessageBoxA(owner, "Text", "Titel", row.style), row.result);
+        EXPECT_EQ(user.seen, row.seen);
+        EXPECT_TRUE(IsWindowEnabled(owner));
+        EXPECT_EQ(GetActiveWindow(), owner);
+        EXPECT_EQ(machine->windows.count(), 1u);
+        EXPECT_EQ(machine->graphics.count(), 0u);
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    All, MessageBoxes,
-    ::testing::Values(
-        BoxCase{MB_OK, german, {VK_RETURN}, IDOK, "Titel: Text [OK]"},
-        BoxCase{MB_OK, german, {VK_ESCAPE}, IDOK, "Titel: Text [OK]"},
-        BoxCase{MB_OKCANCEL, german, {VK_RETURN}, IDOK, "Titel: Text [OK] Abbrechen"},
-        BoxCase{MB_OKCANCEL, german, {VK_ESCAPE}, IDCANCEL, "Titel: Text [OK] Abbrechen"},
-        BoxCase{MB_OKCANCEL, german, {VK_TAB, VK_RETURN}, IDCANCEL, "Titel: Text [OK] Abbrechen"},
-        BoxCase{MB_OKCANCEL | MB_DEFBUTTON2, english, {VK_SPACE}, IDCANCEL, "Titel: Text OK [Cancel]"},
-        BoxCase{MB_YESNO, german, {VK_ESCAPE, 'N'}, IDNO, "Titel: Text [&Ja] &Nein"},
-        BoxCase{MB_YESNOCANCEL, english, {VK_RIGHT, VK_RETURN}, IDNO, "Titel: Text [&Yes] &No Cancel"},
-        BoxCase{
-            MB_ABORTRETRYIGNORE, german, {'W'}, IDRETRY, "Titel: Text [&Abbrechen] &Wiederholen &Ignorieren"},
-        BoxCase{
-            MB_RETRYCANCEL, german, {VK_LEFT, VK_RETURN}, IDCANCEL, "Titel: Text [&Wiederholen] Abbrechen"}));
 
 TEST(MessageBoxMachine, BreaksLinesBetweenWordsAndHasRoomForEach) {
     const struct {
@@ -177,24 +168,25 @@ INT_PTR CALLBACK ignoreAll(HWND, UINT, WPARAM, LPARAM) {
     return FALSE;
 }
 
+HWND create(const DialogDescription& description, HWND parent) {
+    const auto bytes = dialogBytes(description, true);
+    return CreateDialogIndirectParamA(nullptr, asTemplate(bytes), parent, ignoreAll, 0);
+}
+
 // The rich-edit class is there exactly while its module is loaded.
 TEST(DialogsMachine, RichEditNeedsItsModule) {
     ScopedMachine machine;
     WindowRecorder recorder;
     const HWND frame = recorder.create(WS_POPUP, {0, 0, 400, 300});
-    const auto bytes = dialogBytes(sample(), true);
-    const auto create = [&] {
-        return CreateDialogIndirectParamA(nullptr, asTemplate(bytes), frame, ignoreAll, 0);
-    };
-    EXPECT_EQ(create(), nullptr);
+    EXPECT_EQ(create(sample(), frame), nullptr);
     EXPECT_EQ(machine->windows.count(), 1u);
     const HMODULE module = LoadLibraryA("RICHED32.DLL");
     ASSERT_NE(module, nullptr);
-    const HWND dialog = create();
+    const HWND dialog = create(sample(), frame);
     EXPECT_NE(GetDlgItem(dialog, 1029), nullptr);
     DestroyWindow(dialog);
     EXPECT_TRUE(FreeLibrary(module));
-    EXPECT_EQ(create(), nullptr);
+    EXPECT_EQ(create(sample(), frame), nullptr);
 }
 
 TEST(DialogsMachine, ManyDialogsLeaveNothingBehind) {
@@ -202,9 +194,8 @@ TEST(DialogsMachine, ManyDialogsLeaveNothingBehind) {
     WindowRecorder recorder;
     const HMODULE module = LoadLibraryA("RICHED32.DLL");
     const HWND frame = recorder.create(WS_POPUP | WS_VISIBLE, {0, 0, 400, 300});
-    const auto bytes = dialogBytes(sample(), true);
     for (int i = 0; i < 1000; ++i) {
-        const HWND dialog = CreateDialogIndirectParamA(nullptr, asTemplate(bytes), frame, ignoreAll, 0);
+        const HWND dialog = create(sample(), frame);
         ASSERT_NE(dialog, nullptr);
         ShowWindow(dialog, SW_SHOW);
         SetTimer(dialog, 1, 10, nullptr);
@@ -219,34 +210,34 @@ TEST(DialogsMachine, ManyDialogsLeaveNothingBehind) {
     FreeLibrary(module);
 }
 
-// A box that was answered gives the focus back to the control that had it.
-TEST(DialogsMachine, TheFocusComesBackAfterABox) {
-    ScopedMachine machine;
-    DialogDescription description{WS_POPUP | WS_VISIBLE, 0, 0, 0, 100, 100, "", {}};
-    for (const WORD id : {WORD{1}, WORD{2}, WORD{3}}) {
-        description.controls.push_back(
-            {button, "", "", WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, 0, 0, 10, 10, id});
+// A dialog of three buttons, 1 to 3.
+class ThreeButtons : public testing::Test {
+protected:
+    ThreeButtons() {
+        DialogDescription description{WS_POPUP | WS_VISIBLE, 0, 0, 0, 100, 100, "", {}};
+        for (WORD id = 1; id <= 3; ++id) {
+            description.controls.push_back(
+                {button, "", "", WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, 0, 0, 10, 10, id});
+        }
+        dialog = create(description, nullptr);
     }
-    const auto bytes = dialogBytes(description, false);
-    const HWND dialog = CreateDialogIndirectParamA(nullptr, asTemplate(bytes), nullptr, ignoreAll, 0);
+    ~ThreeButtons() override { DestroyWindow(dialog); }
+
+    ScopedMachine machine;
+    HWND dialog = nullptr;
+};
+
+TEST_F(ThreeButtons, HaveTheFocusBackAfterABox) {
     SetFocus(GetDlgItem(dialog, 2));
     BoxUser user({VK_RETURN});
     machine->windows.setPeer(&user);
     EXPECT_EQ(MessageBoxA(dialog, "Text", "Titel", MB_OK), IDOK);
     EXPECT_EQ(GetFocus(), GetDlgItem(dialog, 2));
-    DestroyWindow(dialog);
+    machine->windows.setPeer(nullptr);
 }
 
-// Shift and Tab go backwards, over keys that come from the peer.
-TEST(DialogsMachine, ShiftAndTabGoBackwards) {
-    ScopedMachine machine;
-    DialogDescription description{WS_POPUP | WS_VISIBLE, 0, 0, 0, 100, 100, "", {}};
-    for (const WORD id : {WORD{1}, WORD{2}, WORD{3}}) {
-        description.controls.push_back(
-            {button, "", "", WS_VISIBLE | WS_TABSTOP | BS_PUSHBUTTON, 0, 0, 10, 10, id});
-    }
-    const auto bytes = dialogBytes(description, false);
-    const HWND dialog = CreateDialogIndirectParamA(nullptr, asTemplate(bytes), nullptr, ignoreAll, 0);
+// With keys that come from the peer.
+TEST_F(ThreeButtons, AreWalkedBackwardsWithShiftAndTab) {
     SetFocus(GetDlgItem(dialog, 1));
     winlayer::keyDown(VK_SHIFT);
     winlayer::keyDown(VK_TAB);
@@ -257,7 +248,6 @@ TEST(DialogsMachine, ShiftAndTabGoBackwards) {
         EXPECT_TRUE(IsDialogMessageA(dialog, &message));
     }
     EXPECT_EQ(GetDlgCtrlID(GetFocus()), 3);
-    DestroyWindow(dialog);
 }
 
 }  // namespace

@@ -15,9 +15,11 @@ constexpr WORD label = 0x82;
 constexpr DWORD shown = WS_VISIBLE;
 constexpr DWORD stop = WS_VISIBLE | WS_TABSTOP;
 
+using Commands = std::vector<std::pair<WORD, WORD>>;  // identifier and notification
+
 // What the dialog procedure under test sees and answers.
 struct Procedure {
-    std::vector<std::pair<WORD, WORD>> commands;
+    Commands commands;
     std::vector<UINT> messages;
     WPARAM initialFocus = 0;
     LPARAM parameter = 0;
@@ -71,9 +73,7 @@ class Dialogs : public ::testing::Test {
 protected:
     void SetUp() override { current = &procedure_; }
     void TearDown() override {
-        if (dialog_ != nullptr) {
-            DestroyWindow(dialog_);
-        }
+        DestroyWindow(dialog_);
         pumpMessages();
     }
 
@@ -132,7 +132,6 @@ TEST_F(Dialogs, TemplatesOfBothFormsGiveTheSameDialog) {
         EXPECT_EQ(rectangle.top, (20 * unitY + 4) / 8);
         EXPECT_EQ(rectangle.right - rectangle.left, 10 * unitX);
         DestroyWindow(dialog_);
-        dialog_ = nullptr;
     }
 }
 
@@ -162,8 +161,7 @@ TEST_F(Dialogs, AGroupOfRadioButtonsHasOneChecked) {
     create(plainDialog());
     SendMessageA(item(102), BM_CLICK, 0, 0);
     EXPECT_EQ(checks(), "-x-");
-    ASSERT_EQ(procedure_.commands.size(), 1u);
-    EXPECT_EQ(procedure_.commands[0], (std::pair<WORD, WORD>(WORD{102}, WORD{BN_CLICKED})));
+    EXPECT_EQ(procedure_.commands, (Commands{{WORD{102}, WORD{BN_CLICKED}}}));
     SendMessageA(item(103), BM_CLICK, 0, 0);
     EXPECT_EQ(checks(), "--x");
     EXPECT_EQ(SendMessageA(item(103), BM_GETCHECK, 0, 0), 1);
@@ -186,8 +184,7 @@ TEST_F(Dialogs, AGroupOfRadioButtonsHasOneChecked) {
 TEST_F(Dialogs, TheTabKeyStopsAtWhatIsShownAndEnabled) {
     create(plainDialog());
     SetFocus(item(101));
-    const std::vector<int> order = {104, IDOK, IDCANCEL, 101, 104};
-    for (const int id : order) {
+    for (const int id : {104, IDOK, IDCANCEL, 101, 104}) {
         key(WM_KEYDOWN, VK_TAB);
         EXPECT_EQ(GetFocus(), item(id)) << id;
     }
@@ -205,8 +202,7 @@ TEST_F(Dialogs, ArrowsChooseWithinTheGroup) {
     key(WM_KEYDOWN, VK_DOWN);
     EXPECT_EQ(GetFocus(), item(102));
     EXPECT_EQ(checks(), "-x-");
-    ASSERT_EQ(procedure_.commands.size(), 1u);
-    EXPECT_EQ(procedure_.commands[0].first, 102);
+    EXPECT_EQ(procedure_.commands, (Commands{{WORD{102}, WORD{BN_CLICKED}}}));
     key(WM_KEYDOWN, VK_RIGHT);
     key(WM_KEYDOWN, VK_RIGHT);
     EXPECT_EQ(checks(), "x--");
@@ -230,8 +226,7 @@ TEST_F(Dialogs, MnemonicsChoose) {
     key(WM_CHAR, 'v');  // hidden
     EXPECT_TRUE(procedure_.commands.empty());
     key(WM_CHAR, 'o');
-    ASSERT_EQ(procedure_.commands.size(), 1u);
-    EXPECT_EQ(procedure_.commands[0].first, IDOK);
+    EXPECT_EQ(procedure_.commands, (Commands{{WORD{IDOK}, WORD{BN_CLICKED}}}));
     SetFocus(item(IDCANCEL));
     CheckRadioButton(dialog_, 101, 103, 101);
     key(WM_CHAR, 'e');  // a label stands for what follows it
@@ -254,11 +249,9 @@ TEST_F(Dialogs, EnterPressesTheDefaultButtonAndEscapeCancels) {
     key(WM_KEYDOWN, VK_RETURN);
     SendMessageA(dialog_, WM_CLOSE, 0, 0);
     pumpMessages();
-    std::vector<WORD> ids;
-    for (const auto& [id, code] : procedure_.commands) {
-        ids.push_back(id);
-    }
-    EXPECT_EQ(ids, (std::vector<WORD>{IDOK, IDCANCEL, IDCANCEL, IDCANCEL, IDCANCEL}));
+    const Commands::value_type cancel{WORD{IDCANCEL}, WORD{BN_CLICKED}};
+    EXPECT_EQ(procedure_.commands,
+              (Commands{{WORD{IDOK}, WORD{BN_CLICKED}}, cancel, cancel, cancel, cancel}));
 }
 
 TEST_F(Dialogs, ADialogWithAFaultyControlIsMadeOnlyWhenAllowed) {
@@ -296,8 +289,6 @@ TEST_F(Dialogs, AChildDialogLivesInItsParent) {
     EXPECT_TRUE(EndDialog(dialog_, 0));  // only hides one that is not modal
     EXPECT_TRUE(IsWindow(dialog_));
     EXPECT_FALSE(IsWindowVisible(dialog_));
-    DestroyWindow(dialog_);
-    dialog_ = nullptr;
     DestroyWindow(frame);
 }
 

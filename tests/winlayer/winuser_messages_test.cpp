@@ -2,35 +2,23 @@
 
 #include <gtest/gtest.h>
 
+#include "support/frame_test.h"
 #include "support/last_error.h"
-#include "support/window_recorder.h"
 
 namespace {
 
-class Messages : public ::testing::Test {
+class Messages : public FrameTest {
 protected:
-    void SetUp() override {
-        frame_ = recorder_.create(WS_POPUP, {0, 0, 100, 100});
-        child_ = recorder_.create(WS_CHILD, {0, 0, 50, 50}, frame_, 1);
-        other_ = recorder_.create(WS_POPUP, {0, 0, 100, 100});
-        pumpMessages();
-        recorder_.clear();
-    }
-    void TearDown() override {
-        DestroyWindow(frame_);
-        DestroyWindow(other_);
-        pumpMessages();
-    }
+    Messages() : FrameTest(WS_POPUP, {0, 0, 100, 100}) { pumpMessages(); }
+    ~Messages() override { DestroyWindow(other_); }
 
     static UINT next(HWND window) {
         MSG message{};
         return PeekMessageA(&message, window, 0, 0, PM_REMOVE) ? message.message : 0;
     }
 
-    WindowRecorder recorder_;
-    HWND frame_ = nullptr;
-    HWND child_ = nullptr;
-    HWND other_ = nullptr;
+    const HWND child_ = recorder_.create(WS_CHILD, {0, 0, 50, 50}, frame_, 1);
+    const HWND other_ = recorder_.create(WS_POPUP, {0, 0, 100, 100});
 };
 
 TEST_F(Messages, AWindowFilterTakesItsChildrenIn) {

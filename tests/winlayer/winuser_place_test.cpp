@@ -2,24 +2,18 @@
 
 #include <gtest/gtest.h>
 
-#include "support/window_recorder.h"
+#include "support/frame_test.h"
 
 namespace {
 
-class WindowPlace : public ::testing::Test {
+class WindowPlace : public FrameTest {
 protected:
-    void SetUp() override {
-        frame_ = recorder_.create(WS_POPUP | WS_VISIBLE, {10, 20, 310, 220});
-        child_ = recorder_.create(WS_CHILD | WS_VISIBLE, {5, 6, 45, 26}, frame_, 1);
-        ASSERT_NE(child_, nullptr);
+    WindowPlace() : FrameTest(WS_POPUP | WS_VISIBLE, {10, 20, 310, 220}) {
         pumpMessages();
         recorder_.clear();
     }
-    void TearDown() override { DestroyWindow(frame_); }
 
-    WindowRecorder recorder_;
-    HWND frame_ = nullptr;
-    HWND child_ = nullptr;
+    const HWND child_ = recorder_.create(WS_CHILD | WS_VISIBLE, {5, 6, 45, 26}, frame_, 1);
 };
 
 bool operator==(const RECT& a, const RECT& b) {

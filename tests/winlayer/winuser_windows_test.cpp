@@ -2,28 +2,17 @@
 
 #include <gtest/gtest.h>
 
+#include "support/frame_test.h"
 #include "support/last_error.h"
-#include "support/window_recorder.h"
 
 namespace {
 
 constexpr DWORD frameStyle = WS_OVERLAPPEDWINDOW;
 constexpr DWORD childStyle = WS_CHILD | WS_VISIBLE;
 
-class Windows : public ::testing::Test {
+class Windows : public FrameTest {
 protected:
-    void SetUp() override {
-        frame_ = recorder_.create(frameStyle, {10, 20, 310, 220});
-        ASSERT_NE(frame_, nullptr);
-        recorder_.clear();
-    }
-    void TearDown() override {
-        DestroyWindow(frame_);
-        pumpMessages();
-    }
-
-    WindowRecorder recorder_;
-    HWND frame_ = nullptr;
+    Windows() : FrameTest(frameStyle, {10, 20, 310, 220}) {}
 };
 
 TEST_F(Windows, CreationShowingAndEndSendTheirMessagesInOrder) {
