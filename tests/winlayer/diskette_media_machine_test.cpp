@@ -7,6 +7,7 @@
 #include <fstream>
 
 #include "support/diskette_files.h"
+#include "support/host_directory_machine.h"
 #include "support/outside_tools.h"
 #include "winlayer/diskette/diskette_drive.h"
 #include "winlayer/diskette/host_store.h"
@@ -22,14 +23,8 @@ constexpr DWORD done = NO_ERROR;
 
 class DisketteMedia : public testing::Test {
 protected:
-    fs::path folder = [] {
-        std::string name = (fs::temp_directory_path() / "diskette-XXXXXX").string();
-        EXPECT_NE(mkdtemp(name.data()), nullptr);
-        return fs::path(name);
-    }();
-    fs::path image = folder / "diskette.img";
-
-    ~DisketteMedia() override { fs::remove_all(folder); }
+    const HostDirectory folder;
+    const fs::path image = folder / "diskette.img";
 
     void makeImage(std::uintmax_t bytes) {
         std::ofstream(image, std::ios::binary).close();
@@ -81,7 +76,7 @@ TEST_F(DisketteMedia, OnlyTheSizesOfADisketteAreTaken) {
         makeImage(bytes);
         EXPECT_EQ(winlayer::openImage(image, store), ERROR_UNRECOGNIZED_MEDIA) << bytes;
     }
-    EXPECT_EQ(winlayer::openImage(folder, store), ERROR_ACCESS_DENIED);
+    EXPECT_EQ(winlayer::openImage(folder.path(), store), ERROR_ACCESS_DENIED);
     EXPECT_EQ(winlayer::openImage("/dev/null", store), ERROR_UNRECOGNIZED_MEDIA);
     makeImage(737'280);
     EXPECT_EQ(winlayer::openImage(image, store), done);
@@ -110,7 +105,7 @@ TEST_F(DisketteMedia, AnImageThatNobodyMayWriteIsWriteProtected) {
     // Whoever runs as the system's administrator may write everything, and so becomes somebody else for a
     // while.
     fs::permissions(image, static_cast<fs::perms>(0444));
-    fs::permissions(folder, static_cast<fs::perms>(0755));
+    fs::permissions(folder.path(), static_cast<fs::perms>(0755));
     const uid_t user = ::geteuid();
     constexpr uid_t nobody = 65534;
     ASSERT_EQ(::seteuid(user == 0 ? nobody : user), 0);

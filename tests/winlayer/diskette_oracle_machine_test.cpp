@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "support/diskette_files.h"
+#include "support/host_directory_machine.h"
 #include "support/outside_tools.h"
 #include "support/random_volume.h"
 #include "winlayer/diskette/host_store.h"
@@ -16,23 +17,6 @@ namespace {
 
 namespace fs = std::filesystem;
 using winlayer::DisketteDrive;
-
-// A host folder of the test's own, away from any machine.
-class HostFolder {
-public:
-    HostFolder() {
-        std::string name = (fs::temp_directory_path() / "diskette-XXXXXX").string();
-        EXPECT_NE(mkdtemp(name.data()), nullptr);
-        path_ = name;
-    }
-    ~HostFolder() { fs::remove_all(path_); }
-    HostFolder(const HostFolder&) = delete;
-    HostFolder& operator=(const HostFolder&) = delete;
-    fs::path operator/(const std::string& name) const { return path_ / name; }
-
-private:
-    fs::path path_;
-};
 
 void save(const fs::path& file, std::span<const std::byte> image) {
     std::ofstream(file, std::ios::binary)
@@ -109,7 +93,7 @@ void expectSame(const RandomVolume::Picture& found, const RandomVolume::Picture&
 }
 
 void readOutside(const RandomVolume& volume) {
-    const HostFolder folder;
+    const HostDirectory folder;
     const std::string image = (folder / "volume.img").string();
     save(image, volume.image());
     expectSound(image, volume.label());
@@ -159,7 +143,7 @@ TEST(DisketteOracle, WhatThisDriveWritesOthersRead) {
 TEST(DisketteOracle, WhatOthersWriteThisDriveReads) {
     REQUIRE_TOOLS("fsck.fat", "mformat", "mcopy", "mdel", "mmd", "mattrib", "mlabel", "mdir");
     for (const char* const size : {"1440", "720"}) {
-        const HostFolder folder;
+        const HostDirectory folder;
         const std::string image = (folder / "made.img").string();
         ASSERT_EQ(runTool({"mformat", "-C", "-f", size, "-v", "MADE", "-i", image, "::"}).status, 0);
         const auto put = [&](const std::string& name, std::size_t bytes, const std::string& to) {

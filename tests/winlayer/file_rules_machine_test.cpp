@@ -11,19 +11,13 @@
 #include <string>
 
 #include "support/last_error.h"
+#include "support/open_path.h"
 #include "support/temp_folder_machine.h"
 
 // What Windows enforces although the host would not, least of all for its superuser, and how it is kept
 // there.
 
 namespace {
-
-DWORD errorOfCreate(const std::string& path, DWORD access, DWORD disposition,
-                    DWORD flags = FILE_ATTRIBUTE_NORMAL) {
-    const HANDLE file = CreateFileA(path.c_str(), access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                    disposition, flags, nullptr);
-    return file != INVALID_HANDLE_VALUE ? errorOf(CloseHandle(file)) : GetLastError();
-}
 
 class FileRules : public testing::Test {
 protected:
@@ -53,9 +47,9 @@ TEST_F(FileRules, refuseToWriteAReadOnlyFile) {
     const std::string path = folder_.file("a.txt", "kept");
     ASSERT_TRUE(SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_READONLY));
     for (const DWORD disposition : {OPEN_EXISTING, OPEN_ALWAYS, CREATE_ALWAYS, TRUNCATE_EXISTING}) {
-        EXPECT_EQ(errorOfCreate(path, GENERIC_WRITE, disposition), DWORD{ERROR_ACCESS_DENIED}) << disposition;
+        EXPECT_EQ(errorOfOpen(path, GENERIC_WRITE, disposition), DWORD{ERROR_ACCESS_DENIED}) << disposition;
     }
-    EXPECT_EQ(errorOfCreate(path, GENERIC_READ, OPEN_EXISTING), DWORD{0});
+    EXPECT_EQ(errorOfOpen(path), DWORD{0});
     EXPECT_EQ(readFile(path), "kept");
 }
 
@@ -63,23 +57,22 @@ TEST_F(FileRules, refuseToWriteAReadOnlyFile) {
 TEST_F(FileRules, letAHiddenFileBeOverwrittenOnlyByName) {
     const std::string path = folder_.file("a.txt", "kept");
     ASSERT_TRUE(SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
-    EXPECT_EQ(errorOfCreate(path, GENERIC_WRITE, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL),
-              DWORD{ERROR_ACCESS_DENIED});
-    EXPECT_EQ(errorOfCreate(path, GENERIC_WRITE, CREATE_ALWAYS, FILE_ATTRIBUTE_HIDDEN),
-              DWORD{ERROR_ACCESS_DENIED});
+    for (const DWORD named : {FILE_ATTRIBUTE_NORMAL, FILE_ATTRIBUTE_HIDDEN}) {
+        EXPECT_EQ(errorOfOpen(path, GENERIC_WRITE, CREATE_ALWAYS, named), DWORD{ERROR_ACCESS_DENIED});
+    }
     EXPECT_EQ(readFile(path), "kept");
-    EXPECT_EQ(
-        errorOfCreate(path, GENERIC_WRITE, CREATE_ALWAYS, FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM),
-        DWORD{0});
+    EXPECT_EQ(errorOfOpen(path, GENERIC_WRITE, CREATE_ALWAYS, FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM),
+              DWORD{0});
     EXPECT_EQ(readFile(path), "");
     EXPECT_EQ(GetFileAttributesA(path.c_str()),
               DWORD{FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE});
 }
 
 TEST_F(FileRules, keepAttributes) {
-    const std::string file = folder_.file("a.txt");
+    const std::string file = folder_.file(".profile");
     const std::string directory = folder_.directory("d");
-    EXPECT_EQ(GetFileAttributesA(file.c_str()), DWORD{FILE_ATTRIBUTE_ARCHIVE});
+    EXPECT_EQ(GetFileAttributesA(file.c_str()), DWORD{FILE_ATTRIBUTE_ARCHIVE})
+        << "a dot in front tells nothing";
     EXPECT_EQ(GetFileAttributesA(directory.c_str()), DWORD{FILE_ATTRIBUTE_DIRECTORY});
     for (DWORD bits = 0; bits < 0x40; ++bits) {
         const DWORD kept = bits & 0x27;
@@ -110,17 +103,13 @@ TEST_F(FileRules, keepAttributesWhereOthersFindThem) {
     EXPECT_EQ(GetFileAttributesA(path.c_str()), DWORD{0x22});
     store("a.txt", std::string("0x21\0", 5));
     EXPECT_EQ(GetFileAttributesA(path.c_str()), DWORD{0x21});
-    EXPECT_EQ(errorOfCreate(path, GENERIC_WRITE, OPEN_EXISTING), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_EQ(errorOfOpen(path, GENERIC_WRITE, OPEN_EXISTING), DWORD{ERROR_ACCESS_DENIED});
     for (const char* foreign : {"", "rubbish", "0x", "22"}) {
         store("a.txt", foreign);
         EXPECT_EQ(GetFileAttributesA(path.c_str()), DWORD{FILE_ATTRIBUTE_ARCHIVE}) << foreign;
     }
     SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
     EXPECT_EQ(GetFileAttributesA(path.c_str()), DWORD{FILE_ATTRIBUTE_NORMAL});
-}
-
-TEST_F(FileRules, tellNothingFromADotInFront) {
-    EXPECT_EQ(GetFileAttributesA(folder_.file(".profile").c_str()), DWORD{FILE_ATTRIBUTE_ARCHIVE});
 }
 
 // The null file system of the kernel keeps no extended attributes: /proc serves as one that cannot be written
@@ -131,90 +120,67 @@ TEST_F(FileRules, claimOnlyWhatIsKept) {
     EXPECT_NE(errorOf(SetFileAttributesA("P:\\self\\status", FILE_ATTRIBUTE_HIDDEN)), DWORD{0});
 }
 
-TEST_F(FileRules, refuseAPositionThatCannotBeReported) {
-    const HANDLE file =
-        CreateFileA((folder_ / "a").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
-    LONG high = 1;
-    EXPECT_EQ(SetFilePointer(file, -1, &high, FILE_BEGIN), INVALID_SET_FILE_POINTER);
-    EXPECT_FAILS(SetFilePointer(file, 1, nullptr, FILE_CURRENT), ERROR_INVALID_PARAMETER);
-    EXPECT_TRUE(CloseHandle(file));
-}
-
 TEST_F(FileRules, refuseAFilesNameThatEndsLikeADirectorys) {
     folder_.file("a");
-    EXPECT_EQ(errorOfCreate(folder_ / "a\\", GENERIC_READ, OPEN_EXISTING), DWORD{ERROR_INVALID_NAME});
-    EXPECT_EQ(errorOfCreate(folder_ / "b\\", GENERIC_WRITE, CREATE_NEW), DWORD{ERROR_INVALID_NAME});
+    EXPECT_EQ(errorOfOpen(folder_ / "a\\"), DWORD{ERROR_INVALID_NAME});
+    EXPECT_EQ(errorOfOpen(folder_ / "b\\", GENERIC_WRITE, CREATE_NEW), DWORD{ERROR_INVALID_NAME});
     EXPECT_FAILS(DeleteFileA((folder_ / "a/").c_str()), ERROR_INVALID_NAME);
     EXPECT_TRUE(exists(folder_ / "a"));
     WIN32_FIND_DATAA data;
     EXPECT_FAILS(FindFirstFileA((folder_ / "a\\*").c_str(), &data), ERROR_DIRECTORY);
 }
 
-TEST_F(FileRules, giveAFileNoDeviceCommands) {
-    const HANDLE file =
-        CreateFileA((folder_ / "a").c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+TEST_F(FileRules, giveAFileNoDeviceCommandsAndNoPositionThatCannotBeReported) {
+    const HANDLE file = openPath(folder_ / "a", GENERIC_WRITE, CREATE_NEW);
     DWORD count = 0xBAD;
-    EXPECT_FAILS(
-        DeviceIoControl(file, IOCTL_DISK_GET_DRIVE_GEOMETRY, nullptr, 0, nullptr, 0, &count, nullptr),
-        ERROR_INVALID_FUNCTION);
+    const auto askGeometry = [&] {
+        return DeviceIoControl(file, IOCTL_DISK_GET_DRIVE_GEOMETRY, nullptr, 0, nullptr, 0, &count, nullptr);
+    };
+    EXPECT_FAILS(askGeometry(), ERROR_INVALID_FUNCTION);
     EXPECT_EQ(count, DWORD{0});
+    LONG high = 1;
+    EXPECT_EQ(SetFilePointer(file, -1, &high, FILE_BEGIN), INVALID_SET_FILE_POINTER);
+    EXPECT_FAILS(SetFilePointer(file, 1, nullptr, FILE_CURRENT), ERROR_INVALID_PARAMETER);
     EXPECT_TRUE(CloseHandle(file));
-    EXPECT_FAILS(
-        DeviceIoControl(file, IOCTL_DISK_GET_DRIVE_GEOMETRY, nullptr, 0, nullptr, 0, &count, nullptr),
-        ERROR_INVALID_HANDLE);
+    EXPECT_FAILS(askGeometry(), ERROR_INVALID_HANDLE);
 }
 
 // A deletion that waits for the close is an access that others must share, like any other.
 TEST_F(FileRules, countDeletionAsAnAccess) {
     const std::string path = folder_.file("a");
     const DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE;
-    HANDLE file = CreateFileA(path.c_str(), GENERIC_READ, share, nullptr, OPEN_EXISTING, 0, nullptr);
-    EXPECT_EQ(errorOfCreate(path, GENERIC_READ, OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE),
+    HANDLE file = openPath(path);
+    EXPECT_EQ(errorOfOpen(path, GENERIC_READ, OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE),
               DWORD{ERROR_SHARING_VIOLATION});
     CloseHandle(file);
-    file = CreateFileA(path.c_str(), GENERIC_READ, share | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                       FILE_FLAG_DELETE_ON_CLOSE, nullptr);
-    EXPECT_EQ(errorOfCreate(path, GENERIC_READ, OPEN_EXISTING), DWORD{ERROR_SHARING_VIOLATION});
+    file = openPath(path, GENERIC_READ, OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE, share | FILE_SHARE_DELETE);
+    EXPECT_EQ(errorOfOpen(path), DWORD{ERROR_SHARING_VIOLATION});
     CloseHandle(file);
     EXPECT_FALSE(exists(path));
 }
 
-// Each component as it is spelt on the disk, the rest of the path as it was given.
-TEST_F(FileRules, spellEachElementOfALongNameAsItIsStored) {
-    folder_.directory("A Long Directory Name");
-    folder_.file("A Long Directory Name\\Some File.text");
-    const auto longName = [](const std::string& path) {
-        std::array<char, 300> buffer{};
-        const DWORD length = GetLongPathNameA(path.c_str(), buffer.data(), static_cast<DWORD>(buffer.size()));
-        return std::string(buffer.data(), length);
-    };
-    const auto shortName = [](const std::string& path) {
-        std::array<char, 300> buffer{};
-        const DWORD length =
-            GetShortPathNameA(path.c_str(), buffer.data(), static_cast<DWORD>(buffer.size()));
-        return std::string(buffer.data(), length);
-    };
-    const std::string stored = "\\A Long Directory Name\\Some File.text";
-    const std::string given = folder_ / "a long directory name\\SOME file.TEXT";
-    ASSERT_GT(longName(given).size(), stored.size());
-    EXPECT_EQ(longName(given).substr(longName(given).size() - stored.size()), stored);
-    EXPECT_EQ(longName(shortName(given)), longName(given)) << "both forms name the same file";
-    EXPECT_EQ(longName(folder_ / "none"), "");
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
-    char small = '#';
-    const DWORD needed = GetLongPathNameA(given.c_str(), &small, 1);
-    EXPECT_EQ(needed, longName(given).size() + 1);
-    EXPECT_EQ(small, '#');
+std::string pathName(DWORD(WINAPI* function)(LPCSTR, LPSTR, DWORD), const std::string& path) {
+    std::array<char, 300> buffer{};
+    return {buffer.data(), function(path.c_str(), buffer.data(), static_cast<DWORD>(buffer.size()))};
 }
 
-// 8.3 names are a diskette's; a file of a host folder has one name.
-TEST_F(FileRules, giveAHostFileNoSecondName) {
-    const std::string path = folder_.file("a long name.text");
-    std::array<char, 300> buffer{};
-    GetShortPathNameA(path.c_str(), buffer.data(), static_cast<DWORD>(buffer.size()));
-    EXPECT_EQ(std::string(buffer.data()), path);
+// Each component as it is spelt on the disk, the rest of the path as it was given. 8.3 names are a
+// diskette's: a file of a host folder has one name.
+TEST_F(FileRules, spellEachElementOfALongNameAsItIsStored) {
+    folder_.directory("A Long Directory Name");
+    const std::string path = folder_.file("A Long Directory Name\\Some File.text");
+    const std::string given = folder_ / "a long directory name\\SOME file.TEXT";
+    const std::string longName = pathName(GetLongPathNameA, given);
+    EXPECT_TRUE(longName.ends_with("\\A Long Directory Name\\Some File.text")) << longName;
+    EXPECT_EQ(pathName(GetShortPathNameA, path), path);
+    EXPECT_EQ(pathName(GetLongPathNameA, pathName(GetShortPathNameA, given)), longName) << "the same file";
+    EXPECT_EQ(pathName(GetLongPathNameA, folder_ / "none"), "");
+    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
+    char small = '#';
+    EXPECT_EQ(GetLongPathNameA(given.c_str(), &small, 1), longName.size() + 1);
+    EXPECT_EQ(small, '#');
     WIN32_FIND_DATAA data;
-    FindClose(FindFirstFileA((folder_ / "*.text").c_str(), &data));
+    FindClose(FindFirstFileA((folder_ / "A*").c_str(), &data));
     EXPECT_STREQ(data.cAlternateFileName, "");
 }
 

@@ -5,26 +5,10 @@
 #include <string>
 
 #include "support/last_error.h"
+#include "support/open_path.h"
 #include "support/temp_folder.h"
 
 namespace {
-
-HANDLE create(const std::string& path, DWORD access, DWORD disposition, DWORD flags = FILE_ATTRIBUTE_NORMAL,
-              DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE) {
-    SetLastError(0xBAD);
-    return CreateFileA(path.c_str(), access, sharing, nullptr, disposition, flags, nullptr);
-}
-
-DWORD errorOfCreate(const std::string& path, DWORD access, DWORD disposition,
-                    DWORD flags = FILE_ATTRIBUTE_NORMAL, DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE) {
-    const HANDLE file = create(path, access, disposition, flags, sharing);
-    const DWORD error = GetLastError();
-    if (file != INVALID_HANDLE_VALUE) {
-        CloseHandle(file);
-        return 0;
-    }
-    return error;
-}
 
 // What each disposition does with a file that is there and with one that is not: result, last error and the
 // size the file then has.
@@ -54,7 +38,8 @@ TEST(CreateFile, followsItsDisposition) {
         SCOPED_TRACE(std::to_string(row.disposition) + (row.there ? " there" : " missing"));
         const TempFolder folder;
         const std::string path = row.there ? folder.file("a.txt", "old") : folder / "a.txt";
-        const HANDLE file = create(path, GENERIC_READ | GENERIC_WRITE, row.disposition);
+        SetLastError(0xBAD);
+        const HANDLE file = openPath(path, GENERIC_READ | GENERIC_WRITE, row.disposition);
         EXPECT_EQ(GetLastError(), row.lastError);
         EXPECT_EQ(file != INVALID_HANDLE_VALUE, row.opens);
         if (file != INVALID_HANDLE_VALUE) {
@@ -70,21 +55,19 @@ TEST(CreateFile, followsItsDisposition) {
 TEST(CreateFile, tellsAMissingFileFromAMissingDirectory) {
     const TempFolder folder;
     folder.file("plain");
-    EXPECT_EQ(errorOfCreate(folder / "none", GENERIC_READ, OPEN_EXISTING), DWORD{ERROR_FILE_NOT_FOUND});
-    EXPECT_EQ(errorOfCreate(folder / "none\\a", GENERIC_READ, OPEN_EXISTING), DWORD{ERROR_PATH_NOT_FOUND});
-    EXPECT_EQ(errorOfCreate(folder / "none\\a", GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_PATH_NOT_FOUND});
-    EXPECT_EQ(errorOfCreate(folder / "plain\\a", GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_PATH_NOT_FOUND});
-    EXPECT_EQ(errorOfCreate("", GENERIC_READ, OPEN_EXISTING), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_EQ(errorOfOpen(folder / "none"), DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_EQ(errorOfOpen(folder / "none\\a"), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_EQ(errorOfOpen(folder / "none\\a", GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_EQ(errorOfOpen(folder / "plain\\a", GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_EQ(errorOfOpen(""), DWORD{ERROR_PATH_NOT_FOUND});
 }
 
 TEST(CreateFile, refusesDirectoriesAndImpossibleNames) {
     const TempFolder folder;
-    EXPECT_EQ(errorOfCreate(folder.path(), GENERIC_READ, OPEN_EXISTING), DWORD{ERROR_ACCESS_DENIED});
-    EXPECT_EQ(errorOfCreate(folder.path(), GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_ACCESS_DENIED});
-    for (const std::string name : {"a?", "a*b", "a<b", "a>b", "a|b", "a\"b",
-                                   "a\x01"
-                                   "b"}) {
-        EXPECT_EQ(errorOfCreate(folder / name, GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_INVALID_NAME})
+    EXPECT_EQ(errorOfOpen(folder.path()), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_EQ(errorOfOpen(folder.path(), GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_ACCESS_DENIED});
+    for (const std::string name : {"a?", "a*b", "a<b", "a>b", "a|b", "a\"b", "a\001b"}) {
+        EXPECT_EQ(errorOfOpen(folder / name, GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_INVALID_NAME})
             << name;
     }
     WIN32_FIND_DATAA data;
@@ -119,12 +102,12 @@ TEST(CreateFile, keepsToTheSharingOfEarlierOpens) {
                                         << row.access << "/" << row.sharing);
         const TempFolder folder;
         const std::string path = folder.file("a.txt", "x");
-        const HANDLE first = create(path, row.firstAccess, OPEN_EXISTING, 0, row.firstSharing);
+        const HANDLE first = openPath(path, row.firstAccess, OPEN_EXISTING, 0, row.firstSharing);
         ASSERT_NE(first, INVALID_HANDLE_VALUE);
-        const DWORD error = errorOfCreate(path, row.access, OPEN_EXISTING, 0, row.sharing);
+        const DWORD error = errorOfOpen(path, row.access, OPEN_EXISTING, 0, row.sharing);
         EXPECT_EQ(error, row.opens ? DWORD{0} : DWORD{ERROR_SHARING_VIOLATION});
         CloseHandle(first);
-        EXPECT_EQ(errorOfCreate(path, row.access, OPEN_EXISTING, 0, row.sharing), DWORD{0})
+        EXPECT_EQ(errorOfOpen(path, row.access, OPEN_EXISTING, 0, row.sharing), DWORD{0})
             << "after the close";
     }
 }
@@ -132,24 +115,17 @@ TEST(CreateFile, keepsToTheSharingOfEarlierOpens) {
 TEST(CreateFile, countsTheOpenThatMadeTheFile) {
     const TempFolder folder;
     const std::string path = folder / "a.txt";
-    const HANDLE maker = create(path, GENERIC_WRITE, CREATE_NEW, 0, FILE_SHARE_READ);
+    const HANDLE maker = openPath(path, GENERIC_WRITE, CREATE_NEW, 0, FILE_SHARE_READ);
     ASSERT_NE(maker, INVALID_HANDLE_VALUE);
-    EXPECT_EQ(errorOfCreate(path, GENERIC_READ, OPEN_EXISTING, 0, FILE_SHARE_READ),
+    DWORD count = 0;
+    EXPECT_TRUE(WriteFile(maker, "kept", 4, &count, nullptr));
+    EXPECT_EQ(errorOfOpen(path, GENERIC_READ, OPEN_EXISTING, 0, FILE_SHARE_READ),
               DWORD{ERROR_SHARING_VIOLATION});
-    EXPECT_EQ(errorOfCreate(path, GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_SHARING_VIOLATION});
-    EXPECT_EQ(errorOfCreate(path, GENERIC_READ, OPEN_EXISTING), DWORD{0});
+    EXPECT_EQ(errorOfOpen(path, GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_SHARING_VIOLATION});
+    EXPECT_EQ(readFile(path), "kept") << "a refused open truncates nothing";
     EXPECT_FAILS(DeleteFileA(path.c_str()), ERROR_SHARING_VIOLATION);
     CloseHandle(maker);
-    EXPECT_EQ(errorOfCreate(path, GENERIC_WRITE, CREATE_ALWAYS, 0, 0), DWORD{0});
-}
-
-TEST(CreateFile, truncatesOnlyWhatOthersLetItWrite) {
-    const TempFolder folder;
-    const std::string path = folder.file("a.txt", "kept");
-    const HANDLE reader = create(path, GENERIC_READ, OPEN_EXISTING, 0, FILE_SHARE_READ);
-    EXPECT_EQ(errorOfCreate(path, GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_SHARING_VIOLATION});
-    EXPECT_EQ(readFile(path), "kept");
-    CloseHandle(reader);
+    EXPECT_EQ(errorOfOpen(path, GENERIC_WRITE, CREATE_ALWAYS, 0, 0), DWORD{0});
 }
 
 // A file that is made read-only can be written through the handle that made it.
@@ -160,7 +136,7 @@ TEST(CreateFile, givesANewFileItsAttributes) {
         SCOPED_TRACE(attributes);
         const std::string path = folder / std::to_string(attributes);
         const HANDLE file =
-            create(path, GENERIC_WRITE, CREATE_ALWAYS, attributes | FILE_FLAG_SEQUENTIAL_SCAN);
+            openPath(path, GENERIC_WRITE, CREATE_ALWAYS, attributes | FILE_FLAG_SEQUENTIAL_SCAN);
         ASSERT_NE(file, INVALID_HANDLE_VALUE);
         DWORD count = 0;
         EXPECT_TRUE(WriteFile(file, "abc", 3, &count, nullptr));
@@ -176,7 +152,7 @@ TEST(CreateFile, findsNamesWithoutCase) {
     folder.directory("Sub");
     folder.file("Sub\\ReadMe.TXT", "old");
     EXPECT_EQ(readFile(folder / "SUB\\readme.txt"), "old");
-    EXPECT_EQ(errorOfCreate(folder / "sub\\README.txt", GENERIC_WRITE, CREATE_NEW), DWORD{ERROR_FILE_EXISTS});
+    EXPECT_EQ(errorOfOpen(folder / "sub\\README.txt", GENERIC_WRITE, CREATE_NEW), DWORD{ERROR_FILE_EXISTS});
     writeFile(folder / "sub\\README.txt", "new");
     EXPECT_EQ(readFile(folder / "Sub\\ReadMe.TXT"), "new");
     writeFile(folder / "sUB\\Other", "");
@@ -187,7 +163,8 @@ TEST(CreateFile, findsNamesWithoutCase) {
 TEST(CreateFile, deletesOnTheLastClose) {
     const TempFolder folder;
     const std::string path = folder / "a.txt";
-    const HANDLE file = create(path, GENERIC_WRITE, CREATE_NEW, FILE_FLAG_DELETE_ON_CLOSE, FILE_SHARE_DELETE);
+    const HANDLE file =
+        openPath(path, GENERIC_WRITE, CREATE_NEW, FILE_FLAG_DELETE_ON_CLOSE, FILE_SHARE_DELETE);
     ASSERT_NE(file, INVALID_HANDLE_VALUE);
     HANDLE copy = nullptr;
     ASSERT_TRUE(DuplicateHandle(GetCurrentProcess(), file, GetCurrentProcess(), &copy, 0, TRUE,
@@ -199,9 +176,8 @@ TEST(CreateFile, deletesOnTheLastClose) {
 }
 
 TEST(CreateFile, refusesTheRawDeviceThatIsNotThere) {
-    EXPECT_EQ(errorOfCreate("\\\\.\\PHYSICALDRIVE99", GENERIC_READ, OPEN_EXISTING),
-              DWORD{ERROR_FILE_NOT_FOUND});
-    EXPECT_EQ(errorOfCreate("\\\\.\\VWIN32", GENERIC_READ, OPEN_EXISTING), DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_EQ(errorOfOpen("\\\\.\\PHYSICALDRIVE99"), DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_EQ(errorOfOpen("\\\\.\\VWIN32"), DWORD{ERROR_FILE_NOT_FOUND});
 }
 
 }  // namespace

@@ -13,7 +13,9 @@
 #include <string>
 #include <vector>
 
+#include "support/host_directory_machine.h"
 #include "support/last_error.h"
+#include "support/open_path.h"
 #include "support/temp_folder_machine.h"
 #include "winlayer/host_folder.h"
 
@@ -26,27 +28,11 @@ namespace fs = std::filesystem;
 
 class HostFolderTest : public testing::Test {
 protected:
-    HostFolderTest() {
-        std::string pattern = (fs::temp_directory_path() / "host-folder-XXXXXX").string();
-        host_ = ::mkdtemp(pattern.data());
-        machine_->drives.mountFolder('H', host_);
-    }
-    ~HostFolderTest() override {
-        EXPECT_EQ(machine_->handles.openCount(), 0u);
-        fs::remove_all(host_);
-    }
+    HostFolderTest() { machine_->drives.mountFolder('H', host_.path()); }
+    ~HostFolderTest() override { EXPECT_EQ(machine_->handles.openCount(), 0u); }
 
     void put(const std::string& name, const std::string& content = "") const {
         std::ofstream(host_ / name, std::ios::binary) << content;
-    }
-    static DWORD errorOfOpen(const std::string& path, DWORD access = GENERIC_READ,
-                             DWORD disposition = OPEN_EXISTING) {
-        const HANDLE file = CreateFileA(path.c_str(), access, 0, nullptr, disposition, 0, nullptr);
-        if (file == INVALID_HANDLE_VALUE) {
-            return GetLastError();
-        }
-        CloseHandle(file);
-        return 0;
     }
     // The names in the order of the search, and the error that ended it.
     static std::vector<std::string> find(const std::string& pattern, DWORD& error) {
@@ -69,7 +55,7 @@ protected:
     }
 
     winlayer::ScopedMachine machine_;
-    fs::path host_;
+    const HostDirectory host_;
 };
 
 TEST_F(HostFolderTest, prefersTheExactCase) {
@@ -94,9 +80,9 @@ TEST_F(HostFolderTest, seesWhatOthersDoBetweenTwoCalls) {
         EXPECT_EQ(errorOfOpen("H:\\MOVED" + number, GENERIC_WRITE, CREATE_NEW), DWORD{0});
         EXPECT_TRUE(fs::exists(host_ / ("MOVED" + number)));
     }
-    fs::remove_all(host_);
+    fs::remove_all(host_.path());
     EXPECT_EQ(errorOfOpen("H:\\new", GENERIC_WRITE, CREATE_NEW), DWORD{ERROR_PATH_NOT_FOUND});
-    fs::create_directory(host_);
+    fs::create_directory(host_.path());
     put("New");
     EXPECT_EQ(errorOfOpen("H:\\new", GENERIC_WRITE, CREATE_NEW), DWORD{ERROR_FILE_EXISTS});
 }

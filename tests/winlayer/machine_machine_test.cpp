@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "support/last_error.h"
+#include "support/open_path.h"
 #include "support/temp_folder_machine.h"
 #include "winlayer/diskette/diskette_drive.h"
 #include "winlayer/handle_table.h"
@@ -123,21 +124,19 @@ TEST(Drives, haveTheDevicesOfTheirWindows) {
         ScopedMachine machine(version);
         machine->drives.mount('A', winlayer::DisketteDrive::make(std::make_unique<winlayer::MemoryStore>()),
                               DRIVE_REMOVABLE);
-        const auto errorOfOpen = [](const char* device, DWORD disposition = OPEN_EXISTING) {
-            const HANDLE handle = CreateFileA(device, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                              nullptr, disposition, FILE_FLAG_DELETE_ON_CLOSE, nullptr);
-            return handle != INVALID_HANDLE_VALUE && CloseHandle(handle) != 0 ? 0 : GetLastError();
+        const auto opened = [](const char* device, DWORD disposition = OPEN_EXISTING) {
+            return errorOfOpen(device, GENERIC_READ, disposition, FILE_FLAG_DELETE_ON_CLOSE);
         };
         const DWORD onNt = winlayer::isNt(version) ? 0 : ERROR_FILE_NOT_FOUND;
         const DWORD onOthers = winlayer::isNt(version) ? ERROR_FILE_NOT_FOUND : 0;
-        EXPECT_EQ(errorOfOpen("\\\\.\\A:"), onNt);
-        EXPECT_EQ(errorOfOpen("\\\\.\\a:"), onNt);
-        EXPECT_EQ(errorOfOpen("\\\\.\\VWIN32"), onOthers);
-        EXPECT_EQ(errorOfOpen("\\\\.\\vwin32.vxd"), onOthers);
-        EXPECT_EQ(errorOfOpen("\\\\.\\B:"), DWORD{ERROR_FILE_NOT_FOUND});
-        EXPECT_EQ(errorOfOpen("\\\\.\\C:"), DWORD{ERROR_FILE_NOT_FOUND}) << "a folder has none";
-        EXPECT_EQ(errorOfOpen("\\\\.\\PHYSICALDRIVE1"), DWORD{ERROR_FILE_NOT_FOUND});
-        EXPECT_EQ(errorOfOpen("\\\\.\\A:", CREATE_ALWAYS), DWORD{ERROR_INVALID_PARAMETER});
+        EXPECT_EQ(opened("\\\\.\\A:"), onNt);
+        EXPECT_EQ(opened("\\\\.\\a:"), onNt);
+        EXPECT_EQ(opened("\\\\.\\VWIN32"), onOthers);
+        EXPECT_EQ(opened("\\\\.\\vwin32.vxd"), onOthers);
+        EXPECT_EQ(opened("\\\\.\\B:"), DWORD{ERROR_FILE_NOT_FOUND});
+        EXPECT_EQ(opened("\\\\.\\C:"), DWORD{ERROR_FILE_NOT_FOUND}) << "a folder has none";
+        EXPECT_EQ(opened("\\\\.\\PHYSICALDRIVE1"), DWORD{ERROR_FILE_NOT_FOUND});
+        EXPECT_EQ(opened("\\\\.\\A:", CREATE_ALWAYS), DWORD{ERROR_INVALID_PARAMETER});
         EXPECT_EQ(machine->handles.openCount(), 0u);
     }
 }

@@ -6,40 +6,14 @@
 #include <string>
 #include <vector>
 
+#include "support/registry_folder.h"
+
 // Run against the layer's registry and against Windows' own.
 
 namespace {
 
-LONG close(HKEY key) {
-    return ::RegCloseKey(key);
-}
-
-void deleteTree(HKEY parent, const std::string& name) {
-    HKEY key = nullptr;
-    if (::RegOpenKeyExA(parent, name.c_str(), 0, KEY_READ | KEY_WRITE, &key) != ERROR_SUCCESS) {
-        return;
-    }
-    char subkey[256];
-    DWORD size = sizeof subkey;
-    while (::RegEnumKeyExA(key, 0, subkey, &size, nullptr, nullptr, nullptr, nullptr) == ERROR_SUCCESS) {
-        deleteTree(key, subkey);
-        size = sizeof subkey;
-    }
-    close(key);
-    ::RegDeleteKeyA(parent, name.c_str());
-}
-
 class WinRegTest : public ::testing::Test {
 protected:
-    WinRegTest() {
-        deleteTree(HKEY_CURRENT_USER, base_);
-        key_ = create(HKEY_CURRENT_USER, base_);
-    }
-    ~WinRegTest() override {
-        close(key_);
-        deleteTree(HKEY_CURRENT_USER, base_);
-    }
-
     static HKEY create(HKEY parent, const std::string& path, DWORD* disposition = nullptr) {
         HKEY key = nullptr;
         EXPECT_EQ(::RegCreateKeyExA(parent, path.c_str(), 0, nullptr, REG_OPTION_NON_VOLATILE,
@@ -54,15 +28,15 @@ protected:
                                 static_cast<DWORD>(bytes.size()));
     }
 
-    const std::string base_ = "Software\\WinRegTest of the emergency disk";
-    HKEY key_ = nullptr;
+    const RegistryFolder folder_;
+    const HKEY key_ = folder_.key();
 };
 
 TEST_F(WinRegTest, KeysAreFoundWithoutCaseAndKeepTheCaseOfTheirMaking) {
     DWORD disposition = 0;
-    close(create(key_, "Alpha\\BETA\\gamma", &disposition));
+    ::RegCloseKey(create(key_, "Alpha\\BETA\\gamma", &disposition));
     EXPECT_EQ(disposition, DWORD{REG_CREATED_NEW_KEY});
-    close(create(key_, "ALPHA\\beta\\Gamma\\", &disposition));
+    ::RegCloseKey(create(key_, "ALPHA\\beta\\Gamma\\", &disposition));
     EXPECT_EQ(disposition, DWORD{REG_OPENED_EXISTING_KEY});
     HKEY alpha = nullptr;
     ASSERT_EQ(::RegOpenKeyExA(key_, "aLPHA", 0, KEY_READ, &alpha), ERROR_SUCCESS);
@@ -71,7 +45,7 @@ TEST_F(WinRegTest, KeysAreFoundWithoutCaseAndKeepTheCaseOfTheirMaking) {
     ASSERT_EQ(::RegEnumKeyExA(alpha, 0, name, &size, nullptr, nullptr, nullptr, nullptr), ERROR_SUCCESS);
     EXPECT_STREQ(name, "BETA");
     EXPECT_EQ(size, 4u);
-    close(alpha);
+    ::RegCloseKey(alpha);
 
     HKEY untouched = key_;
     EXPECT_EQ(::RegOpenKeyExA(key_, "Alpha\\Delta", 0, KEY_READ, &untouched), LONG{ERROR_FILE_NOT_FOUND});
@@ -150,7 +124,7 @@ TEST_F(WinRegTest, EnumeratingReportsWhatDoesNotFitAndTheEnd) {
     EXPECT_EQ(::RegEnumValueA(key_, 2, name, &nameSize, nullptr, &type, data, &size),
               LONG{ERROR_NO_MORE_ITEMS});
 
-    close(create(key_, "Subkey"));
+    ::RegCloseKey(create(key_, "Subkey"));
     nameSize = 6;
     EXPECT_EQ(::RegEnumKeyExA(key_, 0, name, &nameSize, nullptr, nullptr, nullptr, nullptr),
               LONG{ERROR_MORE_DATA});
@@ -174,7 +148,7 @@ TEST_F(WinRegTest, DeletedKeysAnswerSoToTheirOpenHandles) {
     EXPECT_EQ(::RegEnumKeyExA(gone, 0, name, &size, nullptr, nullptr, nullptr, nullptr),
               LONG{ERROR_KEY_DELETED});
     EXPECT_EQ(::RegOpenKeyExA(gone, "X", 0, KEY_READ, &other), LONG{ERROR_KEY_DELETED});
-    EXPECT_EQ(close(gone), ERROR_SUCCESS);
+    EXPECT_EQ(::RegCloseKey(gone), ERROR_SUCCESS);
 }
 
 }  // namespace
