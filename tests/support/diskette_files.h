@@ -47,7 +47,7 @@ inline DWORD readWhole(winlayer::FileSystem& files, const std::string& path, std
     if (error != NO_ERROR || size > 0xFFFFFF) {
         return error != NO_ERROR ? error : ERROR_FILE_CORRUPT;  // no diskette holds so much
     }
-    content.assign(static_cast<std::size_t>(size), '\0');
+    content.assign(static_cast<std::size_t>(size) + 1, '\0');  // one more than can be read
     const winlayer::Transfer read = file->read(0, std::as_writable_bytes(std::span(content)));
     content.resize(read.count);
     return read.error;

@@ -163,23 +163,6 @@ TEST_F(DisketteFiles, FilesWrittenOneAfterAnotherAreEachOneRun) {
     EXPECT_EQ(firstCluster(0), 2U);
 }
 
-TEST_F(DisketteFiles, WhatLiesBetweenTheEndAndAWriteIsZero) {
-    ASSERT_EQ(writeWhole(drive, "JUNK", std::string(20'000, 'j')), done);
-    ASSERT_EQ(drive.removeFile("JUNK"), done);
-    const TestFile file = openFile(drive, "F", CREATE_NEW);
-    ASSERT_EQ(file->write(0, bytesOf("abc")).error, done);
-    ASSERT_EQ(file->write(3000, bytesOf("xyz")).error, done);
-    ASSERT_EQ(file->resize(1), done);
-    ASSERT_EQ(file->resize(2000), done);
-    std::string expected(2000, '\0');
-    expected[0] = 'a';
-    std::string content(4000, '?');
-    const winlayer::Transfer read = file->read(0, std::as_writable_bytes(std::span(content)));
-    EXPECT_EQ(read.count, 2000U);
-    EXPECT_EQ(content.substr(0, 2000), expected);
-    EXPECT_EQ(file->read(2000, std::as_writable_bytes(std::span(content))).count, 0U);
-}
-
 TEST_F(DisketteFiles, AFullDiskTakesWhatFitsAndSaysSo) {
     const std::size_t room = std::size_t{2847} * 512;
     {

@@ -36,16 +36,6 @@ TEST(HostErrors, becomeTheCodesThatProgramsTest) {
     }
 }
 
-TEST(Machine, isInPlaceForItsScope) {
-    ScopedMachine outer(WindowsVersion::Windows98);
-    EXPECT_EQ(winlayer::Machine::current().version, WindowsVersion::Windows98);
-    {
-        ScopedMachine inner;
-        EXPECT_EQ(&winlayer::Machine::current(), &*inner);
-    }
-    EXPECT_EQ(&winlayer::Machine::current(), &*outer);
-}
-
 TEST(Machine, keepsAPrivateDriveUntilItGoes) {
     fs::path onHost;
     {

@@ -34,21 +34,6 @@ NarrowResult narrow(const char16_t* text, DWORD flags, const char* replacement =
     return result;
 }
 
-TEST(StringApiSet, EveryByteOfThePageComesBack) {
-    std::string bytes(256, '\0');
-    std::generate(bytes.begin(), bytes.end(), [byte = 0]() mutable { return static_cast<char>(byte++); });
-    WCHAR wide[256];
-    ASSERT_EQ(::MultiByteToWideChar(western, MB_PRECOMPOSED | MB_USEGLYPHCHARS, bytes.data(), 256, wide, 256),
-              256);
-    EXPECT_EQ(wide[0x80], 0x20AC);
-    EXPECT_EQ(wide[0x81], 0x0081);  // one of the five that the page leaves open
-    EXPECT_EQ(wide[0x9F], 0x0178);
-    EXPECT_EQ(wide[0xE9], 0x00E9);
-    char back[256];
-    ASSERT_EQ(::WideCharToMultiByte(western, 0, wide, 256, back, 256, nullptr, nullptr), 256);
-    EXPECT_EQ(std::string(back, 256), bytes);
-}
-
 TEST(StringApiSet, LengthsAndSizesCountAsDocumented) {
     WCHAR wide[8];
     char text[8];

@@ -10,59 +10,6 @@
 
 namespace {
 
-class Section {
-public:
-    Section() { InitializeCriticalSection(&section_); }
-    ~Section() { DeleteCriticalSection(&section_); }
-    void lock() { EnterCriticalSection(&section_); }
-    void unlock() { LeaveCriticalSection(&section_); }
-
-private:
-    CRITICAL_SECTION section_;
-};
-
-TEST(CriticalSection, letsOneThreadInAtATime) {
-    Section section;
-    int counter = 0;
-    std::vector<std::thread> threads;
-    for (int t = 0; t < 4; ++t) {
-        threads.emplace_back([&] {
-            for (int i = 0; i < 50'000; ++i) {
-                section.lock();
-                section.lock();
-                ++counter;
-                section.unlock();
-                section.unlock();
-            }
-        });
-    }
-    for (std::thread& thread : threads) {
-        thread.join();
-    }
-    EXPECT_EQ(counter, 200'000);
-}
-
-// A section entered while the process has one thread keeps a second one out.
-TEST(CriticalSection, staysTakenUntilItsLastLeave) {
-    Section section;
-    std::atomic<bool> entered{false};
-    section.lock();
-    section.lock();
-    std::thread other([&] {
-        section.lock();
-        entered = true;
-        section.unlock();
-    });
-    Sleep(30);
-    EXPECT_FALSE(entered);
-    section.unlock();
-    Sleep(30);
-    EXPECT_FALSE(entered) << "entered twice, left once";
-    section.unlock();
-    other.join();
-    EXPECT_TRUE(entered);
-}
-
 TEST(Event, isSeenOnceOrUntilItIsReset) {
     for (const BOOL manual : {TRUE, FALSE}) {
         const HANDLE event = CreateEventA(nullptr, manual, TRUE, nullptr);
@@ -129,17 +76,6 @@ TEST(Event, isSharedByItsName) {
     EXPECT_EQ(GetLastError(), DWORD{NO_ERROR}) << "the name went with its last handle";
     EXPECT_EQ(WaitForSingleObject(fresh, 0), DWORD{WAIT_TIMEOUT});
     CloseHandle(fresh);
-}
-
-TEST(Event, duplicateIsTheSameEvent) {
-    const HANDLE event = CreateEventA(nullptr, TRUE, FALSE, nullptr);
-    HANDLE copy = nullptr;
-    ASSERT_TRUE(DuplicateHandle(GetCurrentProcess(), event, GetCurrentProcess(), &copy, 0, TRUE,
-                                DUPLICATE_SAME_ACCESS));
-    CloseHandle(event);
-    EXPECT_TRUE(SetEvent(copy));
-    EXPECT_EQ(WaitForSingleObject(copy, 0), WAIT_OBJECT_0);
-    CloseHandle(copy);
 }
 
 TEST(Handle, closedOneIsRefused) {
