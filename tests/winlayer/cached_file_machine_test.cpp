@@ -1,12 +1,10 @@
 #include <windows.h>
 
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <array>
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -16,6 +14,8 @@
 #include <vector>
 
 #include "support/files.h"
+#include "support/open_path.h"
+#include "support/size_limit_machine.h"
 #include "support/temp_folder_machine.h"
 
 // A machine that works alone keeps small writes and pieces read ahead to itself. Nobody on it may see that.
@@ -32,7 +32,7 @@ protected:
 
     static HANDLE open(const std::string& path, DWORD access, DWORD disposition = OPEN_EXISTING,
                        DWORD flags = 0) {
-        return CreateFileA(path.c_str(), access, shareAll, nullptr, disposition, flags, nullptr);
+        return openPath(path, access, disposition, flags, shareAll);
     }
     static bool write(HANDLE file, const std::string& text) {
         DWORD count = 0;
@@ -203,24 +203,6 @@ TEST_F(CachedFileAtRandom, transfersWhatAPlainFileWould) {
     }
 }
 
-// Lets no file of this process grow beyond a size, as a full disk would.
-class SizeLimit {
-public:
-    explicit SizeLimit(rlim_t bytes) {
-        getrlimit(RLIMIT_FSIZE, &before_);
-        const rlimit limit{bytes, before_.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~SizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &before_);
-        std::signal(SIGXFSZ, signal_);
-    }
-
-private:
-    void (*signal_)(int) = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before_{};
-};
-
 TEST_F(CachedFile, tellsAtTheCloseWhatFoundNoPlaceUnlessThatWasMadeBefore) {
     for (const bool madeRoom : {false, true}) {
         const HANDLE file = open(path_, readWrite, CREATE_ALWAYS);
@@ -258,9 +240,7 @@ TEST_F(CachedFile, isPassedOnByAMachineThatEnds) {
     {
         winlayer::ScopedMachine other;
         other->drives.workAlone();
-        const HANDLE file =
-            CreateFileA(("Z:" + place_.string()).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
-        EXPECT_TRUE(write(file, "left open"));
+        EXPECT_TRUE(write(openPath("Z:" + place_.string(), GENERIC_WRITE, CREATE_NEW), "left open"));
     }
     EXPECT_EQ(readFile(path_), "left open");
 }
@@ -273,8 +253,7 @@ TEST(CachedFileOfAProgram, isPassedOnWhenTheProgramEnds) {
     if (child == 0) {
         winlayer::Machine::current().drives.workAlone();
         DWORD count = 0;
-        WriteFile(CreateFileA(("Z:" + place).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr),
-                  "left open", 9, &count, nullptr);
+        WriteFile(openPath("Z:" + place, GENERIC_WRITE, CREATE_NEW), "left open", 9, &count, nullptr);
         std::exit(0);
     }
     int status = 0;

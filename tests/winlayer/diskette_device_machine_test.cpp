@@ -9,6 +9,8 @@
 
 #include "support/diskette_files.h"
 #include "support/diskette_machine.h"
+#include "support/last_error.h"
+#include "support/open_path.h"
 
 using winlayer::DisketteState;
 using winlayer::WindowsVersion;
@@ -20,32 +22,21 @@ using Bytes = std::vector<std::byte>;
 class DeviceHandle {
 public:
     explicit DeviceHandle(const char* name, DWORD access = GENERIC_READ | GENERIC_WRITE)
-        : handle_(CreateFileA(name, access, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
-                              nullptr)),
-          error(handle_ == INVALID_HANDLE_VALUE ? GetLastError() : DWORD{NO_ERROR}) {}
-    ~DeviceHandle() {
-        if (handle_ != INVALID_HANDLE_VALUE) {
-            CloseHandle(handle_);
-        }
-    }
+        : handle_(openPath(name, access)), error(errorOf(handle_)) {}
+    ~DeviceHandle() { CloseHandle(handle_); }
     DeviceHandle(const DeviceHandle&) = delete;
     DeviceHandle& operator=(const DeviceHandle&) = delete;
 
     DWORD control(DWORD code, void* in, DWORD inSize, void* out, DWORD outSize) {
-        const BOOL ok = DeviceIoControl(handle_, code, in, inSize, out, outSize, &count, nullptr);
-        return ok ? DWORD{NO_ERROR} : GetLastError();
+        return errorOf(DeviceIoControl(handle_, code, in, inSize, out, outSize, &count, nullptr));
     }
     DWORD read(DWORD offset, Bytes& buffer) {
         SetFilePointer(handle_, static_cast<LONG>(offset), nullptr, FILE_BEGIN);
-        return ReadFile(handle_, buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr)
-                   ? NO_ERROR
-                   : GetLastError();
+        return errorOf(ReadFile(handle_, buffer.data(), static_cast<DWORD>(buffer.size()), &count, nullptr));
     }
     DWORD write(DWORD offset, const Bytes& data) {
         SetFilePointer(handle_, static_cast<LONG>(offset), nullptr, FILE_BEGIN);
-        return WriteFile(handle_, data.data(), static_cast<DWORD>(data.size()), &count, nullptr)
-                   ? NO_ERROR
-                   : GetLastError();
+        return errorOf(WriteFile(handle_, data.data(), static_cast<DWORD>(data.size()), &count, nullptr));
     }
 
 private:
@@ -107,39 +98,43 @@ DisketteState stateNamed(const std::string& text) {
 }  // namespace
 
 TEST(DisketteDevice, TheMediaTypesAreThoseOfTheDrive) {
-    DisketteMachine diskette;
-    DeviceHandle device("\\\\.\\A:");
+    constexpr DWORD media = IOCTL_DISK_GET_MEDIA_TYPES;
+    constexpr DWORD geometry = IOCTL_DISK_GET_DRIVE_GEOMETRY;
+    const std::array<DWORD, 5> high{80, 2, 18, 512, F3_1Pt44_512};
+    const std::array<DWORD, 5> low{80, 2, 9, 512, F3_720_512};
     std::array<DISK_GEOMETRY, 512> types{};
-    const auto shape = [](const DISK_GEOMETRY& g) {
+    const auto shape = [&](std::size_t n) {
+        const DISK_GEOMETRY& g = types[n];
         return std::array<DWORD, 5>{static_cast<DWORD>(g.Cylinders.QuadPart), g.TracksPerCylinder,
                                     g.SectorsPerTrack, g.BytesPerSector, static_cast<DWORD>(g.MediaType)};
     };
-    const std::array<DWORD, 5> high{80, 2, 18, 512, F3_1Pt44_512};
-    const std::array<DWORD, 5> low{80, 2, 9, 512, F3_720_512};
-    ASSERT_EQ(device.control(IOCTL_DISK_GET_MEDIA_TYPES, nullptr, 0, types.data(), 0x3000), DWORD{NO_ERROR});
+    const auto ask = [&](DeviceHandle& device, DWORD code, DWORD size) {
+        return device.control(code, nullptr, 0, types.data(), size);
+    };
+    DisketteMachine diskette;
+    DeviceHandle device("\\\\.\\A:");
+    ASSERT_EQ(ask(device, media, 0x3000), DWORD{NO_ERROR});
     ASSERT_EQ(device.count, 48U);
-    EXPECT_EQ(shape(types[0]), high);
-    EXPECT_EQ(shape(types[1]), low);
-    EXPECT_EQ(device.control(IOCTL_DISK_GET_MEDIA_TYPES, nullptr, 0, types.data(), 40), ERROR_MORE_DATA);
+    EXPECT_EQ(shape(0), high);
+    EXPECT_EQ(shape(1), low);
+    EXPECT_EQ(ask(device, media, 40), ERROR_MORE_DATA);
     EXPECT_EQ(device.count, 24U);
-    EXPECT_EQ(device.control(IOCTL_DISK_GET_MEDIA_TYPES, nullptr, 0, types.data(), 23),
-              ERROR_INSUFFICIENT_BUFFER);
-    ASSERT_EQ(device.control(IOCTL_DISK_GET_DRIVE_GEOMETRY, nullptr, 0, types.data(), 24), DWORD{NO_ERROR});
-    EXPECT_EQ(shape(types[0]), high);
-    EXPECT_EQ(device.control(IOCTL_DISK_GET_DRIVE_GEOMETRY, nullptr, 0, types.data(), 23),
-              ERROR_INSUFFICIENT_BUFFER);
-    EXPECT_EQ(device.control(0x70004, nullptr, 0, types.data(), 24), ERROR_INVALID_FUNCTION);
+    EXPECT_EQ(ask(device, media, 23), ERROR_INSUFFICIENT_BUFFER);
+    types[0] = {};
+    ASSERT_EQ(ask(device, geometry, 24), DWORD{NO_ERROR});
+    EXPECT_EQ(shape(0), high);
+    EXPECT_EQ(ask(device, geometry, 23), ERROR_INSUFFICIENT_BUFFER);
+    EXPECT_EQ(ask(device, 0x70004, 24), ERROR_INVALID_FUNCTION);
 
     DisketteMachine small(WindowsVersion::Windows2000, winlayer::sectors720);
     DeviceHandle smallMedium("\\\\.\\A:");
-    ASSERT_EQ(smallMedium.control(IOCTL_DISK_GET_DRIVE_GEOMETRY, nullptr, 0, types.data(), 24),
-              DWORD{NO_ERROR});
-    EXPECT_EQ(shape(types[0]), low);
+    ASSERT_EQ(ask(smallMedium, geometry, 24), DWORD{NO_ERROR});
+    EXPECT_EQ(shape(0), low);
     small.drive().setState(stateNamed("720k"));
-    ASSERT_EQ(smallMedium.control(IOCTL_DISK_GET_MEDIA_TYPES, nullptr, 0, types.data(), 0x3000),
-              DWORD{NO_ERROR});
+    types[0] = {};
+    ASSERT_EQ(ask(smallMedium, media, 0x3000), DWORD{NO_ERROR});
     EXPECT_EQ(smallMedium.count, 24U);
-    EXPECT_EQ(shape(types[0]), low);
+    EXPECT_EQ(shape(0), low);
 }
 
 TEST(DisketteDevice, TransfersAreWholeSectorsUpToTheEnd) {

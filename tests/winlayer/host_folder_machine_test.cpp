@@ -1,13 +1,10 @@
 #include <windows.h>
 
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -16,6 +13,7 @@
 #include "support/host_directory_machine.h"
 #include "support/last_error.h"
 #include "support/open_path.h"
+#include "support/size_limit_machine.h"
 #include "support/temp_folder_machine.h"
 #include "winlayer/host_folder.h"
 
@@ -26,6 +24,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+using Names = std::vector<std::string>;
+
 class HostFolderTest : public testing::Test {
 protected:
     HostFolderTest() { machine_->drives.mountFolder('H', host_.path()); }
@@ -34,24 +34,22 @@ protected:
     void put(const std::string& name, const std::string& content = "") const {
         std::ofstream(host_ / name, std::ios::binary) << content;
     }
-    // The names in the order of the search, and the error that ended it.
-    static std::vector<std::string> find(const std::string& pattern, DWORD& error) {
-        std::vector<std::string> names;
+    // The names in the order of the search; the error that ended it is the last one.
+    static Names find(const std::string& pattern) {
+        Names names;
         WIN32_FIND_DATAA data;
         const HANDLE search = FindFirstFileA(pattern.c_str(), &data);
         for (BOOL more = search != INVALID_HANDLE_VALUE; more != 0; more = FindNextFileA(search, &data)) {
             names.emplace_back(data.cFileName);
         }
-        error = GetLastError();
-        if (search != INVALID_HANDLE_VALUE) {
-            FindClose(search);
-        }
+        const DWORD error = GetLastError();
+        FindClose(search);
+        SetLastError(error);
         return names;
     }
     static DWORD errorOfFind(const std::string& pattern) {
-        DWORD error = 0;
-        find(pattern, error);
-        return error;
+        find(pattern);
+        return GetLastError();
     }
 
     winlayer::ScopedMachine machine_;
@@ -91,20 +89,13 @@ TEST_F(HostFolderTest, speaksTheCodePageOnTheWindowsSide) {
     put("\xC3\x84pfel.txt", "utf-8");  // A umlaut
     EXPECT_EQ(readFile("H:\\\xC4pfel.txt"), "utf-8");
     EXPECT_EQ(readFile("H:\\\xE4PFEL.TXT"), "utf-8") << "without case";
-    writeFile(
-        "H:\\stra\xDF"
-        "e",
-        "");
-    EXPECT_TRUE(fs::exists(host_ / "stra\xC3\x9F"
-                                   "e"));
-    DWORD error = 0;
-    EXPECT_EQ(find("H:\\*", error), (std::vector<std::string>{"stra\xDF"
-                                                              "e",
-                                                              "\xC4pfel.txt"}));
-    EXPECT_EQ(find("H:\\?PFEL.*", error), (std::vector<std::string>{"\xC4pfel.txt"}));
+    writeFile("H:\\stra\337e", "");
+    EXPECT_TRUE(fs::exists(host_ / "stra\303\237e"));
+    EXPECT_EQ(find("H:\\*"), (Names{"stra\337e", "\xC4pfel.txt"}));
+    EXPECT_EQ(find("H:\\?PFEL.*"), (Names{"\xC4pfel.txt"}));
     machine_->ansiCodePage = 65001;
     EXPECT_EQ(readFile("H:\\\xC3\x84pfel.txt"), "utf-8");
-    EXPECT_EQ(find("H:\\?pfel.txt", error), (std::vector<std::string>{"\xC3\x84pfel.txt"}));
+    EXPECT_EQ(find("H:\\?pfel.txt"), (Names{"\xC3\x84pfel.txt"}));
 }
 
 // A name that Windows programs could not be told is never left out in silence.
@@ -137,10 +128,8 @@ TEST_F(HostFolderTest, listsInTheOrderOfNamesWithoutCase) {
         put(name);
     }
     fs::create_directory(host_ / "AA");
-    DWORD error = 0;
-    EXPECT_EQ(find("H:\\*", error), (std::vector<std::string>{"a", "AA", "b", "B1", "C"}))
-        << "a root has no dots";
-    EXPECT_EQ(find("H:\\AA\\*.*", error), (std::vector<std::string>{".", ".."}));
+    EXPECT_EQ(find("H:\\*"), (Names{"a", "AA", "b", "B1", "C"})) << "a root has no dots";
+    EXPECT_EQ(find("H:\\AA\\*.*"), (Names{".", ".."}));
 }
 
 TEST_F(HostFolderTest, leavesOutWhatIsGoneBeforeItsTurn) {
@@ -162,9 +151,8 @@ TEST_F(HostFolderTest, followsLinksButNotInCircles) {
     put("real/inner/a.txt", "through");
     fs::create_symlink("real/inner", host_ / "short");
     EXPECT_EQ(readFile("H:\\short\\a.txt"), "through");
-    DWORD error = 0;
-    EXPECT_EQ(find("H:\\*", error), (std::vector<std::string>{"real", "short"}));
-    EXPECT_EQ(find("H:\\short\\*", error), (std::vector<std::string>{".", "..", "a.txt"}));
+    EXPECT_EQ(find("H:\\*"), (Names{"real", "short"}));
+    EXPECT_EQ(find("H:\\short\\*"), (Names{".", "..", "a.txt"}));
     EXPECT_EQ(GetFileAttributesA("H:\\short"), DWORD{FILE_ATTRIBUTE_DIRECTORY});
 
     fs::create_symlink("..", host_ / "real/inner/up");
@@ -184,8 +172,7 @@ TEST_F(HostFolderTest, removesALinkAndNotWhatItLeadsTo) {
     EXPECT_TRUE(RemoveDirectoryA("H:\\directory-link"));
     EXPECT_TRUE(DeleteFileA("H:\\file-link"));
     EXPECT_EQ(errorOfOpen("H:\\dangling"), DWORD{ERROR_FILE_NOT_FOUND});
-    DWORD error = 0;
-    EXPECT_EQ(find("H:\\*", error), (std::vector<std::string>{"dangling", "file", "real"}));
+    EXPECT_EQ(find("H:\\*"), (Names{"dangling", "file", "real"}));
     EXPECT_TRUE(DeleteFileA("H:\\dangling"));
     EXPECT_EQ(readFile("H:\\file"), "kept");
     EXPECT_TRUE(fs::is_directory(host_ / "real"));
@@ -209,19 +196,14 @@ TEST_F(HostFolderTest, opensNeitherPipesNorDevices) {
 
 // A full medium: the bytes that found room are counted, and the call says why it stopped.
 TEST_F(HostFolderTest, reportsAShortWrite) {
-    const HANDLE file = CreateFileA("H:\\big", GENERIC_WRITE, 0, nullptr, CREATE_NEW, 0, nullptr);
+    const HANDLE file = openPath("H:\\big", GENERIC_WRITE, CREATE_NEW);
     const std::string data(8192, 'x');
-    struct rlimit before;
-    ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &before), 0);
-    const struct rlimit small { 4096, before.rlim_max };
-    const auto ignored = ::signal(SIGXFSZ, SIG_IGN);
-    ASSERT_EQ(::setrlimit(RLIMIT_FSIZE, &small), 0);
     DWORD count = 0;
-    EXPECT_FALSE(WriteFile(file, data.data(), static_cast<DWORD>(data.size()), &count, nullptr));
-    const DWORD error = GetLastError();
-    ::setrlimit(RLIMIT_FSIZE, &before);
-    ::signal(SIGXFSZ, ignored);
-    EXPECT_EQ(error, DWORD{ERROR_FILE_TOO_LARGE});
+    {
+        const SizeLimit limit(4096);
+        EXPECT_FAILS(WriteFile(file, data.data(), static_cast<DWORD>(data.size()), &count, nullptr),
+                     ERROR_FILE_TOO_LARGE);
+    }
     EXPECT_EQ(count, DWORD{4096});
     EXPECT_EQ(SetFilePointer(file, 0, nullptr, FILE_CURRENT), DWORD{4096});
     CloseHandle(file);

@@ -4,12 +4,12 @@
 
 #include <dlfcn.h>
 
-#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <string>
 #include <vector>
 
+#include "support/host_directory_machine.h"
 #include "support/last_error.h"
 #include "winlayer/machine.h"
 #include "winlayer/modules/journal.h"
@@ -21,21 +21,21 @@ namespace fs = std::filesystem;
 
 const fs::path built = BUILD_DIRECTORY "/tests/modules";
 
-// Takes what the modules told: the messages, and with them the handles and values.
-std::vector<MSG> takeJournal() {
-    std::vector<MSG> journal;
-    for (MSG message;
-         PeekMessageA(&message, nullptr, entryCalled, entryCalled + 0x3FF, PM_REMOVE) != FALSE;) {
-        journal.push_back(message);
+using Messages = std::vector<UINT>;
+
+// What the modules told: the messages, and with them the handles and values.
+struct Journal {
+    Messages messages;
+    std::vector<MSG> entries;
+};
+
+Journal takeJournal() {
+    Journal journal;
+    for (MSG message; PeekMessageA(&message, nullptr, entryCalled, entryCalled + 0x3FF, PM_REMOVE) != 0;) {
+        journal.messages.push_back(message.message);
+        journal.entries.push_back(message);
     }
     return journal;
-}
-
-std::vector<UINT> messagesOf(const std::vector<MSG>& journal) {
-    std::vector<UINT> messages;
-    std::transform(journal.begin(), journal.end(), std::back_inserter(messages),
-                   [](const MSG& message) { return message.message; });
-    return messages;
 }
 
 template <class Function>
@@ -56,10 +56,10 @@ bool isMapped(const fs::path& file) {
     return handle != nullptr;
 }
 
-const std::vector<UINT> userLoads = {objectBegins, entryCalled + baseModule + DLL_PROCESS_ATTACH,
-                                     entryCalled + DLL_PROCESS_ATTACH};
-const std::vector<UINT> userUnloads = {entryCalled + DLL_PROCESS_DETACH, objectEnds,
-                                       entryCalled + baseModule + DLL_PROCESS_DETACH};
+const Messages userLoads = {objectBegins, entryCalled + baseModule + DLL_PROCESS_ATTACH,
+                            entryCalled + DLL_PROCESS_ATTACH};
+const Messages userUnloads = {entryCalled + DLL_PROCESS_DETACH, objectEnds,
+                              entryCalled + baseModule + DLL_PROCESS_DETACH};
 
 // A machine with the built modules in its current directory, C:\suite.
 class ModuleLoading : public testing::Test {
@@ -75,27 +75,27 @@ protected:
 TEST_F(ModuleLoading, AModuleLivesFromTheFirstLoadToTheLastFree) {
     const HMODULE module = LoadLibraryA("USER");
     ASSERT_NE(module, nullptr) << GetLastError();
-    const std::vector<MSG> loading = takeJournal();
-    EXPECT_EQ(messagesOf(loading), userLoads);
+    const Journal loading = takeJournal();
+    EXPECT_EQ(loading.messages, userLoads);
     EXPECT_EQ(pathOf(module), "D:\\user.dll");
-    for (const MSG& message : {loading.front(), loading.back()}) {
+    for (const MSG& message : {loading.entries.front(), loading.entries.back()}) {
         EXPECT_EQ(reinterpret_cast<HMODULE>(message.wParam), module);
     }
-    EXPECT_EQ(loading.front().lParam, 11) << "static objects see their module's path";
-    EXPECT_EQ(loading.back().lParam, 0);
+    EXPECT_EQ(loading.entries.front().lParam, 11) << "static objects see their module's path";
+    EXPECT_EQ(loading.entries.back().lParam, 0);
 
     EXPECT_EQ(LoadLibraryA("d:\\User.DLL"), module);
     EXPECT_EQ(LoadLibraryA("user.dll"), module);
     EXPECT_EQ(GetModuleHandleA("user"), module);
     EXPECT_TRUE(FreeLibrary(module));
     EXPECT_TRUE(FreeLibrary(module));
-    EXPECT_TRUE(takeJournal().empty());
+    EXPECT_TRUE(takeJournal().messages.empty());
 
     EXPECT_TRUE(FreeLibrary(module));
-    const std::vector<MSG> unloading = takeJournal();
-    EXPECT_EQ(messagesOf(unloading), userUnloads);
-    EXPECT_EQ(unloading[0].lParam, 0) << "the process does not end";
-    EXPECT_EQ(unloading[1].lParam, 11);
+    const Journal unloading = takeJournal();
+    EXPECT_EQ(unloading.messages, userUnloads);
+    EXPECT_EQ(unloading.entries[0].lParam, 0) << "the process does not end";
+    EXPECT_EQ(unloading.entries[1].lParam, 11);
     EXPECT_FALSE(isMapped(built / "user.dll"));
     EXPECT_FALSE(isMapped(built / "base.dll"));
 
@@ -137,19 +137,18 @@ TEST_F(ModuleLoading, AModuleThatIsNeededLastsAsLongAsWhoNeedsIt) {
     ASSERT_NE(base, nullptr);
     const HMODULE user = LoadLibraryA("user.dll");
     ASSERT_NE(user, nullptr);
-    EXPECT_EQ(messagesOf(takeJournal()), (std::vector<UINT>{entryCalled + baseModule + DLL_PROCESS_ATTACH,
-                                                            objectBegins, entryCalled + DLL_PROCESS_ATTACH}));
+    EXPECT_EQ(takeJournal().messages, (Messages{entryCalled + baseModule + DLL_PROCESS_ATTACH, objectBegins,
+                                                entryCalled + DLL_PROCESS_ATTACH}));
     EXPECT_TRUE(FreeLibrary(base));
-    EXPECT_TRUE(takeJournal().empty());
+    EXPECT_TRUE(takeJournal().messages.empty());
     EXPECT_TRUE(FreeLibrary(user));
-    EXPECT_EQ(messagesOf(takeJournal()), userUnloads);
+    EXPECT_EQ(takeJournal().messages, userUnloads);
 }
 
 TEST_F(ModuleLoading, AnEntryPointThatRefusesEndsTheLoad) {
     EXPECT_FAILS(LoadLibraryA("refuser"), ERROR_DLL_INIT_FAILED);
-    EXPECT_EQ(messagesOf(takeJournal()),
-              (std::vector<UINT>{entryCalled + refuserModule + DLL_PROCESS_ATTACH,
-                                 entryCalled + refuserModule + DLL_PROCESS_DETACH}));
+    EXPECT_EQ(takeJournal().messages, (Messages{entryCalled + refuserModule + DLL_PROCESS_ATTACH,
+                                                entryCalled + refuserModule + DLL_PROCESS_DETACH}));
     EXPECT_FALSE(isMapped(built / "refuser.dll"));
     EXPECT_EQ(GetModuleHandleA("refuser"), nullptr);
 }
@@ -163,14 +162,13 @@ TEST_F(ModuleLoading, AModuleWithoutAnEntryPointIsLoadedToo) {
 }
 
 TEST_F(ModuleLoading, WhatIsNoModuleIsRefused) {
-    const fs::path folder = fs::path(testing::TempDir()) / "no modules";
-    fs::create_directories(folder);
+    const HostDirectory folder;
     std::ofstream(folder / "text.dll") << "no module at all";
     std::ofstream(folder / "empty.dll");
     fs::copy_file(built / "plain.dll", folder / "cut.dll", fs::copy_options::overwrite_existing);
     fs::resize_file(folder / "cut.dll", 40);
     fs::create_directories(folder / "folder.dll");
-    machine->drives.mountFolder('E', folder);
+    machine->drives.mountFolder('E', folder.path());
     const std::pair<const char*, DWORD> cases[] = {
         {"E:\\text.dll", ERROR_BAD_EXE_FORMAT}, {"E:\\empty.dll", ERROR_BAD_EXE_FORMAT},
         {"E:\\cut.dll", ERROR_BAD_EXE_FORMAT},  {"E:\\folder.dll", ERROR_MOD_NOT_FOUND},
@@ -182,7 +180,6 @@ TEST_F(ModuleLoading, WhatIsNoModuleIsRefused) {
     }
     EXPECT_EQ(LoadLibraryA(nullptr), nullptr);
     EXPECT_FALSE(FreeLibrary(nullptr));
-    fs::remove_all(folder);
 }
 
 TEST_F(ModuleLoading, FoldersAreSearchedInWindowsOrder) {
@@ -238,9 +235,9 @@ TEST_F(ModuleLoading, TheEndOfAMachineUnloadsWhatItLoaded) {
     ASSERT_NE(LoadLibraryA("user.dll"), nullptr);
     takeJournal();
     machine->modules.unloadAll();
-    const std::vector<MSG> unloading = takeJournal();
-    EXPECT_EQ(messagesOf(unloading), userUnloads);
-    EXPECT_EQ(unloading[0].lParam, 1) << "the process ends";
+    const Journal unloading = takeJournal();
+    EXPECT_EQ(unloading.messages, userUnloads);
+    EXPECT_EQ(unloading.entries[0].lParam, 1) << "the process ends";
 }
 
 TEST_F(ModuleLoading, AFailingCallLoadsNothing) {

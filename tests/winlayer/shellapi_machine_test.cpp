@@ -11,6 +11,7 @@
 #include <string>
 #include <thread>
 
+#include "support/host_directory_machine.h"
 #include "winlayer/machine.h"
 
 namespace {
@@ -37,20 +38,15 @@ std::string writtenTo(const fs::path& file) {
 class ShellMachine : public testing::Test {
 protected:
     void SetUp() override {
-        folder = fs::path(testing::TempDir()) / testing::UnitTest::GetInstance()->current_test_info()->name();
-        fs::remove_all(folder);
         fs::create_directories(folder / "suite");
-        machine->drives.mountFolder('D', folder);
+        machine->drives.mountFolder('D', folder.path());
         const char* const path = std::getenv("PATH");
         hostPath = path != nullptr ? path : "";
     }
-    void TearDown() override {
-        ::setenv("PATH", hostPath.c_str(), 1);
-        fs::remove_all(folder);
-    }
+    void TearDown() override { ::setenv("PATH", hostPath.c_str(), 1); }
 
     // A program that writes its folder and its arguments into a file of its own name with ".out".
-    fs::path script(const fs::path& name) {
+    fs::path script(const std::string& name) {
         const fs::path file = folder / name;
         std::ofstream(file) << "#!/bin/sh\n{ pwd; for a in \"$@\"; do echo \"<$a>\"; done; echo end; } > \""
                             << file.string() << ".out\"\n";
@@ -59,7 +55,7 @@ protected:
     }
 
     ScopedMachine machine;
-    fs::path folder;
+    const HostDirectory folder;
     std::string hostPath;
 };
 
@@ -70,7 +66,7 @@ TEST_F(ShellMachine, AProgramIsStartedInItsDirectory) {
     fs::remove(output);
     ASSERT_EQ(machine->drives.setCurrentDirectory("D:\\"), 0u);
     EXPECT_GT(open("suite\\MwWin"), 32);
-    EXPECT_EQ(writtenTo(output), folder.string() + "\nend\n");
+    EXPECT_EQ(writtenTo(output), folder.path().string() + "\nend\n");
 }
 
 TEST_F(ShellMachine, WhatCannotBeOpenedSaysWhy) {
@@ -107,7 +103,7 @@ TEST_F(ShellMachine, WhatCannotBeOpenedSaysWhy) {
 TEST_F(ShellMachine, TheHostOpensAddressesAndDocuments) {
     const fs::path output = script("xdg-open");
     std::ofstream(folder / "letter.txt") << "Dear ...";
-    ::setenv("PATH", (folder.string() + ":/usr/bin:/bin").c_str(), 1);
+    ::setenv("PATH", (folder.path().string() + ":/usr/bin:/bin").c_str(), 1);
     EXPECT_GT(open("http://www.quarvel.example/mendwell/"), 32);
     EXPECT_NE(writtenTo(output).find("<http://www.quarvel.example/mendwell/>\nend\n"), std::string::npos);
     fs::remove(output);

@@ -16,10 +16,17 @@ constexpr LCID english = 0x0409;
 constexpr SYSTEMTIME morning = {2003, 3, 3, 5, 9, 7, 2, 500};
 constexpr SYSTEMTIME midnight = {2004, 2, 0, 29, 0, 30, 0, 0};
 
-std::string info(LCID locale, LCTYPE type) {
-    char text[32];
-    const int length = GetLocaleInfoA(locale, type | LOCALE_NOUSEROVERRIDE, text, sizeof text);
+// What a call wrote into its last two arguments, a buffer and its size.
+template <class Function, class... Arguments>
+std::string written(Function function, Arguments... arguments) {
+    char text[64];
+    SetLastError(0);
+    const int length = function(arguments..., text, static_cast<int>(sizeof text));
     return length > 0 ? std::string(text, static_cast<std::size_t>(length) - 1) : "failed";
+}
+
+std::string info(LCID locale, LCTYPE type) {
+    return written(GetLocaleInfoA, locale, type | LOCALE_NOUSEROVERRIDE);
 }
 
 NUMBERFMTA plain() {
@@ -29,21 +36,15 @@ NUMBERFMTA plain() {
 }
 
 std::string number(const char* value, const NUMBERFMTA& format) {
-    char text[64];
-    const int length = GetNumberFormatA(german, 0, value, &format, text, sizeof text);
-    return length > 0 ? std::string(text, static_cast<std::size_t>(length) - 1) : "failed";
+    return written(GetNumberFormatA, german, 0, value, &format);
 }
 
 std::string date(LCID locale, const SYSTEMTIME& time, const char* picture) {
-    char text[64];
-    const int length = GetDateFormatA(locale, 0, &time, picture, text, sizeof text);
-    return length > 0 ? std::string(text, static_cast<std::size_t>(length) - 1) : "failed";
+    return written(GetDateFormatA, locale, 0, &time, picture);
 }
 
 std::string timeOfDay(LCID locale, DWORD flags, const SYSTEMTIME& time, const char* picture) {
-    char text[64];
-    const int length = GetTimeFormatA(locale, flags, &time, picture, text, sizeof text);
-    return length > 0 ? std::string(text, static_cast<std::size_t>(length) - 1) : "failed";
+    return written(GetTimeFormatA, locale, flags, &time, picture);
 }
 
 TEST(Locales, SayHowTheyWriteNumbers) {
@@ -73,7 +74,6 @@ TEST(Numbers, AreRoundedAndGrouped) {
         EXPECT_EQ(number(value, plain()), text) << value;
     }
     for (const char* const value : {"1e5", "+5", " 5", "--5", "1.2.3", "0x1", "1,5", "5 "}) {
-        SetLastError(0);
         EXPECT_EQ(number(value, plain()), "failed") << value;
         EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER}) << value;
     }
@@ -131,7 +131,6 @@ TEST(Dates, FollowThePicture) {
     EXPECT_EQ(date(english, morning, nullptr), "3/5/2003");
     for (const SYSTEMTIME& none :
          {SYSTEMTIME{2003, 13, 0, 1, 0, 0, 0, 0}, SYSTEMTIME{1600, 1, 0, 1, 0, 0, 0, 0}}) {
-        SetLastError(0);
         EXPECT_EQ(date(german, none, nullptr), "failed");
         EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
     }
@@ -165,7 +164,6 @@ TEST(TimesOfDay, FollowThePicture) {
     EXPECT_EQ(timeOfDay(english, TIME_NOSECONDS, morning, "h:mm:ss tt 'sharp'"), "9:07 AM sharp");
     SYSTEMTIME none = morning;
     none.wHour = 24;
-    SetLastError(0);
     EXPECT_EQ(timeOfDay(english, 0, none, nullptr), "failed");
     EXPECT_EQ(GetLastError(), DWORD{ERROR_INVALID_PARAMETER});
 }
