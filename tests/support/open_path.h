@@ -2,6 +2,7 @@
 #include <windows.h>
 
 #include <string>
+#include <vector>
 
 // Opens what a path names, shared with readers and writers unless told otherwise.
 inline HANDLE openPath(const std::string& path, DWORD access = GENERIC_READ,
@@ -15,4 +16,18 @@ template <class... Wishes>
 DWORD errorOfOpen(const std::string& path, Wishes... wishes) {
     const HANDLE file = openPath(path, wishes...);
     return file != INVALID_HANDLE_VALUE && CloseHandle(file) != 0 ? 0 : GetLastError();
+}
+
+// What a search finds, in its order; the error that ended it is the last one.
+inline std::vector<std::string> namesFound(const std::string& pattern) {
+    std::vector<std::string> names;
+    WIN32_FIND_DATAA data;
+    const HANDLE search = FindFirstFileA(pattern.c_str(), &data);
+    for (BOOL more = search != INVALID_HANDLE_VALUE; more != 0; more = FindNextFileA(search, &data)) {
+        names.emplace_back(data.cFileName);
+    }
+    const DWORD error = GetLastError();
+    FindClose(search);
+    SetLastError(error);
+    return names;
 }

@@ -66,20 +66,15 @@ protected:
     const std::filesystem::path place_ = hostPath(folder_) / "a.dat";
 };
 
-TEST_F(CachedFile, gathersSmallWritesAndPassesThemOnWhenTheHandleIsClosed) {
-    const HANDLE file = open(path_, GENERIC_WRITE, CREATE_NEW);
-    EXPECT_TRUE(write(file, "one") && write(file, "two"));
-    EXPECT_EQ(onHost(), "") << "nothing is gathered, so the other cases show nothing";
-    EXPECT_EQ(GetFileSize(file, nullptr), 6u);
-    EXPECT_TRUE(CloseHandle(file));
-    EXPECT_EQ(onHost(), "onetwo");
-}
-
-TEST_F(CachedFile, doesNotKeepWhatIsToBeWrittenThrough) {
-    const HANDLE file = open(path_, GENERIC_WRITE, CREATE_NEW, FILE_FLAG_WRITE_THROUGH);
-    write(file, "now");
-    EXPECT_EQ(onHost(), "now");
-    EXPECT_TRUE(CloseHandle(file));
+TEST_F(CachedFile, gathersSmallWritesUnlessTheyAreToBeWrittenThrough) {
+    for (const DWORD flags : {DWORD{0}, DWORD{FILE_FLAG_WRITE_THROUGH}}) {
+        const HANDLE file = open(path_, GENERIC_WRITE, CREATE_ALWAYS, flags);
+        EXPECT_TRUE(write(file, "one") && write(file, "two"));
+        EXPECT_EQ(onHost(), flags == 0 ? "" : "onetwo");
+        EXPECT_EQ(GetFileSize(file, nullptr), 6u);
+        EXPECT_TRUE(CloseHandle(file));
+        EXPECT_EQ(onHost(), "onetwo");
+    }
 }
 
 TEST_F(CachedFile, isWrittenAtTheTimeThatItsNameTells) {

@@ -20,6 +20,8 @@ namespace {
 
 constexpr DWORD done = NO_ERROR;
 constexpr std::size_t rootDirectory = 19 * 512;
+const std::string corrupt = "error " + std::to_string(ERROR_FILE_CORRUPT);
+const Names noVolume = {"error " + std::to_string(ERROR_UNRECOGNIZED_VOLUME)};
 
 // Clusters: F has 2 to 11; directory D 12, its file G 13, directory D\E 14.
 class HostileDiskette : public testing::Test {
@@ -61,12 +63,11 @@ protected:
 }  // namespace
 
 TEST_F(HostileDiskette, AFilesChainThatIsNoneIsFoundAndCanBeErased) {
-    for (const DWORD next :
-         {DWORD{2}, DWORD{5}, DWORD{0}, DWORD{1}, DWORD{2849}, DWORD{0xFF0}, DWORD{0xFF7}, DWORD{0xFFF}}) {
+    for (const DWORD next : {2u, 5u, 0u, 1u, 2849u, 0xFF0u, 0xFF7u, 0xFFFu}) {
         SCOPED_TRACE(next);
         ASSERT_EQ(writeWhole(drive, "F", std::string(5000, 'f')), done);
         setFat(5, next);
-        EXPECT_EQ(contentOf(drive, "F"), "error " + std::to_string(ERROR_FILE_CORRUPT));
+        EXPECT_EQ(contentOf(drive, "F"), corrupt);
         {
             const TestFile file = openFile(drive, "F", OPEN_EXISTING);
             EXPECT_EQ(file->write(6000, bytesOf("x")).error, ERROR_FILE_CORRUPT);
@@ -84,9 +85,9 @@ TEST_F(HostileDiskette, AFilesChainThatIsNoneIsFoundAndCanBeErased) {
 TEST_F(HostileDiskette, AFirstClusterOutsideIsFound) {
     for (const DWORD first : {1u, 2849u, 0xFFFu, 0xFFFFu}) {
         setCluster(rootDirectory, 0, first);
-        EXPECT_EQ(contentOf(drive, "F"), "error " + std::to_string(ERROR_FILE_CORRUPT)) << first;
+        EXPECT_EQ(contentOf(drive, "F"), corrupt) << first;
         setCluster(clusterAt(12), 3, first);
-        EXPECT_EQ(namesIn(drive, "D\\E"), Names{"error " + std::to_string(ERROR_FILE_CORRUPT)}) << first;
+        EXPECT_EQ(namesIn(drive, "D\\E"), Names{corrupt}) << first;
     }
     EXPECT_EQ(drive.removeFile("F"), done);
 }
@@ -96,12 +97,12 @@ TEST_F(HostileDiskette, ADirectoryThatIsItsOwnAncestorIsNotEntered) {
     for (const DWORD cluster : {0u, 12u}) {
         setCluster(clusterAt(12), 3, cluster);
         EXPECT_EQ(namesIn(drive, "D"), (Names{".", "..", "G", "E"}));
-        EXPECT_EQ(namesIn(drive, "D\\E"), Names{"error " + std::to_string(ERROR_FILE_CORRUPT)});
-        EXPECT_EQ(contentOf(drive, "D\\E\\G"), "error " + std::to_string(ERROR_FILE_CORRUPT));
+        EXPECT_EQ(namesIn(drive, "D\\E"), Names{corrupt});
+        EXPECT_EQ(contentOf(drive, "D\\E\\G"), corrupt);
         EXPECT_EQ(drive.removeDirectory("D\\E"), ERROR_FILE_CORRUPT);
     }
     setFat(12, 12);
-    EXPECT_EQ(namesIn(drive, "D"), Names{"error " + std::to_string(ERROR_FILE_CORRUPT)});
+    EXPECT_EQ(namesIn(drive, "D"), Names{corrupt});
     EXPECT_EQ(namesIn(drive, ""), (Names{"F", "D"}));
 }
 
@@ -156,7 +157,7 @@ TEST_F(HostileDiskette, ParametersThatCannotBeAreNoVolume) {
         row.bytes == 1 ? put8(diskette.image(), row.at, row.value)
                        : put16(diskette.image(), row.at, row.value);
         drive.settle();
-        EXPECT_EQ(namesIn(drive, ""), Names{"error " + std::to_string(ERROR_UNRECOGNIZED_VOLUME)});
+        EXPECT_EQ(namesIn(drive, ""), noVolume);
     }
     // The 32-bit total counts when the other is zero; each of them is believed only as far as the medium
     // reaches.
@@ -165,24 +166,24 @@ TEST_F(HostileDiskette, ParametersThatCannotBeAreNoVolume) {
     EXPECT_EQ(contentOf(drive, "F"), std::string(5000, 'f'));
     put32(diskette.image(), 0x20, 0x10000 + 2880);
     drive.settle();
-    EXPECT_EQ(namesIn(drive, ""), Names{"error " + std::to_string(ERROR_UNRECOGNIZED_VOLUME)});
+    EXPECT_EQ(namesIn(drive, ""), noVolume);
 }
 
 // Whatever bytes the system area holds, every call comes back with one of the errors that a caller can
 // expect.
 TEST(HostileDisketteAtRandom, EveryCallReturns) {
-    const std::set<DWORD> expected{done,
-                                   ERROR_FILE_NOT_FOUND,
-                                   ERROR_PATH_NOT_FOUND,
-                                   ERROR_ACCESS_DENIED,
-                                   ERROR_CANNOT_MAKE,
-                                   ERROR_DISK_FULL,
-                                   ERROR_ALREADY_EXISTS,
-                                   ERROR_DIR_NOT_EMPTY,
-                                   ERROR_DIRECTORY,
-                                   ERROR_FILE_INVALID,
-                                   ERROR_FILE_CORRUPT,
-                                   ERROR_UNRECOGNIZED_VOLUME};
+    const std::set<DWORD> expected = {done,
+                                      ERROR_FILE_NOT_FOUND,
+                                      ERROR_PATH_NOT_FOUND,
+                                      ERROR_ACCESS_DENIED,
+                                      ERROR_CANNOT_MAKE,
+                                      ERROR_DISK_FULL,
+                                      ERROR_ALREADY_EXISTS,
+                                      ERROR_DIR_NOT_EMPTY,
+                                      ERROR_DIRECTORY,
+                                      ERROR_FILE_INVALID,
+                                      ERROR_FILE_CORRUPT,
+                                      ERROR_UNRECOGNIZED_VOLUME};
     const unsigned seed = std::random_device()();
     std::cout << "seed " << seed << "\n";
     std::mt19937 random(seed);

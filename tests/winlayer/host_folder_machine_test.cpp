@@ -34,21 +34,8 @@ protected:
     void put(const std::string& name, const std::string& content = "") const {
         std::ofstream(host_ / name, std::ios::binary) << content;
     }
-    // The names in the order of the search; the error that ended it is the last one.
-    static Names find(const std::string& pattern) {
-        Names names;
-        WIN32_FIND_DATAA data;
-        const HANDLE search = FindFirstFileA(pattern.c_str(), &data);
-        for (BOOL more = search != INVALID_HANDLE_VALUE; more != 0; more = FindNextFileA(search, &data)) {
-            names.emplace_back(data.cFileName);
-        }
-        const DWORD error = GetLastError();
-        FindClose(search);
-        SetLastError(error);
-        return names;
-    }
     static DWORD errorOfFind(const std::string& pattern) {
-        find(pattern);
+        namesFound(pattern);
         return GetLastError();
     }
 
@@ -91,11 +78,11 @@ TEST_F(HostFolderTest, speaksTheCodePageOnTheWindowsSide) {
     EXPECT_EQ(readFile("H:\\\xE4PFEL.TXT"), "utf-8") << "without case";
     writeFile("H:\\stra\337e", "");
     EXPECT_TRUE(fs::exists(host_ / "stra\303\237e"));
-    EXPECT_EQ(find("H:\\*"), (Names{"stra\337e", "\xC4pfel.txt"}));
-    EXPECT_EQ(find("H:\\?PFEL.*"), (Names{"\xC4pfel.txt"}));
+    EXPECT_EQ(namesFound("H:\\*"), (Names{"stra\337e", "\xC4pfel.txt"}));
+    EXPECT_EQ(namesFound("H:\\?PFEL.*"), (Names{"\xC4pfel.txt"}));
     machine_->ansiCodePage = 65001;
     EXPECT_EQ(readFile("H:\\\xC3\x84pfel.txt"), "utf-8");
-    EXPECT_EQ(find("H:\\?pfel.txt"), (Names{"\xC3\x84pfel.txt"}));
+    EXPECT_EQ(namesFound("H:\\?pfel.txt"), (Names{"\xC3\x84pfel.txt"}));
 }
 
 // A name that Windows programs could not be told is never left out in silence.
@@ -128,8 +115,8 @@ TEST_F(HostFolderTest, listsInTheOrderOfNamesWithoutCase) {
         put(name);
     }
     fs::create_directory(host_ / "AA");
-    EXPECT_EQ(find("H:\\*"), (Names{"a", "AA", "b", "B1", "C"})) << "a root has no dots";
-    EXPECT_EQ(find("H:\\AA\\*.*"), (Names{".", ".."}));
+    EXPECT_EQ(namesFound("H:\\*"), (Names{"a", "AA", "b", "B1", "C"})) << "a root has no dots";
+    EXPECT_EQ(namesFound("H:\\AA\\*.*"), (Names{".", ".."}));
 }
 
 TEST_F(HostFolderTest, leavesOutWhatIsGoneBeforeItsTurn) {
@@ -151,8 +138,8 @@ TEST_F(HostFolderTest, followsLinksButNotInCircles) {
     put("real/inner/a.txt", "through");
     fs::create_symlink("real/inner", host_ / "short");
     EXPECT_EQ(readFile("H:\\short\\a.txt"), "through");
-    EXPECT_EQ(find("H:\\*"), (Names{"real", "short"}));
-    EXPECT_EQ(find("H:\\short\\*"), (Names{".", "..", "a.txt"}));
+    EXPECT_EQ(namesFound("H:\\*"), (Names{"real", "short"}));
+    EXPECT_EQ(namesFound("H:\\short\\*"), (Names{".", "..", "a.txt"}));
     EXPECT_EQ(GetFileAttributesA("H:\\short"), DWORD{FILE_ATTRIBUTE_DIRECTORY});
 
     fs::create_symlink("..", host_ / "real/inner/up");
@@ -172,7 +159,7 @@ TEST_F(HostFolderTest, removesALinkAndNotWhatItLeadsTo) {
     EXPECT_TRUE(RemoveDirectoryA("H:\\directory-link"));
     EXPECT_TRUE(DeleteFileA("H:\\file-link"));
     EXPECT_EQ(errorOfOpen("H:\\dangling"), DWORD{ERROR_FILE_NOT_FOUND});
-    EXPECT_EQ(find("H:\\*"), (Names{"dangling", "file", "real"}));
+    EXPECT_EQ(namesFound("H:\\*"), (Names{"dangling", "file", "real"}));
     EXPECT_TRUE(DeleteFileA("H:\\dangling"));
     EXPECT_EQ(readFile("H:\\file"), "kept");
     EXPECT_TRUE(fs::is_directory(host_ / "real"));

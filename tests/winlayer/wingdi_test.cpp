@@ -16,20 +16,22 @@ constexpr COLORREF blue = RGB(0, 0, 255);
 constexpr COLORREF white = RGB(255, 255, 255);
 constexpr COLORREF black = RGB(0, 0, 0);
 
+HBITMAP screenBitmap(int width, int height) {
+    const HDC screen = GetDC(nullptr);
+    const HBITMAP bitmap = CreateCompatibleBitmap(screen, width, height);
+    ReleaseDC(nullptr, screen);
+    return bitmap;
+}
+
 // A memory context with a bitmap of its own in it.
 class Canvas {
 public:
-    Canvas(int width, int height) : screen_(GetDC(nullptr)), context_(CreateCompatibleDC(screen_)) {
-        take(CreateCompatibleBitmap(screen_, width, height));
-    }
-    explicit Canvas(HBITMAP bitmap) : screen_(GetDC(nullptr)), context_(CreateCompatibleDC(screen_)) {
-        take(bitmap);
-    }
+    explicit Canvas(HBITMAP bitmap) : bitmap_(bitmap) {}
+    Canvas(int width, int height) : Canvas(screenBitmap(width, height)) {}
     ~Canvas() {
         SelectObject(context_, before_);
         DeleteDC(context_);
         DeleteObject(bitmap_);
-        ReleaseDC(nullptr, screen_);
     }
     Canvas(const Canvas&) = delete;
     Canvas& operator=(const Canvas&) = delete;
@@ -45,15 +47,9 @@ public:
     }
 
 private:
-    void take(HBITMAP bitmap) {
-        bitmap_ = bitmap;
-        before_ = SelectObject(context_, bitmap);
-    }
-
-    HDC screen_;
-    HDC context_;
-    HBITMAP bitmap_ = nullptr;
-    HGDIOBJ before_ = nullptr;
+    const HBITMAP bitmap_;
+    const HDC context_ = CreateCompatibleDC(nullptr);
+    const HGDIOBJ before_ = SelectObject(context_, bitmap_);
 };
 
 void expectRow(const Canvas& canvas, int y, std::initializer_list<COLORREF> colors, const char* what = "") {
@@ -116,14 +112,15 @@ TEST(Gdi, ASmallerPictureMergesOrDropsPixels) {
     Canvas from(4, 1);
     from.row(0, {RGB(0xF0, 0, 0xFF), RGB(0x3C, 0, 0xFF), RGB(0, 8, 0), RGB(0, 8, 1)});
     Canvas to(2, 1);
+    const auto shrink = [&] { return StretchBlt(to.get(), 0, 0, 2, 1, from.get(), 0, 0, 4, 1, SRCCOPY); };
     EXPECT_EQ(GetStretchBltMode(to.get()), BLACKONWHITE);
-    EXPECT_TRUE(StretchBlt(to.get(), 0, 0, 2, 1, from.get(), 0, 0, 4, 1, SRCCOPY));
+    EXPECT_TRUE(shrink());
     expectRow(to, 0, {RGB(0x30, 0, 0xFF), RGB(0, 8, 0)}, "dark stays");
     EXPECT_EQ(SetStretchBltMode(to.get(), WHITEONBLACK), BLACKONWHITE);
-    EXPECT_TRUE(StretchBlt(to.get(), 0, 0, 2, 1, from.get(), 0, 0, 4, 1, SRCCOPY));
+    EXPECT_TRUE(shrink());
     expectRow(to, 0, {RGB(0xFC, 0, 0xFF), RGB(0, 8, 1)}, "bright stays");
     EXPECT_EQ(SetStretchBltMode(to.get(), COLORONCOLOR), WHITEONBLACK);
-    EXPECT_TRUE(StretchBlt(to.get(), 0, 0, 2, 1, from.get(), 0, 0, 4, 1, SRCCOPY));
+    EXPECT_TRUE(shrink());
     EXPECT_TRUE(to.at(0, 0) == from.at(0, 0) || to.at(0, 0) == from.at(1, 0)) << "one of the two stays";
     EXPECT_EQ(SetStretchBltMode(to.get(), 9), 0);
 }
