@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "support/dialog_bytes.h"
-#include "support/last_error.h"
+#include "support/expect_fails.h"
 #include "support/window_recorder.h"
 #include "winlayer/dialog_template.h"
 #include "winlayer/input.h"

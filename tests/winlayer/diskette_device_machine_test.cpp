@@ -9,7 +9,7 @@
 
 #include "support/diskette_files.h"
 #include "support/diskette_machine.h"
-#include "support/last_error.h"
+#include "support/expect_fails.h"
 #include "support/open_path.h"
 
 using winlayer::DisketteState;

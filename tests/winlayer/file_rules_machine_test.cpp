@@ -10,7 +10,7 @@
 #include <fstream>
 #include <string>
 
-#include "support/last_error.h"
+#include "support/expect_fails.h"
 #include "support/open_path.h"
 #include "support/temp_folder_machine.h"
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "support/last_error.h"
+#include "support/expect_fails.h"
 #include "support/open_path.h"
 #include "support/temp_folder.h"
 

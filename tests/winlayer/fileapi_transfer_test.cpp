@@ -6,7 +6,7 @@
 #include <string>
 #include <utility>
 
-#include "support/last_error.h"
+#include "support/expect_fails.h"
 #include "support/open_path.h"
 #include "support/temp_folder.h"
 

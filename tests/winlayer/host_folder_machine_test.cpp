@@ -10,8 +10,8 @@
 #include <string>
 #include <vector>
 
+#include "support/expect_fails.h"
 #include "support/host_directory_machine.h"
-#include "support/last_error.h"
 #include "support/open_path.h"
 #include "support/size_limit_machine.h"
 #include "support/temp_folder_machine.h"

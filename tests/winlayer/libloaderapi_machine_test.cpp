@@ -4,7 +4,7 @@
 
 #include <filesystem>
 
-#include "support/last_error.h"
+#include "support/expect_fails.h"
 #include "winlayer/machine.h"
 
 namespace {

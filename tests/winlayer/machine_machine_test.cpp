@@ -9,7 +9,7 @@
 #include <thread>
 #include <vector>
 
-#include "support/last_error.h"
+#include "support/expect_fails.h"
 #include "support/open_path.h"
 #include "support/temp_folder_machine.h"
 #include "winlayer/diskette/diskette_drive.h"

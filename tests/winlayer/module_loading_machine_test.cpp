@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "support/expect_fails.h"
 #include "support/host_directory_machine.h"
-#include "support/last_error.h"
 #include "winlayer/machine.h"
 #include "winlayer/modules/journal.h"
 

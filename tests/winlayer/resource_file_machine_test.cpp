@@ -6,7 +6,7 @@
 #include <iterator>
 #include <stdexcept>
 
-#include "support/last_error.h"
+#include "support/expect_fails.h"
 #include "winlayer/machine.h"
 
 namespace {

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <string>
 
-#include "support/last_error.h"
+#include "support/expect_fails.h"
 
 // The program that runs these tests carries tests/winlayer/resources.rc, on Windows and elsewhere.
 

@@ -5,7 +5,7 @@
 #include <cstring>
 #include <vector>
 
-#include "support/last_error.h"
+#include "support/expect_fails.h"
 #include "winlayer/machine.h"
 
 namespace {

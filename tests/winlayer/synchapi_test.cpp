@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-#include "support/last_error.h"
+#include "support/expect_fails.h"
 
 namespace {
 

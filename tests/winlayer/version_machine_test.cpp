@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "support/last_error.h"
+#include "support/expect_fails.h"
 #include "winlayer/machine.h"
 
 namespace {

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-#include "support/last_error.h"
+#include "support/expect_fails.h"
 #include "winlayer/bitmap_data.h"
 #include "winlayer/machine.h"
 #include "winlayer/surface_drawing.h"

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "support/last_error.h"
+#include "support/expect_fails.h"
 
 // Run against the layer and against Windows itself. Locales are named, and what their users and later
 // editions of Windows change is asked for in so many words.

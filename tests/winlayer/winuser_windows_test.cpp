@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/expect_fails.h"
 #include "support/frame_test.h"
-#include "support/last_error.h"
 
 namespace {
 
