@@ -6,6 +6,8 @@
 #include <iostream>
 #include <string_view>
 
+#include "tools/common/reference.h"
+
 namespace tools {
 
 namespace {
@@ -44,7 +46,8 @@ Program::Program(std::string name, std::string description, std::string examples
     app_.set_help_flag("-h,--help", "Show this help and end");
     app_.add_flag("-q,--quiet", quiet_, "No status lines and no progress");
     app_.add_flag("--json", json_, "Print one JSON object as the result");
-    app_.footer("Examples:\n" + std::move(examples) + "\n" + exitCodeHelp());
+    app_.footer("Examples:\n" + examples + "\n" + exitCodeHelp());
+    examples_[&app_] = std::move(examples);
 }
 
 CLI::App* Program::command(const std::string& name, const std::string& description,
@@ -54,11 +57,16 @@ CLI::App* Program::command(const std::string& name, const std::string& descripti
     command->footer("Options of every command: -q/--quiet, --json.\n\nExamples:\n" + examples + "\n" +
                     exitCodeHelp());
     bodies_[command] = std::move(body);
+    examples_[command] = examples;
     return command;
 }
 
 int Program::run(int argc, const char* const* argv) {
     fillStandardStreams();
+    if (argc == 3 &&
+        std::string_view(argv[1]) == "--write-reference") {  // for the build of the program's package
+        return writeReferenceTo(argv[2]);
+    }
     ExitCode code = ExitCode::success;
     try {
         app_.parse(argc, argv);
@@ -71,6 +79,16 @@ int Program::run(int argc, const char* const* argv) {
         code = ExitCode::failure;
     }
     return static_cast<int>(code);
+}
+
+int Program::writeReferenceTo(const std::string& folder) const {
+    try {
+        writeReference(makeReference(app_, examples_), folder);
+    } catch (const std::exception& fault) {
+        Console(name_, true).error("cannot write the reference to " + folder + ": " + fault.what());
+        return static_cast<int>(ExitCode::failure);
+    }
+    return static_cast<int>(ExitCode::success);
 }
 
 ExitCode Program::answer(const CLI::ParseError& fault, bool json) {

@@ -34,9 +34,12 @@ public:
                       Body body);
 
     // Parses, runs the chosen command and gives the exit code. Nothing is thrown.
+    // For the build alone, and so not in the help: "--write-reference FOLDER" writes the manual page and the
+    // completions (reference.h).
     int run(int argc, const char* const* argv);
 
 private:
+    int writeReferenceTo(const std::string& folder) const;
     ExitCode runCommand();
     ExitCode answer(const CLI::ParseError& fault, bool json);
     std::string usageText(const CLI::ParseError& fault) const;
@@ -45,6 +48,7 @@ private:
     std::string name_;
     CLI::App app_;
     std::map<CLI::App*, Body> bodies_;
+    std::map<const CLI::App*, std::string> examples_;
     bool quiet_ = false;
     bool json_ = false;
     std::string commandName_;

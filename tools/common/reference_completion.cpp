@@ -1,0 +1,248 @@
+#include <algorithm>
+#include <sstream>
+
+#include "tools/common/reference.h"
+
+namespace tools {
+
+namespace {
+
+using Options = std::vector<OptionEntry>;
+
+std::string heading(const Reference& reference, const char* shell) {
+    return "# Completion of " + reference.program + " in " + shell + ", made from its table of options.\n";
+}
+
+// A text between single quotes; `escape` stands for a quote within.
+std::string quoted(const std::string& text, const std::string& escape) {
+    std::string result = "'";
+    for (const char c : text) result += c == '\'' ? escape : std::string(1, c);
+    return result + "'";
+}
+
+// A name that a shell takes for a function.
+std::string functionName(const Reference& reference) {
+    std::string name = "_" + reference.program;
+    std::replace(name.begin(), name.end(), '-', '_');
+    return name;
+}
+
+Options optionsOf(const Reference& reference, const CommandEntry& command) {
+    Options options = command.options;
+    if (!command.name.empty()) {
+        options.insert(options.end(), reference.everywhere.begin(), reference.everywhere.end());
+    }
+    return options;
+}
+
+std::string words(const std::vector<CommandEntry>& commands, const char* separator) {
+    std::vector<std::string> names;
+    for (const CommandEntry& command : commands) names.push_back(command.name);
+    return CLI::detail::join(names, separator);
+}
+
+// ---- bash
+
+const char* bashKind(ValueKind kind) {
+    return kind == ValueKind::file ? "kind=file" : kind == ValueKind::folder ? "kind=directory" : "kind=none";
+}
+
+void addBashValue(std::ostringstream& script, const std::string& command, const OptionEntry& option) {
+    script << "        ";
+    for (std::size_t i = 0; i < option.names.size(); ++i) {
+        script << (i == 0 ? "" : " | ") << command << ':' << option.names[i];
+    }
+    if (option.kind == ValueKind::choice) {
+        script << ") words='" << CLI::detail::join(option.choices, " ") << "' ;;\n";
+    } else {
+        script << ") " << bashKind(option.kind) << " ;;\n";
+    }
+}
+
+void addBashCommand(std::ostringstream& script, const Reference& reference, const CommandEntry& command) {
+    script << "                '" << command.name << "') options='";
+    for (const OptionEntry& option : optionsOf(reference, command)) {
+        script << CLI::detail::join(option.names, " ") << ' ';
+    }
+    script << "'";
+    if (!command.positionals.empty()) script << ' ' << bashKind(command.positionals.front().kind);
+    script << " ;;\n";
+}
+
+// ---- zsh
+
+// In a description of zsh's _arguments brackets and colons have a meaning.
+std::string zshText(const std::string& text) {
+    std::string result;
+    for (const char c : text) {
+        if (c == '[' || c == ']' || c == ':' || c == '\\') result += '\\';
+        result += c;
+    }
+    return result;
+}
+
+std::string zshValue(const OptionEntry& option) {
+    switch (option.kind) {
+        case ValueKind::none:
+            return "";
+        case ValueKind::text:
+            return ":" + option.valueName + ": ";
+        case ValueKind::choice:
+            return ":" + option.valueName + ":(" + CLI::detail::join(option.choices, " ") + ")";
+        case ValueKind::file:
+            return ":" + option.valueName + ":_files";
+        case ValueKind::folder:
+            return ":" + option.valueName + ":_files -/";
+    }
+    return "";
+}
+
+void addZshOptions(std::ostringstream& script, const Options& options, const std::string& indent) {
+    for (const OptionEntry& option : options) {
+        const std::string description = "[" + zshText(option.description) + "]" + zshValue(option);
+        for (const std::string& name : option.names) {
+            // "=" and "+": the value may also stand in the same word.
+            const char* const join = option.kind == ValueKind::none ? "" : name.starts_with("--") ? "=" : "+";
+            script << indent
+                   << quoted("(" + CLI::detail::join(option.names, " ") + ")" + name + join + description,
+                             "'\\''")
+                   << " \\\n";
+        }
+    }
+}
+
+void addZshCommand(std::ostringstream& script, const Reference& reference, const CommandEntry& command) {
+    script << "        " << command.name << ")\n            _arguments \\\n";
+    addZshOptions(script, optionsOf(reference, command), "                ");
+    for (std::size_t i = 0; i < command.positionals.size(); ++i) {
+        const OptionEntry& positional = command.positionals[i];
+        const bool repeats = positional.usage.find("...") != std::string::npos;
+        script << "                '" << (repeats ? "*" : std::to_string(i + 1)) << zshValue(positional)
+               << "' \\\n";
+    }
+    script << "            ;;\n";
+}
+
+// ---- fish
+
+std::string fishText(const std::string& text) {
+    return quoted(text, "\\'");
+}
+
+// Options of the program are offered with its commands, too.
+bool isCommon(const Reference& reference, const OptionEntry& option) {
+    const Options& common = reference.common.options;
+    return std::any_of(common.begin(), common.end(),
+                       [&](const OptionEntry& other) { return other.names == option.names; });
+}
+
+void addFishOption(std::ostringstream& script, const std::string& start, const OptionEntry& option) {
+    script << start;
+    for (const std::string& name : option.names) {
+        script << (name.starts_with("--") ? " -l " + name.substr(2) : " -s " + name.substr(1));
+    }
+    switch (option.kind) {
+        case ValueKind::none:
+            break;
+        case ValueKind::text:
+            script << " -x";
+            break;
+        case ValueKind::choice:
+            script << " -x -a '" << CLI::detail::join(option.choices, " ") << "'";
+            break;
+        case ValueKind::file:
+            script << " -r -F";
+            break;
+        case ValueKind::folder:
+            script << " -x -a '(__fish_complete_directories)'";
+            break;
+    }
+    script << " -d " << fishText(option.description) << '\n';
+}
+
+}  // namespace
+
+std::string bashCompletion(const Reference& reference) {
+    const std::string name = functionName(reference);
+    std::ostringstream script;
+    // clang-format off
+    script << heading(reference, "bash")
+           << name << "() {\n"
+              "    local current=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD - 1]}\n"
+              "    local command= word words= options= kind=\n"
+              "    # \"--option=value\" comes as three words.\n"
+              "    if [[ $current == = ]]; then current=; elif [[ $option == = ]]; then option=${COMP_WORDS[COMP_CWORD - 2]}; fi\n"
+              "    for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
+              "        case $word in " << words(reference.commands, " | ") << ") command=$word; break ;; esac\n"
+              "    done\n"
+              "    case $command:$option in\n";
+    // clang-format on
+    for (const CommandEntry& command : reference.commands) {
+        for (const OptionEntry& option : command.options) {
+            if (option.kind != ValueKind::none) addBashValue(script, command.name, option);
+        }
+    }
+    script << "        *)\n            case $command in\n";
+    addBashCommand(script, reference, reference.common);
+    for (const CommandEntry& command : reference.commands) addBashCommand(script, reference, command);
+    // clang-format off
+    script << "            esac\n"
+              "            if [[ $current == -* || ( -n $command && -z $kind ) ]]; then\n"
+              "                words=$options kind=\n"
+              "            elif [[ -z $command ]]; then\n"
+              "                words='" << words(reference.commands, " ") << "'\n"
+              "            fi ;;\n"
+              "    esac\n"
+              "    # Outside a completion, where there is nothing to set, the option fails.\n"
+              "    case $kind in\n"
+              "        file) compopt -o filenames 2>/dev/null; mapfile -t COMPREPLY < <(compgen -f -- \"$current\") ;;\n"
+              "        directory) compopt -o filenames 2>/dev/null; mapfile -t COMPREPLY < <(compgen -d -- \"$current\") ;;\n"
+              "        *) mapfile -t COMPREPLY < <(compgen -W \"$words\" -- \"$current\") ;;\n"
+              "    esac\n"
+              "}\n"
+              "complete -F " << name << ' ' << reference.program << '\n';
+    // clang-format on
+    return script.str();
+}
+
+std::string zshCompletion(const Reference& reference) {
+    const std::string name = functionName(reference);
+    std::ostringstream script;
+    script << "#compdef " << reference.program << '\n'
+           << heading(reference, "zsh") << name << "() {\n"
+           << "    local curcontext=$curcontext state line\n    local -A opt_args\n    local -a commands=(\n";
+    for (const CommandEntry& command : reference.commands) {
+        script << "        " << quoted(command.name + ":" + command.description, "'\\''") << '\n';
+    }
+    script << "    )\n    _arguments -C \\\n";
+    addZshOptions(script, reference.common.options, "        ");
+    script << "        '1: :->command' '*:: :->argument'\n"
+              "    case $state in\n"
+              "        command) _describe command commands; return ;;\n"
+              "        argument) ;;\n"
+              "        *) return ;;\n"
+              "    esac\n"
+              "    case $line[1] in\n";
+    for (const CommandEntry& command : reference.commands) addZshCommand(script, reference, command);
+    script << "    esac\n}\n" << name << " \"$@\"\n";
+    return script.str();
+}
+
+std::string fishCompletion(const Reference& reference) {
+    std::ostringstream script;
+    const std::string start = "complete -c " + reference.program;
+    script << heading(reference, "fish") << start << " -f\n";
+    for (const OptionEntry& option : reference.common.options) addFishOption(script, start, option);
+    for (const CommandEntry& command : reference.commands) {
+        script << start << " -n __fish_use_subcommand -a " << command.name << " -d "
+               << fishText(command.description) << '\n';
+        const std::string seen = start + " -n '__fish_seen_subcommand_from " + command.name + "'";
+        for (const OptionEntry& option : command.options) {
+            if (!isCommon(reference, option)) addFishOption(script, seen, option);
+        }
+        if (!command.positionals.empty()) script << seen << " -F\n";
+    }
+    return script.str();
+}
+
+}  // namespace tools
