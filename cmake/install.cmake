@@ -38,6 +38,8 @@ function(install_package)
         set(SOURCE ${PROJECT_SOURCE_DIR})
         set(DESTINATION \"\${CMAKE_INSTALL_PREFIX}/${EMDISK_HEADERS}\")
         include(${PROJECT_SOURCE_DIR}/cmake/install_headers.cmake)")
+    install(FILES ${PROJECT_SOURCE_DIR}/docs/api.md
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/doc/emergency-disk)
     install(EXPORT emergency_disk NAMESPACE emergency_disk:: DESTINATION ${EMDISK_PACKAGE}
         FILE emergency_diskConfig.cmake)
     write_basic_package_version_file(emergency_diskConfigVersion.cmake COMPATIBILITY SameMajorVersion)
