@@ -205,11 +205,11 @@ TEST_F(CachedFile, tellsAtTheCloseWhatFoundNoPlaceUnlessThatWasMadeBefore) {
             const SizeLimit limit(1000);
             EXPECT_TRUE(write(file, std::string(900, 'a')) && write(file, std::string(900, 'b')));
             EXPECT_FALSE(FlushFileBuffers(file));
-            EXPECT_NE(GetLastError(), DWORD{NO_ERROR});
+            EXPECT_NE(GetLastError(), NO_ERROR);
             EXPECT_FALSE(write(file, std::string(5000, 'c'))) << "a transfer overtook what was kept";
             if (!madeRoom) {
                 EXPECT_FALSE(CloseHandle(file));
-                EXPECT_NE(GetLastError(), DWORD{NO_ERROR});
+                EXPECT_NE(GetLastError(), NO_ERROR);
             }
         }
         if (madeRoom) {

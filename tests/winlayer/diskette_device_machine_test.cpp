@@ -55,7 +55,7 @@ struct Registers {
 struct Service {
     explicit Service(DWORD code, Registers in) {
         DeviceHandle device("\\\\.\\VWIN32");
-        EXPECT_EQ(device.error, DWORD{NO_ERROR});
+        EXPECT_EQ(device.error, NO_ERROR);
         in.flags |= 1;
         command = device.control(code, &in, sizeof in, &out, sizeof out);
     }
@@ -113,7 +113,7 @@ TEST(DisketteDevice, TheMediaTypesAreThoseOfTheDrive) {
     };
     DisketteMachine diskette;
     DeviceHandle device("\\\\.\\A:");
-    ASSERT_EQ(ask(device, media, 0x3000), DWORD{NO_ERROR});
+    ASSERT_EQ(ask(device, media, 0x3000), NO_ERROR);
     ASSERT_EQ(device.count, 48U);
     EXPECT_EQ(shape(0), high);
     EXPECT_EQ(shape(1), low);
@@ -121,18 +121,18 @@ TEST(DisketteDevice, TheMediaTypesAreThoseOfTheDrive) {
     EXPECT_EQ(device.count, 24U);
     EXPECT_EQ(ask(device, media, 23), ERROR_INSUFFICIENT_BUFFER);
     types[0] = {};
-    ASSERT_EQ(ask(device, geometry, 24), DWORD{NO_ERROR});
+    ASSERT_EQ(ask(device, geometry, 24), NO_ERROR);
     EXPECT_EQ(shape(0), high);
     EXPECT_EQ(ask(device, geometry, 23), ERROR_INSUFFICIENT_BUFFER);
     EXPECT_EQ(ask(device, 0x70004, 24), ERROR_INVALID_FUNCTION);
 
     DisketteMachine small(WindowsVersion::Windows2000, winlayer::sectors720);
     DeviceHandle smallMedium("\\\\.\\A:");
-    ASSERT_EQ(ask(smallMedium, geometry, 24), DWORD{NO_ERROR});
+    ASSERT_EQ(ask(smallMedium, geometry, 24), NO_ERROR);
     EXPECT_EQ(shape(0), low);
     small.drive().setState(stateNamed("720k"));
     types[0] = {};
-    ASSERT_EQ(ask(smallMedium, media, 0x3000), DWORD{NO_ERROR});
+    ASSERT_EQ(ask(smallMedium, media, 0x3000), NO_ERROR);
     EXPECT_EQ(smallMedium.count, 24U);
     EXPECT_EQ(shape(0), low);
 }
@@ -142,14 +142,14 @@ TEST(DisketteDevice, TransfersAreWholeSectorsUpToTheEnd) {
     DeviceHandle device("\\\\.\\A:");
     Bytes two(1024, std::byte{7});
     const DWORD last = 2879 * 512;
-    EXPECT_EQ(device.write(last - 512, two), DWORD{NO_ERROR});
+    EXPECT_EQ(device.write(last - 512, two), NO_ERROR);
     EXPECT_EQ(sectorOf(diskette, 2879), Bytes(512, std::byte{7}));
     EXPECT_EQ(device.write(last, Bytes(1024)), ERROR_SECTOR_NOT_FOUND);
     EXPECT_EQ(device.count, 0U);
     EXPECT_EQ(sectorOf(diskette, 2879), Bytes(512, std::byte{7})) << "a refused write moves nothing";
-    EXPECT_EQ(device.read(last, two), DWORD{NO_ERROR});
+    EXPECT_EQ(device.read(last, two), NO_ERROR);
     EXPECT_EQ(device.count, 512U);
-    EXPECT_EQ(device.read(last + 512, two), DWORD{NO_ERROR});
+    EXPECT_EQ(device.read(last + 512, two), NO_ERROR);
     EXPECT_EQ(device.count, 0U);
     EXPECT_EQ(device.read(100, two), ERROR_INVALID_PARAMETER);
     Bytes odd(700);
@@ -163,31 +163,31 @@ TEST(DisketteDevice, TransfersAreWholeSectorsUpToTheEnd) {
 TEST(DisketteDevice, FilesAndDeviceSeeTheSameBytes) {
     DisketteMachine diskette;
     DeviceHandle device("\\\\.\\A:");
-    ASSERT_EQ(writeWhole(diskette.drive(), "F", "before"), DWORD{NO_ERROR});
+    ASSERT_EQ(writeWhole(diskette.drive(), "F", "before"), NO_ERROR);
     Bytes data = sectorOf(diskette, 33);
     EXPECT_EQ(static_cast<char>(data[0]), 'b');
     data[0] = std::byte{'B'};
-    ASSERT_EQ(device.write(33 * 512, data), DWORD{NO_ERROR});
+    ASSERT_EQ(device.write(33 * 512, data), NO_ERROR);
     EXPECT_EQ(contentOf(diskette.drive(), "F"), "Before");
 
     const TestFile open = openFile(diskette.drive(), "F", OPEN_EXISTING);
     Bytes boot = sectorOf(diskette, 0);
     boot[0x27] = std::byte{0xAB};  // the serial number
-    ASSERT_EQ(device.write(0, boot), DWORD{NO_ERROR});
+    ASSERT_EQ(device.write(0, boot), NO_ERROR);
     winlayer::VolumeFacts volume;
-    ASSERT_EQ(diskette.drive().volume(volume), DWORD{NO_ERROR});
+    ASSERT_EQ(diskette.drive().volume(volume), NO_ERROR);
     EXPECT_EQ(volume.serial, (DisketteMachine::serial & 0xFFFFFF00) | 0xAB);
-    EXPECT_EQ(open->write(0, bytesOf("x")).error, DWORD{NO_ERROR}) << "the volume is still the same";
+    EXPECT_EQ(open->write(0, bytesOf("x")).error, NO_ERROR) << "the volume is still the same";
 
     Bytes root = sectorOf(diskette, 19);
     root[0] = std::byte{'G'};
-    ASSERT_EQ(device.write(19 * 512, root), DWORD{NO_ERROR});
+    ASSERT_EQ(device.write(19 * 512, root), NO_ERROR);
     EXPECT_EQ(namesIn(diskette.drive(), ""), std::vector<std::string>{"G"});
 
-    ASSERT_EQ(device.write(0, Bytes(512)), DWORD{NO_ERROR});
+    ASSERT_EQ(device.write(0, Bytes(512)), NO_ERROR);
     EXPECT_EQ(namesIn(diskette.drive(), ""), std::vector<std::string>{"error 1005"});
     EXPECT_EQ(open->write(0, bytesOf("x")).error, ERROR_FILE_INVALID);
-    ASSERT_EQ(device.write(0, boot), DWORD{NO_ERROR});
+    ASSERT_EQ(device.write(0, boot), NO_ERROR);
     EXPECT_EQ(namesIn(diskette.drive(), ""), std::vector<std::string>{"G"});
 }
 
@@ -217,7 +217,7 @@ TEST(DisketteDevice, EachStateFailsWhatItShould) {
     for (const Row& row : rows) {
         SCOPED_TRACE(row.state);
         DisketteMachine diskette;
-        ASSERT_EQ(writeWhole(diskette.drive(), "F", "f"), DWORD{NO_ERROR});
+        ASSERT_EQ(writeWhole(diskette.drive(), "F", "f"), NO_ERROR);
         const Bytes before = sectorOf(diskette, 40);
         diskette.drive().setState(stateNamed(row.state));
         Bytes buffer(512, std::byte{9});
@@ -277,7 +277,7 @@ TEST(DisketteDevice, AFaultLastsAsOftenAsItIsTold) {
     diskette.drive().setState(state);
     Bytes track(18 * 512);
     EXPECT_EQ(diskette.drive().readSectors(0, track), ERROR_SECTOR_NOT_FOUND);
-    EXPECT_EQ(diskette.drive().readSectors(0, track), DWORD{NO_ERROR});
+    EXPECT_EQ(diskette.drive().readSectors(0, track), NO_ERROR);
 }
 
 TEST(Vwin32, GivesTheParametersOfTheDrive) {
@@ -290,7 +290,7 @@ TEST(Vwin32, GivesTheParametersOfTheDrive) {
         return Service(1, {drive, PtrToUlong(block.data()), 0x0800 | minor, 0x440D, 0, 0, 0});
     };
     const Service asked = ask(1);
-    EXPECT_EQ(asked.command, DWORD{NO_ERROR});
+    EXPECT_EQ(asked.command, NO_ERROR);
     EXPECT_FALSE(asked.carry());
     const std::array<BYTE, 32> expected{0,  7, 2, 0, 80, 0, 0,  // the drive
                                         0,  2, 1, 1, 0,  2, 224, 0, 0x40, 0x0B, 0xF0, 9,
@@ -342,7 +342,7 @@ TEST(Vwin32, ReadsAndWritesSectors) {
 // What the service cannot even try fails the command, and the registers stay as they were.
 TEST(Vwin32, RefusesWhatIsNoService) {
     DisketteMachine diskette(WindowsVersion::Windows95);
-    EXPECT_NE(DeviceHandle("\\\\.\\A:").error, DWORD{NO_ERROR});
+    EXPECT_NE(DeviceHandle("\\\\.\\A:").error, NO_ERROR);
     DeviceHandle device("\\\\.\\VWIN32");
     Registers in{};
     Registers out{1, 2, 3, 4, 5, 6, 7};
@@ -353,8 +353,8 @@ TEST(Vwin32, RefusesWhatIsNoService) {
     EXPECT_EQ(device.control(3, &in, 28, &out, 28), ERROR_INVALID_PARAMETER) << "an address from nowhere";
     EXPECT_EQ(out.edx, 2U);
     in.ecx = 1;
-    EXPECT_EQ(device.control(3, &in, 28, &out, 28), DWORD{NO_ERROR});
+    EXPECT_EQ(device.control(3, &in, 28, &out, 28), NO_ERROR);
     EXPECT_EQ(out.eax & 0xFFFF, 0x0207U) << "only packets";
     diskette.machine().version = WindowsVersion::XP;
-    EXPECT_NE(DeviceHandle("\\\\.\\VWIN32").error, DWORD{NO_ERROR});
+    EXPECT_NE(DeviceHandle("\\\\.\\VWIN32").error, NO_ERROR);
 }

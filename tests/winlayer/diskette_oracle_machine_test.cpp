@@ -130,7 +130,7 @@ TEST(DisketteOracle, WhatThisDriveWritesOthersRead) {
         SCOPED_TRACE("DISKETTE_VOLUMES=1 DISKETTE_SEED=" + std::to_string(firstSeed + i));
         RandomVolume volume(firstSeed + i);
         volume.work(40 + i % 200);
-        ASSERT_EQ(volume.drive().settle(), DWORD{NO_ERROR});
+        ASSERT_EQ(volume.drive().settle(), NO_ERROR);
         expectSame(pictureOf(volume.drive()), volume.picture());
         readOutside(volume);
         if (HasFailure()) {
@@ -162,10 +162,10 @@ TEST(DisketteOracle, WhatOthersWriteThisDriveReads) {
         ASSERT_EQ(runTool({"mattrib", "+r", "+h", "-a", "-i", image, "::/b.txt"}).status, 0);
 
         std::unique_ptr<winlayer::SectorStore> store;
-        ASSERT_EQ(winlayer::openImage(image, store), DWORD{NO_ERROR});
+        ASSERT_EQ(winlayer::openImage(image, store), NO_ERROR);
         const auto drive = DisketteDrive::make(std::move(store));
         winlayer::VolumeFacts volume;
-        ASSERT_EQ(drive->volume(volume), DWORD{NO_ERROR});
+        ASSERT_EQ(drive->volume(volume), NO_ERROR);
         EXPECT_EQ(volume.label, "MADE");
         const RandomVolume::Picture picture = pictureOf(*drive);
         ASSERT_EQ(picture.size(), 8U);
@@ -178,9 +178,9 @@ TEST(DisketteOracle, WhatOthersWriteThisDriveReads) {
         EXPECT_EQ(picture.at("ZWEITE~1.TEX").content, std::string(4321, 'Z'));
 
         // A long name's entries go with their file; others find the directory sound afterwards.
-        EXPECT_EQ(drive->removeFile("sub\\anamet~1.tex"), DWORD{NO_ERROR});
-        EXPECT_EQ(drive->removeFile("zweite~1.tex"), DWORD{NO_ERROR});
-        EXPECT_EQ(writeWhole(*drive, "new.txt", "new"), DWORD{NO_ERROR});
+        EXPECT_EQ(drive->removeFile("sub\\anamet~1.tex"), NO_ERROR);
+        EXPECT_EQ(drive->removeFile("zweite~1.tex"), NO_ERROR);
+        EXPECT_EQ(writeWhole(*drive, "new.txt", "new"), NO_ERROR);
         expectSound(image, "");
         const std::string listing = runTool({"mdir", "-/", "-a", "-b", "-i", image, "::"}).output;
         EXPECT_EQ(

@@ -6,8 +6,6 @@
 #include <sys/xattr.h>
 
 #include <array>
-#include <filesystem>
-#include <fstream>
 #include <string>
 
 #include "support/expect_fails.h"
@@ -47,7 +45,7 @@ TEST_F(FileRules, refuseToWriteAReadOnlyFile) {
     const std::string path = folder_.file("a.txt", "kept");
     ASSERT_TRUE(SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_READONLY));
     for (const DWORD disposition : {OPEN_EXISTING, OPEN_ALWAYS, CREATE_ALWAYS, TRUNCATE_EXISTING}) {
-        EXPECT_EQ(errorOfOpen(path, GENERIC_WRITE, disposition), DWORD{ERROR_ACCESS_DENIED}) << disposition;
+        EXPECT_FAILS(openPath(path, GENERIC_WRITE, disposition), ERROR_ACCESS_DENIED) << disposition;
     }
     EXPECT_EQ(errorOfOpen(path), DWORD{0});
     EXPECT_EQ(readFile(path), "kept");
@@ -58,7 +56,7 @@ TEST_F(FileRules, letAHiddenFileBeOverwrittenOnlyByName) {
     const std::string path = folder_.file("a.txt", "kept");
     ASSERT_TRUE(SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
     for (const DWORD named : {FILE_ATTRIBUTE_NORMAL, FILE_ATTRIBUTE_HIDDEN}) {
-        EXPECT_EQ(errorOfOpen(path, GENERIC_WRITE, CREATE_ALWAYS, named), DWORD{ERROR_ACCESS_DENIED});
+        EXPECT_FAILS(openPath(path, GENERIC_WRITE, CREATE_ALWAYS, named), ERROR_ACCESS_DENIED);
     }
     EXPECT_EQ(readFile(path), "kept");
     EXPECT_EQ(errorOfOpen(path, GENERIC_WRITE, CREATE_ALWAYS, FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM),
@@ -71,14 +69,13 @@ TEST_F(FileRules, letAHiddenFileBeOverwrittenOnlyByName) {
 TEST_F(FileRules, keepAttributes) {
     const std::string file = folder_.file(".profile");
     const std::string directory = folder_.directory("d");
-    EXPECT_EQ(GetFileAttributesA(file.c_str()), DWORD{FILE_ATTRIBUTE_ARCHIVE})
-        << "a dot in front tells nothing";
-    EXPECT_EQ(GetFileAttributesA(directory.c_str()), DWORD{FILE_ATTRIBUTE_DIRECTORY});
+    EXPECT_EQ(GetFileAttributesA(file.c_str()), FILE_ATTRIBUTE_ARCHIVE) << "a dot in front tells nothing";
+    EXPECT_EQ(GetFileAttributesA(directory.c_str()), FILE_ATTRIBUTE_DIRECTORY);
     for (DWORD bits = 0; bits < 0x40; ++bits) {
         const DWORD kept = bits & 0x27;
         SCOPED_TRACE(kept);
         EXPECT_TRUE(SetFileAttributesA(file.c_str(), kept == 0 ? FILE_ATTRIBUTE_NORMAL : kept));
-        EXPECT_EQ(GetFileAttributesA(file.c_str()), kept == 0 ? DWORD{FILE_ATTRIBUTE_NORMAL} : kept);
+        EXPECT_EQ(GetFileAttributesA(file.c_str()), kept == 0 ? FILE_ATTRIBUTE_NORMAL : kept);
         EXPECT_TRUE(SetFileAttributesA(directory.c_str(), kept));
         EXPECT_EQ(GetFileAttributesA(directory.c_str()), FILE_ATTRIBUTE_DIRECTORY | kept);
     }
@@ -103,27 +100,27 @@ TEST_F(FileRules, keepAttributesWhereOthersFindThem) {
     EXPECT_EQ(GetFileAttributesA(path.c_str()), DWORD{0x22});
     store("a.txt", std::string("0x21\0", 5));
     EXPECT_EQ(GetFileAttributesA(path.c_str()), DWORD{0x21});
-    EXPECT_EQ(errorOfOpen(path, GENERIC_WRITE, OPEN_EXISTING), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_FAILS(openPath(path, GENERIC_WRITE, OPEN_EXISTING), ERROR_ACCESS_DENIED);
     for (const char* foreign : {"", "rubbish", "0x", "22"}) {
         store("a.txt", foreign);
-        EXPECT_EQ(GetFileAttributesA(path.c_str()), DWORD{FILE_ATTRIBUTE_ARCHIVE}) << foreign;
+        EXPECT_EQ(GetFileAttributesA(path.c_str()), FILE_ATTRIBUTE_ARCHIVE) << foreign;
     }
     SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL);
-    EXPECT_EQ(GetFileAttributesA(path.c_str()), DWORD{FILE_ATTRIBUTE_NORMAL});
+    EXPECT_EQ(GetFileAttributesA(path.c_str()), FILE_ATTRIBUTE_NORMAL);
 }
 
 // The null file system of the kernel keeps no extended attributes: /proc serves as one that cannot be written
 // at all.
 TEST_F(FileRules, claimOnlyWhatIsKept) {
     machine_->drives.mountFolder('P', "/proc");
-    EXPECT_EQ(GetFileAttributesA("P:\\version") & FILE_ATTRIBUTE_READONLY, DWORD{FILE_ATTRIBUTE_READONLY});
+    EXPECT_EQ(GetFileAttributesA("P:\\version") & FILE_ATTRIBUTE_READONLY, FILE_ATTRIBUTE_READONLY);
     EXPECT_NE(errorOf(SetFileAttributesA("P:\\self\\status", FILE_ATTRIBUTE_HIDDEN)), DWORD{0});
 }
 
 TEST_F(FileRules, refuseAFilesNameThatEndsLikeADirectorys) {
     folder_.file("a");
-    EXPECT_EQ(errorOfOpen(folder_ / "a\\"), DWORD{ERROR_INVALID_NAME});
-    EXPECT_EQ(errorOfOpen(folder_ / "b\\", GENERIC_WRITE, CREATE_NEW), DWORD{ERROR_INVALID_NAME});
+    EXPECT_FAILS(openPath(folder_ / "a\\"), ERROR_INVALID_NAME);
+    EXPECT_FAILS(openPath(folder_ / "b\\", GENERIC_WRITE, CREATE_NEW), ERROR_INVALID_NAME);
     EXPECT_FAILS(DeleteFileA((folder_ / "a/").c_str()), ERROR_INVALID_NAME);
     EXPECT_TRUE(exists(folder_ / "a"));
     WIN32_FIND_DATAA data;
@@ -150,11 +147,11 @@ TEST_F(FileRules, countDeletionAsAnAccess) {
     const std::string path = folder_.file("a");
     const DWORD share = FILE_SHARE_READ | FILE_SHARE_WRITE;
     HANDLE file = openPath(path);
-    EXPECT_EQ(errorOfOpen(path, GENERIC_READ, OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE),
-              DWORD{ERROR_SHARING_VIOLATION});
+    EXPECT_FAILS(openPath(path, GENERIC_READ, OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE),
+                 ERROR_SHARING_VIOLATION);
     CloseHandle(file);
     file = openPath(path, GENERIC_READ, OPEN_EXISTING, FILE_FLAG_DELETE_ON_CLOSE, share | FILE_SHARE_DELETE);
-    EXPECT_EQ(errorOfOpen(path), DWORD{ERROR_SHARING_VIOLATION});
+    EXPECT_FAILS(openPath(path), ERROR_SHARING_VIOLATION);
     CloseHandle(file);
     EXPECT_FALSE(exists(path));
 }
@@ -175,7 +172,7 @@ TEST_F(FileRules, spellEachElementOfALongNameAsItIsStored) {
     EXPECT_EQ(pathName(GetShortPathNameA, path), path);
     EXPECT_EQ(pathName(GetLongPathNameA, pathName(GetShortPathNameA, given)), longName) << "the same file";
     EXPECT_EQ(pathName(GetLongPathNameA, folder_ / "none"), "");
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
     char small = '#';
     EXPECT_EQ(GetLongPathNameA(given.c_str(), &small, 1), longName.size() + 1);
     EXPECT_EQ(small, '#');

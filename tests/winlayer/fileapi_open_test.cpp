@@ -55,20 +55,19 @@ TEST(CreateFile, followsItsDisposition) {
 TEST(CreateFile, tellsAMissingFileFromAMissingDirectory) {
     const TempFolder folder;
     folder.file("plain");
-    EXPECT_EQ(errorOfOpen(folder / "none"), DWORD{ERROR_FILE_NOT_FOUND});
-    EXPECT_EQ(errorOfOpen(folder / "none\\a"), DWORD{ERROR_PATH_NOT_FOUND});
-    EXPECT_EQ(errorOfOpen(folder / "none\\a", GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_PATH_NOT_FOUND});
-    EXPECT_EQ(errorOfOpen(folder / "plain\\a", GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_PATH_NOT_FOUND});
-    EXPECT_EQ(errorOfOpen(""), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_FAILS(openPath(folder / "none"), ERROR_FILE_NOT_FOUND);
+    EXPECT_FAILS(openPath(folder / "none\\a"), ERROR_PATH_NOT_FOUND);
+    EXPECT_FAILS(openPath(folder / "none\\a", GENERIC_WRITE, CREATE_ALWAYS), ERROR_PATH_NOT_FOUND);
+    EXPECT_FAILS(openPath(folder / "plain\\a", GENERIC_WRITE, CREATE_ALWAYS), ERROR_PATH_NOT_FOUND);
+    EXPECT_FAILS(openPath(""), ERROR_PATH_NOT_FOUND);
 }
 
 TEST(CreateFile, refusesDirectoriesAndImpossibleNames) {
     const TempFolder folder;
-    EXPECT_EQ(errorOfOpen(folder.path()), DWORD{ERROR_ACCESS_DENIED});
-    EXPECT_EQ(errorOfOpen(folder.path(), GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_FAILS(openPath(folder.path()), ERROR_ACCESS_DENIED);
+    EXPECT_FAILS(openPath(folder.path(), GENERIC_WRITE, CREATE_ALWAYS), ERROR_ACCESS_DENIED);
     for (const std::string name : {"a?", "a*b", "a<b", "a>b", "a|b", "a\"b", "a\001b"}) {
-        EXPECT_EQ(errorOfOpen(folder / name, GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_INVALID_NAME})
-            << name;
+        EXPECT_FAILS(openPath(folder / name, GENERIC_WRITE, CREATE_ALWAYS), ERROR_INVALID_NAME) << name;
     }
     WIN32_FIND_DATAA data;
     EXPECT_EQ(FindFirstFileA((folder / "a*").c_str(), &data), INVALID_HANDLE_VALUE);
@@ -119,9 +118,8 @@ TEST(CreateFile, countsTheOpenThatMadeTheFile) {
     ASSERT_NE(maker, INVALID_HANDLE_VALUE);
     DWORD count = 0;
     EXPECT_TRUE(WriteFile(maker, "kept", 4, &count, nullptr));
-    EXPECT_EQ(errorOfOpen(path, GENERIC_READ, OPEN_EXISTING, 0, FILE_SHARE_READ),
-              DWORD{ERROR_SHARING_VIOLATION});
-    EXPECT_EQ(errorOfOpen(path, GENERIC_WRITE, CREATE_ALWAYS), DWORD{ERROR_SHARING_VIOLATION});
+    EXPECT_FAILS(openPath(path, GENERIC_READ, OPEN_EXISTING, 0, FILE_SHARE_READ), ERROR_SHARING_VIOLATION);
+    EXPECT_FAILS(openPath(path, GENERIC_WRITE, CREATE_ALWAYS), ERROR_SHARING_VIOLATION);
     EXPECT_EQ(readFile(path), "kept") << "a refused open truncates nothing";
     EXPECT_FAILS(DeleteFileA(path.c_str()), ERROR_SHARING_VIOLATION);
     CloseHandle(maker);
@@ -152,7 +150,7 @@ TEST(CreateFile, findsNamesWithoutCase) {
     folder.directory("Sub");
     folder.file("Sub\\ReadMe.TXT", "old");
     EXPECT_EQ(readFile(folder / "SUB\\readme.txt"), "old");
-    EXPECT_EQ(errorOfOpen(folder / "sub\\README.txt", GENERIC_WRITE, CREATE_NEW), DWORD{ERROR_FILE_EXISTS});
+    EXPECT_FAILS(openPath(folder / "sub\\README.txt", GENERIC_WRITE, CREATE_NEW), ERROR_FILE_EXISTS);
     writeFile(folder / "sub\\README.txt", "new");
     EXPECT_EQ(readFile(folder / "Sub\\ReadMe.TXT"), "new");
     writeFile(folder / "sUB\\Other", "");
@@ -176,8 +174,8 @@ TEST(CreateFile, deletesOnTheLastClose) {
 }
 
 TEST(CreateFile, refusesTheRawDeviceThatIsNotThere) {
-    EXPECT_EQ(errorOfOpen("\\\\.\\PHYSICALDRIVE99"), DWORD{ERROR_FILE_NOT_FOUND});
-    EXPECT_EQ(errorOfOpen("\\\\.\\VWIN32"), DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_FAILS(openPath("\\\\.\\PHYSICALDRIVE99"), ERROR_FILE_NOT_FOUND);
+    EXPECT_FAILS(openPath("\\\\.\\VWIN32"), ERROR_FILE_NOT_FOUND);
 }
 
 }  // namespace

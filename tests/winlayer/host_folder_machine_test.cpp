@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <array>
 #include <filesystem>
@@ -58,7 +57,7 @@ TEST_F(HostFolderTest, seesWhatOthersDoBetweenTwoCalls) {
         const std::string number = std::to_string(round);
         writeFile("H:\\own" + number, "");
         put("Other" + number, "theirs");
-        EXPECT_EQ(errorOfOpen("H:\\OTHER" + number, GENERIC_WRITE, CREATE_NEW), DWORD{ERROR_FILE_EXISTS});
+        EXPECT_FAILS(openPath("H:\\OTHER" + number, GENERIC_WRITE, CREATE_NEW), ERROR_FILE_EXISTS);
         fs::rename(host_ / ("Other" + number), host_ / ("Moved" + number));
         EXPECT_EQ(readFile("H:\\MOVED" + number), "theirs");
         fs::remove(host_ / ("Moved" + number));
@@ -66,10 +65,10 @@ TEST_F(HostFolderTest, seesWhatOthersDoBetweenTwoCalls) {
         EXPECT_TRUE(fs::exists(host_ / ("MOVED" + number)));
     }
     fs::remove_all(host_.path());
-    EXPECT_EQ(errorOfOpen("H:\\new", GENERIC_WRITE, CREATE_NEW), DWORD{ERROR_PATH_NOT_FOUND});
+    EXPECT_FAILS(openPath("H:\\new", GENERIC_WRITE, CREATE_NEW), ERROR_PATH_NOT_FOUND);
     fs::create_directory(host_.path());
     put("New");
-    EXPECT_EQ(errorOfOpen("H:\\new", GENERIC_WRITE, CREATE_NEW), DWORD{ERROR_FILE_EXISTS});
+    EXPECT_FAILS(openPath("H:\\new", GENERIC_WRITE, CREATE_NEW), ERROR_FILE_EXISTS);
 }
 
 TEST_F(HostFolderTest, speaksTheCodePageOnTheWindowsSide) {
@@ -104,10 +103,10 @@ TEST_F(HostFolderTest, failsAListingThatCouldNotBeWhole) {
         put(row.name);
         EXPECT_EQ(errorOfFind("H:\\*"), row.error) << row.name;
         EXPECT_EQ(errorOfFind("H:\\*.txt"), row.error) << row.name;
-        EXPECT_EQ(errorOfFind("H:\\plain"), DWORD{ERROR_NO_MORE_FILES}) << "a name needs no listing";
+        EXPECT_EQ(errorOfFind("H:\\plain"), ERROR_NO_MORE_FILES) << "a name needs no listing";
         fs::remove(host_ / row.name);
     }
-    EXPECT_EQ(errorOfFind("H:\\*"), DWORD{ERROR_NO_MORE_FILES});
+    EXPECT_EQ(errorOfFind("H:\\*"), ERROR_NO_MORE_FILES);
 }
 
 TEST_F(HostFolderTest, listsInTheOrderOfNamesWithoutCase) {
@@ -140,14 +139,14 @@ TEST_F(HostFolderTest, followsLinksButNotInCircles) {
     EXPECT_EQ(readFile("H:\\short\\a.txt"), "through");
     EXPECT_EQ(namesFound("H:\\*"), (Names{"real", "short"}));
     EXPECT_EQ(namesFound("H:\\short\\*"), (Names{".", "..", "a.txt"}));
-    EXPECT_EQ(GetFileAttributesA("H:\\short"), DWORD{FILE_ATTRIBUTE_DIRECTORY});
+    EXPECT_EQ(GetFileAttributesA("H:\\short"), FILE_ATTRIBUTE_DIRECTORY);
 
     fs::create_symlink("..", host_ / "real/inner/up");
-    EXPECT_EQ(errorOfFind("H:\\real\\inner\\*"), DWORD{ERROR_CANT_RESOLVE_FILENAME});
-    EXPECT_EQ(errorOfFind("H:\\short\\*"), DWORD{ERROR_NO_MORE_FILES}) << "there it leads to a new place";
-    EXPECT_EQ(errorOfFind("H:\\short\\up\\inner\\*"), DWORD{ERROR_CANT_RESOLVE_FILENAME});
+    EXPECT_EQ(errorOfFind("H:\\real\\inner\\*"), ERROR_CANT_RESOLVE_FILENAME);
+    EXPECT_EQ(errorOfFind("H:\\short\\*"), ERROR_NO_MORE_FILES) << "there it leads to a new place";
+    EXPECT_EQ(errorOfFind("H:\\short\\up\\inner\\*"), ERROR_CANT_RESOLVE_FILENAME);
     fs::create_symlink("self", host_ / "real/self");
-    EXPECT_EQ(errorOfOpen("H:\\real\\self"), DWORD{ERROR_CANT_RESOLVE_FILENAME});
+    EXPECT_FAILS(openPath("H:\\real\\self"), ERROR_CANT_RESOLVE_FILENAME);
 }
 
 TEST_F(HostFolderTest, removesALinkAndNotWhatItLeadsTo) {
@@ -158,7 +157,7 @@ TEST_F(HostFolderTest, removesALinkAndNotWhatItLeadsTo) {
     fs::create_symlink("nowhere", host_ / "dangling");
     EXPECT_TRUE(RemoveDirectoryA("H:\\directory-link"));
     EXPECT_TRUE(DeleteFileA("H:\\file-link"));
-    EXPECT_EQ(errorOfOpen("H:\\dangling"), DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_FAILS(openPath("H:\\dangling"), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(namesFound("H:\\*"), (Names{"dangling", "file", "real"}));
     EXPECT_TRUE(DeleteFileA("H:\\dangling"));
     EXPECT_EQ(readFile("H:\\file"), "kept");
@@ -171,11 +170,11 @@ TEST_F(HostFolderTest, opensNeitherPipesNorDevices) {
     fs::create_symlink("/dev/zero", host_ / "zero");
     for (const DWORD disposition : {OPEN_EXISTING, OPEN_ALWAYS, CREATE_ALWAYS, TRUNCATE_EXISTING}) {
         for (const DWORD access : {GENERIC_WRITE, GENERIC_READ | GENERIC_WRITE}) {
-            EXPECT_EQ(errorOfOpen("H:\\pipe", access, disposition), DWORD{ERROR_ACCESS_DENIED});
-            EXPECT_EQ(errorOfOpen("H:\\zero", access, disposition), DWORD{ERROR_ACCESS_DENIED});
+            EXPECT_FAILS(openPath("H:\\pipe", access, disposition), ERROR_ACCESS_DENIED);
+            EXPECT_FAILS(openPath("H:\\zero", access, disposition), ERROR_ACCESS_DENIED);
         }
     }
-    EXPECT_EQ(errorOfOpen("H:\\pipe"), DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_FAILS(openPath("H:\\pipe"), ERROR_ACCESS_DENIED);
     WIN32_FIND_DATAA data;
     FindClose(FindFirstFileA("H:\\pipe", &data));
     EXPECT_EQ(data.nFileSizeLow, DWORD{0});
@@ -206,7 +205,7 @@ TEST(PrivateDrive, IsNotMadeForALookForWhatItCannotHave) {
     }
     EXPECT_FALSE(made());
     EXPECT_FAILS(GetFileAttributesA("C:\\none\\none.dll"), ERROR_PATH_NOT_FOUND);
-    EXPECT_EQ(GetFileAttributesA("C:\\WINDOWS\\temp"), DWORD{FILE_ATTRIBUTE_DIRECTORY});
+    EXPECT_EQ(GetFileAttributesA("C:\\WINDOWS\\temp"), FILE_ATTRIBUTE_DIRECTORY);
     EXPECT_TRUE(made());
     EXPECT_EQ(GetFileAttributesA("C:\\none.dll"), INVALID_FILE_ATTRIBUTES);
 }
@@ -220,7 +219,7 @@ TEST_F(HostFolderTest, hasNoLabelAndNoRawDevice) {
     EXPECT_FAILS(GetVolumeInformationA("H:\\", nullptr, 0, nullptr, nullptr, nullptr, fileSystem.data(), 2),
                  ERROR_MORE_DATA);
     EXPECT_FAILS(SetVolumeLabelA("H:\\", "LABEL"), ERROR_NOT_SUPPORTED);
-    EXPECT_EQ(errorOfOpen("\\\\.\\H:"), DWORD{ERROR_FILE_NOT_FOUND});
+    EXPECT_FAILS(openPath("\\\\.\\H:"), ERROR_FILE_NOT_FOUND);
 }
 
 }  // namespace

@@ -55,7 +55,7 @@ TEST(ModulesMachine, TheProgramKnowsItsPath) {
     EXPECT_EQ(GetLastError(), 7u);
     machine->version = WindowsVersion::Later;
     EXPECT_EQ(GetModuleFileNameA(nullptr, buffer, length), length);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_INSUFFICIENT_BUFFER});
+    EXPECT_EQ(GetLastError(), ERROR_INSUFFICIENT_BUFFER);
     EXPECT_EQ(std::string(buffer), path.substr(0, length - 1));
 }
 
@@ -82,12 +82,12 @@ TEST(ModulesMachine, MessagesOfAModuleComeBeforeTheSystems) {
                               nullptr);
     };
     EXPECT_EQ(message(0, 5), 0u);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_RESOURCE_TYPE_NOT_FOUND});
+    EXPECT_EQ(GetLastError(), ERROR_RESOURCE_TYPE_NOT_FOUND);
     machine->modules.addMessage(module, 5, "five");
     EXPECT_EQ(message(FORMAT_MESSAGE_FROM_SYSTEM, 5), 4u);
     EXPECT_STREQ(buffer, "five");
     EXPECT_EQ(message(0, 6), 0u);
-    EXPECT_EQ(GetLastError(), DWORD{ERROR_MR_MID_NOT_FOUND});
+    EXPECT_EQ(GetLastError(), ERROR_MR_MID_NOT_FOUND);
     EXPECT_GT(message(FORMAT_MESSAGE_FROM_SYSTEM, 6), 4u);
 }
 

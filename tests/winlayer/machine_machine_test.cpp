@@ -5,7 +5,6 @@
 #include <array>
 #include <cerrno>
 #include <filesystem>
-#include <fstream>
 #include <thread>
 #include <vector>
 
@@ -67,7 +66,7 @@ TEST(Machine, hasTheDirectoriesOfItsWindows) {
         EXPECT_STREQ(buffer.data(), row.windows);
         GetSystemDirectoryA(buffer.data(), MAX_PATH);
         EXPECT_STREQ(buffer.data(), row.system);
-        EXPECT_EQ(GetFileAttributesA(row.system), DWORD{FILE_ATTRIBUTE_DIRECTORY});
+        EXPECT_EQ(GetFileAttributesA(row.system), FILE_ATTRIBUTE_DIRECTORY);
         GetTempPathA(MAX_PATH, buffer.data());
         EXPECT_EQ(buffer.data(), std::string(row.windows) + "\\TEMP\\");
         EXPECT_EQ(GetWindowsDirectoryA(buffer.data(), 3), std::string(row.windows).size() + 1);
@@ -123,10 +122,10 @@ TEST(Drives, haveTheDevicesOfTheirWindows) {
         EXPECT_EQ(opened("\\\\.\\a:"), onNt);
         EXPECT_EQ(opened("\\\\.\\VWIN32"), onOthers);
         EXPECT_EQ(opened("\\\\.\\vwin32.vxd"), onOthers);
-        EXPECT_EQ(opened("\\\\.\\B:"), DWORD{ERROR_FILE_NOT_FOUND});
-        EXPECT_EQ(opened("\\\\.\\C:"), DWORD{ERROR_FILE_NOT_FOUND}) << "a folder has none";
-        EXPECT_EQ(opened("\\\\.\\PHYSICALDRIVE1"), DWORD{ERROR_FILE_NOT_FOUND});
-        EXPECT_EQ(opened("\\\\.\\A:", CREATE_ALWAYS), DWORD{ERROR_INVALID_PARAMETER});
+        EXPECT_EQ(opened("\\\\.\\B:"), ERROR_FILE_NOT_FOUND);
+        EXPECT_EQ(opened("\\\\.\\C:"), ERROR_FILE_NOT_FOUND) << "a folder has none";
+        EXPECT_EQ(opened("\\\\.\\PHYSICALDRIVE1"), ERROR_FILE_NOT_FOUND);
+        EXPECT_EQ(opened("\\\\.\\A:", CREATE_ALWAYS), ERROR_INVALID_PARAMETER);
         EXPECT_EQ(machine->handles.openCount(), 0u);
     }
 }
@@ -212,7 +211,7 @@ TEST(Wait, movesAStoppedClock) {
     machine->clock.stop();
     const std::int64_t start = machine->clock.now();
     const HANDLE event = CreateEventA(nullptr, FALSE, FALSE, nullptr);
-    EXPECT_EQ(WaitForSingleObject(event, 15'000), DWORD{WAIT_TIMEOUT});
+    EXPECT_EQ(WaitForSingleObject(event, 15'000), WAIT_TIMEOUT);
     EXPECT_EQ(machine->clock.now() - start, 15'000'000'000);
     SetEvent(event);
     EXPECT_EQ(WaitForSingleObject(event, 15'000), WAIT_OBJECT_0);

@@ -82,6 +82,8 @@ TEST_F(ShellMachine, WhatCannotBeOpenedSaysWhy) {
         DWORD error;
     };
     const Row rows[] = {{"D:\\missing.exe", SE_ERR_FNF, ERROR_FILE_NOT_FOUND},
+                        {"no such program.exe", SE_ERR_FNF, ERROR_FILE_NOT_FOUND},
+                        {"no such program", SE_ERR_FNF, ERROR_FILE_NOT_FOUND},
                         {"D:\\nowhere\\missing.exe", SE_ERR_PNF, ERROR_PATH_NOT_FOUND},
                         {"X:\\missing.exe", SE_ERR_PNF, ERROR_PATH_NOT_FOUND},
                         {"D:\\locked.exe", SE_ERR_ACCESSDENIED, ERROR_ACCESS_DENIED},
@@ -95,6 +97,7 @@ TEST_F(ShellMachine, WhatCannotBeOpenedSaysWhy) {
         EXPECT_EQ(open(row.file), row.result) << (row.file != nullptr ? row.file : "null");
         EXPECT_EQ(GetLastError(), row.error);
     }
+    EXPECT_EQ(open("no such program.exe", nullptr, "D:\\"), SE_ERR_FNF);
     EXPECT_EQ(open("D:\\text.exe", nullptr, nullptr, "print"), SE_ERR_NOASSOC);
     machine->gate.failFunction("ShellExecuteA", ERROR_ACCESS_DENIED);
     EXPECT_EQ(open("D:\\text.exe"), SE_ERR_ACCESSDENIED);

@@ -61,8 +61,7 @@ TEST(SystemMessagesMachine, TheMachineChoosesTheLanguageAndTheCodePage) {
     machine->language = 0x040C;  // a language without texts
     EXPECT_EQ(message(0), message(englishId));
     std::string text;
-    EXPECT_EQ(systemMessage(*machine, ERROR_WRITE_PROTECT, 0x040C, text),
-              DWORD{ERROR_RESOURCE_LANG_NOT_FOUND});
+    EXPECT_EQ(systemMessage(*machine, ERROR_WRITE_PROTECT, 0x040C, text), ERROR_RESOURCE_LANG_NOT_FOUND);
 }
 
 }  // namespace

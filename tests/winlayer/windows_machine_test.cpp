@@ -183,7 +183,7 @@ TEST_F(WindowsMachine, AWaitingThreadIsWokenFromAnother) {
         error = GetLastError();
     }).join();
     EXPECT_EQ(sent, 0);
-    EXPECT_EQ(error, DWORD{ERROR_ACCESS_DENIED});
+    EXPECT_EQ(error, ERROR_ACCESS_DENIED);
 }
 
 TEST_F(WindowsMachine, AHandleOfADestroyedWindowIsNotReused) {
@@ -249,7 +249,7 @@ TEST_F(WindowsMachine, TheGateFailsCallsOfWindows) {
         machine->gate.failFunction(name, ERROR_NOT_ENOUGH_MEMORY);
         SetLastError(0);
         EXPECT_TRUE(refused());
-        EXPECT_EQ(GetLastError(), DWORD{ERROR_NOT_ENOUGH_MEMORY});
+        EXPECT_EQ(GetLastError(), ERROR_NOT_ENOUGH_MEMORY);
         machine->gate.reset();
     }
     EXPECT_EQ(machine->windows.count(), 1u);

@@ -71,7 +71,7 @@ TEST(WinUserMachine, AThreadWithoutAQueueCannotBePostedTo) {
         earlyError = GetLastError();
     }).join();
     EXPECT_FALSE(early);
-    EXPECT_EQ(earlyError, DWORD{ERROR_INVALID_THREAD_ID});
+    EXPECT_EQ(earlyError, ERROR_INVALID_THREAD_ID);
     EXPECT_EQ(nextMessage(), 0u);
     std::thread([&] { EXPECT_TRUE(PostThreadMessageA(self, 2, 0, 0)); }).join();
     EXPECT_EQ(nextMessage(), 2u);

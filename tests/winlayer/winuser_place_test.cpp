@@ -117,9 +117,6 @@ TEST_F(WindowPlace, BordersLieAroundTheClientArea) {
 }
 
 TEST_F(WindowPlace, PaintingComesLastAndOnce) {
-    ShowWindow(frame_, SW_SHOW);
-    UpdateWindow(frame_);
-    UpdateWindow(child_);
     recorder_.clear();
     EXPECT_FALSE(GetUpdateRect(child_, nullptr, FALSE));
     const RECT part{2, 3, 10, 11};
@@ -141,9 +138,6 @@ TEST_F(WindowPlace, PaintingComesLastAndOnce) {
 }
 
 TEST_F(WindowPlace, TheBackgroundIsErasedWhenAsked) {
-    ShowWindow(frame_, SW_SHOW);
-    UpdateWindow(frame_);
-    UpdateWindow(child_);
     const std::vector<UINT> wanted = {WM_PAINT, WM_ERASEBKGND};
     recorder_.clear();
     InvalidateRect(child_, nullptr, FALSE);
