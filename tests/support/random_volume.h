@@ -33,7 +33,8 @@ private:
     std::string randomBytes(std::size_t count);
     std::string newPath();
     std::string pick(bool directory);
-    void createFile();
+    DWORD refusal(const Node& node, DWORD disposition, DWORD attributes) const;
+    void openFile();
     void writeInto();
     void resize();
     void setAttributes();
@@ -41,6 +42,8 @@ private:
     void makeDirectory();
     void removeDirectory();
     void setLabel();
+    // Whether the directory that it names is there.
+    bool hasPlace(const std::string& path) const;
     // Whether a refusal for want of room was right.
     bool wasFull(DWORD error, const std::string& path) const;
 

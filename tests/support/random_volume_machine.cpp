@@ -12,8 +12,8 @@ using winlayer::sectorSize;
 
 namespace {
 
-constexpr DWORD roomErrors[] = {ERROR_DISK_FULL, ERROR_CANNOT_MAKE};
 constexpr std::size_t largestWrite = 60'000;
+constexpr DWORD guarding = FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
 
 std::string parentOf(const std::string& path) {
     const std::size_t separator = path.rfind('\\');
@@ -114,7 +114,11 @@ std::string RandomVolume::newPath() {
     }
     const std::string extension = part(below(4));
     const std::string name = part(2 + below(7)) + (extension.empty() ? "" : '.' + extension);
-    const std::string directory = below(2) == 0 ? "" : pick(true);
+    // Seldom below a file, or nowhere.
+    const std::string directory = below(2) == 0    ? ""
+                                  : below(16) != 0 ? pick(true)
+                                  : below(2) == 0  ? pick(false)
+                                                   : name;
     return directory.empty() ? name : directory + '\\' + name;
 }
 
@@ -129,6 +133,11 @@ std::string RandomVolume::pick(bool directory) {
     return paths.empty() ? "" : paths[below(static_cast<unsigned>(paths.size()))];
 }
 
+bool RandomVolume::hasPlace(const std::string& path) const {
+    const auto parent = picture_.find(parentOf(path));
+    return parentOf(path).empty() || (parent != picture_.end() && parent->second.directory);
+}
+
 bool RandomVolume::wasFull(DWORD error, const std::string& path) const {
     if (error == ERROR_CANNOT_MAKE) {
         const auto inRoot = std::count_if(picture_.begin(), picture_.end(), [](const auto& entry) {
@@ -140,26 +149,42 @@ bool RandomVolume::wasFull(DWORD error, const std::string& path) const {
     return error == ERROR_DISK_FULL && freeClusters(image()) <= 1;
 }
 
-void RandomVolume::createFile() {
-    const std::string path = newPath();
+// What opening something that is there says.
+DWORD RandomVolume::refusal(const Node& node, DWORD disposition, DWORD attributes) const {
+    const DWORD guards = node.attributes & guarding;
+    if (disposition == CREATE_NEW) {
+        return ERROR_FILE_EXISTS;
+    }
+    const bool refused = node.directory || (node.attributes & FILE_ATTRIBUTE_READONLY) != 0 ||
+                         (disposition == CREATE_ALWAYS && (guards & ~attributes) != 0);
+    return refused ? ERROR_ACCESS_DENIED : DWORD{NO_ERROR};
+}
+
+void RandomVolume::openFile() {
+    const std::string old = below(4) == 0 ? pick(false) : "";
+    const std::string path = old.empty() ? newPath() : old;
     const auto known = picture_.find(path);
-    const DWORD attributes = below(4) == 0 ? FILE_ATTRIBUTE_HIDDEN : 0;
-    const TestFile file = openFile(*drive_, path, CREATE_ALWAYS, GENERIC_WRITE, 0, attributes);
-    if (known != picture_.end()) {
-        const DWORD guards = known->second.attributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
-        const bool refused = known->second.directory || (guards & ~attributes) != 0 ||
-                             (known->second.attributes & FILE_ATTRIBUTE_READONLY) != 0;
-        ASSERT_EQ(file.error, refused ? ERROR_ACCESS_DENIED : DWORD{NO_ERROR}) << path;
-    }
-    if (std::count(std::begin(roomErrors), std::end(roomErrors), file.error) != 0) {
-        ASSERT_TRUE(wasFull(file.error, path)) << path;
-        return;
-    }
-    if (known == picture_.end()) {
-        ASSERT_EQ(file.error, DWORD{NO_ERROR}) << path;
+    const bool there = known != picture_.end();
+    const DWORD disposition = below(2) == 0 ? CREATE_ALWAYS : CREATE_NEW + below(5);
+    const DWORD attributes = below(4) == 0 ? static_cast<DWORD>(random_()) & guarding : 0;
+    const TestFile file = ::openFile(*drive_, path, disposition, GENERIC_WRITE, 0, attributes);
+    if (there) {
+        ASSERT_EQ(file.error, refusal(known->second, disposition, attributes)) << path << ' ' << disposition;
+    } else if (!hasPlace(path)) {
+        ASSERT_EQ(file.error, ERROR_PATH_NOT_FOUND) << path;
+    } else if (disposition == OPEN_EXISTING || disposition == TRUNCATE_EXISTING) {
+        ASSERT_EQ(file.error, ERROR_FILE_NOT_FOUND) << path;
+    } else if (file.error != NO_ERROR) {
+        ASSERT_TRUE(wasFull(file.error, path)) << path << ": error " << file.error;
     }
     if (file.error == NO_ERROR) {
-        picture_[path] = {false, "", attributes | FILE_ATTRIBUTE_ARCHIVE};
+        ASSERT_EQ(file.existed, there) << path;
+        Node& node = picture_[path];
+        if (disposition == TRUNCATE_EXISTING) {
+            node = {false, "", node.attributes | FILE_ATTRIBUTE_ARCHIVE};
+        } else if (!there || disposition == CREATE_ALWAYS) {
+            node = {false, "", attributes | FILE_ATTRIBUTE_ARCHIVE};
+        }
     }
 }
 
@@ -172,7 +197,7 @@ void RandomVolume::writeInto() {
     const std::size_t size = node.content.size();
     const std::size_t offset = below(3) == 0 ? below(static_cast<unsigned>(size) + 3000) : size;
     const std::string data = randomBytes(1 + below(below(2) == 0 ? 1500 : largestWrite));
-    const TestFile file = openFile(*drive_, path, OPEN_EXISTING);
+    const TestFile file = ::openFile(*drive_, path, OPEN_EXISTING);
     ASSERT_EQ(file.error, DWORD{NO_ERROR}) << path;
     const winlayer::Transfer written = file->write(offset, bytesOf(data));
     ASSERT_EQ(written.error, written.count == data.size() ? DWORD{NO_ERROR} : ERROR_DISK_FULL) << path;
@@ -193,7 +218,7 @@ void RandomVolume::resize() {
     }
     Node& node = picture_[path];
     const std::size_t size = below(4) == 0 ? 0 : below(static_cast<unsigned>(node.content.size()) + 2000);
-    const TestFile file = openFile(*drive_, path, OPEN_EXISTING);
+    const TestFile file = ::openFile(*drive_, path, OPEN_EXISTING);
     ASSERT_EQ(file.error, DWORD{NO_ERROR}) << path;
     const DWORD error = file->resize(size);
     if (error == ERROR_DISK_FULL) {
@@ -215,11 +240,12 @@ void RandomVolume::setAttributes() {
 }
 
 void RandomVolume::removeFile() {
-    const std::string path = pick(false);
+    const std::string path = pick(below(8) == 0);
     if (!path.empty()) {
-        const bool readOnly = (picture_[path].attributes & FILE_ATTRIBUTE_READONLY) != 0;
-        ASSERT_EQ(drive_->removeFile(path), readOnly ? ERROR_ACCESS_DENIED : DWORD{NO_ERROR}) << path;
-        if (!readOnly) {
+        const bool refused =
+            picture_[path].directory || (picture_[path].attributes & FILE_ATTRIBUTE_READONLY) != 0;
+        ASSERT_EQ(drive_->removeFile(path), refused ? ERROR_ACCESS_DENIED : DWORD{NO_ERROR}) << path;
+        if (!refused) {
             picture_.erase(path);
         }
     }
@@ -230,6 +256,8 @@ void RandomVolume::makeDirectory() {
     const DWORD error = drive_->createDirectory(path);
     if (picture_.count(path) != 0) {
         ASSERT_EQ(error, ERROR_ALREADY_EXISTS) << path;
+    } else if (!hasPlace(path)) {
+        ASSERT_EQ(error, ERROR_PATH_NOT_FOUND) << path;
     } else if (error != NO_ERROR) {
         ASSERT_TRUE(wasFull(error, path)) << path << ": error " << error;
     } else {
@@ -238,14 +266,17 @@ void RandomVolume::makeDirectory() {
 }
 
 void RandomVolume::removeDirectory() {
-    const std::string path = pick(true);
+    const std::string path = pick(below(8) != 0);
     if (path.empty()) {
         return;
     }
     const auto inside = picture_.lower_bound(path + '\\');
     const bool empty = inside == picture_.end() || inside->first.rfind(path + '\\', 0) != 0;
     const bool readOnly = (picture_[path].attributes & FILE_ATTRIBUTE_READONLY) != 0;
-    const DWORD expected = readOnly ? ERROR_ACCESS_DENIED : empty ? DWORD{NO_ERROR} : ERROR_DIR_NOT_EMPTY;
+    const DWORD expected = !picture_[path].directory ? ERROR_DIRECTORY
+                           : readOnly                ? ERROR_ACCESS_DENIED
+                           : empty                   ? DWORD{NO_ERROR}
+                                                     : ERROR_DIR_NOT_EMPTY;
     ASSERT_EQ(drive_->removeDirectory(path), expected) << path;
     if (expected == NO_ERROR) {
         picture_.erase(path);
@@ -265,7 +296,7 @@ void RandomVolume::setLabel() {
 void RandomVolume::work(unsigned operations) {
     using Operation = void (RandomVolume::*)();
     static constexpr Operation kinds[] = {
-        &RandomVolume::createFile,    &RandomVolume::createFile,      &RandomVolume::writeInto,
+        &RandomVolume::openFile,      &RandomVolume::openFile,        &RandomVolume::writeInto,
         &RandomVolume::writeInto,     &RandomVolume::writeInto,       &RandomVolume::resize,
         &RandomVolume::setAttributes, &RandomVolume::removeFile,      &RandomVolume::makeDirectory,
         &RandomVolume::makeDirectory, &RandomVolume::removeDirectory, &RandomVolume::setLabel};
