@@ -26,6 +26,8 @@ void check(const Options& options) {
         throw Failure(ExitCode::usage, "--script and --screenshots go with a run of the wizard only");
     if (!options.screenshots.empty() && !options.script)
         throw Failure(ExitCode::usage, "--screenshots needs --script");
+    if (options.platform.noDrive && !options.platform.image.empty())
+        throw Failure(ExitCode::usage, "--image needs the drive that --no-drive takes away");
 }
 
 }  // namespace
@@ -44,6 +46,8 @@ Options parseOptions(int argc, const char* const* argv) {
             options.action = Options::Action::uninstall;
         } else if (name == "--no-pauses") {
             options.platform.noPauses = true;
+        } else if (name == "--no-drive") {
+            options.platform.noDrive = true;
         } else if (const auto value = values.find(name); value == values.end()) {
             throw Failure(ExitCode::usage, "there is no option '" + name + "'");
         } else if (i + 1 == argc || (*argv[i + 1] == '\0' && name != "--script")) {

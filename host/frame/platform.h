@@ -12,6 +12,7 @@ class Platform {
 public:
     struct Options {
         std::string image;        // diskette image in drive A:; empty: none
+        bool noDrive = false;     // there is no drive A:, for want of which nothing can be made
         std::string windows;      // Windows version by its short name; empty: the usual one
         std::string stateFolder;  // where settings are kept; empty: the user's own place
         bool noPauses = false;    // pauses cost no time

@@ -61,8 +61,8 @@ std::string stateNames() {
     return names + "normal";
 }
 
-// Drive A: has the image or is empty, Z: is the whole of the host's files, C: a folder for this run. The
-// settings are kept in a file between runs.
+// Drive A: has the image, is empty or is not there, Z: is the whole of the host's files, C: a folder for this
+// run. The settings are kept in a file between runs.
 class LayerPlatform : public Platform {
 public:
     explicit LayerPlatform(const Options& options)
@@ -71,7 +71,7 @@ public:
           settings_(settingsFile(options.stateFolder)),
           kept_(readSettingsFile(settings_)) {
         machine_->drives.mountFolder('Z', "/");
-        machine_->drives.mount('A', drive_, DRIVE_REMOVABLE);
+        if (!options.noDrive) machine_->drives.mount('A', drive_, DRIVE_REMOVABLE);
         if (options.noPauses) machine_->clock.stop();
         setSettings(kept_);
         if (options.window) showWindows(winlayer::DisplayKind::Screen);
@@ -132,6 +132,7 @@ std::unique_ptr<Platform> makePlatform(const Platform::Options& options) {
 
 const char* platformHelp() {
     return "  --image FILE         the diskette image in drive A: (without it the drive is empty)\n"
+           "  --no-drive           there is no drive A:\n"
            "  --windows VERSION    the Windows to run as: 95, 98, me, nt4, 2000, xp (usual), later\n"
            "  --state DIR          where the settings are kept (usual: ~/.local/state/kelvaro-host)\n"
            "  --no-pauses          pauses cost no time\n";

@@ -94,6 +94,7 @@ TEST(Options, RefuseWhatMakesNoSense) {
         {"host", "--image", ""},
         {"host", "--screenshots", "out"},
         {"host", "--uninstall", "--script", "next"},
+        {"host", "--no-drive", "--image", "a.img"},
     };
     for (const auto& words : cases) {
         EXPECT_EQ(codeOf([&] { parseOptions(static_cast<int>(words.size()), words.data()); }),

@@ -87,6 +87,15 @@ TEST_F(WizardRun, MakesASecondDisketteAfterTheFirst) {
     expectGoodDiskette();
 }
 
+TEST_F(WizardRun, SaysWhatItNeedsWhenThereIsNoDrive) {
+    const Ended ended = script("next; finish; home", "--no-drive");
+    EXPECT_EQ(ended.code, 0) << ended.text;
+    EXPECT_EQ(count(ended.text, "message "), 1) << ended.text;
+    EXPECT_EQ(count(ended.text, "message [Systemfehler] Kein geeignetes Diskettenlaufwerk gefunden."), 1)
+        << ended.text;
+    EXPECT_TRUE(ended.text.ends_with("> home\nleave\n")) << ended.text;
+}
+
 TEST_F(WizardRun, EndsTheAttemptWhenTheDriveIsEmpty) {
     const Ended ended = script("next; finish; home", "");
     EXPECT_EQ(ended.code, 0) << ended.text;
