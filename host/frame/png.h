@@ -1,0 +1,17 @@
+#pragma once
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace host {
+
+// A picture of `width` pixels (at least 1), row by row from the top, each pixel 0x00RRGGBB.
+struct Picture {
+    std::uint32_t width;
+    std::vector<std::uint32_t> pixels;
+};
+
+// The bytes of a PNG file of the picture, not compressed.
+std::string png(const Picture& picture);
+
+}  // namespace host
