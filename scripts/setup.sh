@@ -51,4 +51,4 @@ packages_wizard="binutils-mingw-w64-i686 qt6-base-dev fonts-liberation"
 packages_test="$packages_run $packages_wizard libgtest-dev libunicorn-dev qemu-system-x86 mtools dosfstools attr
     pkg-config man-db zsh fish dpkg-dev"
 packages_ci="$packages_test clang clang-format clang-tidy cppcheck libclang-rt-14-dev googletest git
-    g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix wine64 wine"
+    g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix wine64 wine xvfb"
