@@ -6,8 +6,9 @@
 #include "tools/common/exit_code.h"
 #include "tools/emergency_disk/commands.h"
 #include "tools/emergency_disk/disk_plan.h"
+#include "tools/emergency_disk/diskette.h"
 #include "tools/emergency_disk/inspection.h"
-#include "winlayer/diskette/host_store.h"
+#include "winlayer/diskette/sector_store.h"
 
 // Whatever a single sector of the diskette does wrong, `make` never reports success for a diskette that does
 // not read back.
@@ -41,12 +42,10 @@ protected:
 
     // Whether what lies in the image is the whole diskette, by a fresh look at its bytes.
     bool readsBack() {
-        std::unique_ptr<winlayer::SectorStore> store;
-        if (winlayer::openImage(image(), store) != 0) return false;
         const emergency_disk::DiskPlan plan = emergency_disk::readPlan(disk_.archive());
         const std::string label = "QUARVEL";
-        const auto drive = winlayer::DisketteDrive::make(std::move(store));
-        return emergency_disk::inspect(*drive, {&plan, &label}).passed();
+        const auto diskette = emergency_disk::openForReading({image(), {}});
+        return emergency_disk::inspect(*diskette, {&plan, &label}).passed();
     }
 
     fs::path image() const { return disk_.folder() / "disk.img"; }

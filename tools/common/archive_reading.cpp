@@ -1,13 +1,7 @@
 #include "tools/common/archive_reading.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <system_error>
-
 #include "tools/common/exit_code.h"
+#include "tools/common/host_files.h"
 
 namespace tools {
 
@@ -22,39 +16,33 @@ class ArchiveFile {
 public:
     explicit ArchiveFile(const std::filesystem::path& archive) {
         requireArchive(archive);  // opening a pipe could wait for ever
-        file_ = open(archive.c_str(), O_RDONLY | O_CLOEXEC);
-        struct stat facts {};
-        if (file_ < 0 || fstat(file_, &facts) != 0) {
-            throw unreadable(archive, std::generic_category().message(errno));
+        try {
+            file_.emplace(archive);
+        } catch (const HostError& error) {
+            throw unreadable(archive, error.reason());
         }
-        size_ = static_cast<std::uint64_t>(facts.st_size);
     }
-    ~ArchiveFile() { close(file_); }
-    ArchiveFile(const ArchiveFile&) = delete;
-    ArchiveFile& operator=(const ArchiveFile&) = delete;
 
-    std::uint64_t size() const { return size_; }
+    std::uint64_t size() const { return file_->size(); }
 
     zar::Checker checker() const {
         const auto readAt = [this](std::uint64_t offset, unsigned char* buffer, std::size_t count) {
-            const ssize_t got = pread(file_, buffer, count, static_cast<off_t>(offset));
-            return got > 0 ? static_cast<std::size_t>(got) : 0;
+            return file_->readAt(offset, buffer, count);
         };
-        return {readAt, size_};
+        return {readAt, size()};
     }
 
 private:
-    int file_ = -1;
-    std::uint64_t size_ = 0;
+    std::optional<host_files::InputFile> file_;
 };
 
 }  // namespace
 
 void requireArchive(const std::filesystem::path& archive) {
-    std::error_code error;
-    const auto status = std::filesystem::status(archive, error);
-    if (std::filesystem::is_regular_file(status)) return;
-    throw unreadable(archive, std::filesystem::exists(status) ? "it is not a file" : error.message());
+    std::string why;
+    const host_files::Kind kind = host_files::kindOf(archive, &why);
+    if (kind == host_files::Kind::file) return;
+    throw unreadable(archive, kind == host_files::Kind::missing ? why : "it is not a file");
 }
 
 ArchiveSummary walkArchive(const std::filesystem::path& archive, const TakeRecord& take) {

@@ -1,8 +1,6 @@
 #pragma once
 #include <functional>
 
-#include "winlayer/machine.h"
-
 namespace tools {
 
 // Turns Control-C (and a request to terminate) into a cancel of the running archive operation. A cancel is
@@ -17,17 +15,14 @@ public:
     // Throws Problem(cancelled) when a cancel came.
     void check() const;
 
-    // Keeps a handler in force while it lives. After a cancel it runs once, when the libraries next look at
-    // the current machine's message queue, as they do before every test for a cancel.
+    // Keeps a handler in force while it lives, one at a time. After a cancel it runs, perhaps more than once
+    // and on another thread, before a test for a cancel that the libraries make while they work.
     class Scope {
     public:
         Scope(const Cancellation& cancellation, std::function<void()> handler);
         ~Scope();
         Scope(const Scope&) = delete;
         Scope& operator=(const Scope&) = delete;
-
-    private:
-        winlayer::MessageQueues& messages_;
     };
 };
 

@@ -28,8 +28,6 @@ public:
 
     // Asks on the terminal; true only for a clear yes. False without a terminal to ask on.
     bool confirm(std::string_view question);
-    // Whether there is someone to ask.
-    static bool canAsk();
 
 private:
     void draw();

@@ -1,34 +1,43 @@
 #include "tools/common/names.h"
 
-#include <stdexcept>
+#include <windows.h>
+
+#include <vector>
 
 #include "tools/common/exit_code.h"
-#include "winlayer/code_pages.h"
-#include "winlayer/machine.h"
 
 namespace tools {
 
-using winlayer::Machine;
+std::string converted(std::string_view text, unsigned from, unsigned to) {
+    std::vector<WCHAR> wide(text.size() + 1);
+    const int units = MultiByteToWideChar(from, 0, text.data(), static_cast<int>(text.size()), wide.data(),
+                                          static_cast<int>(wide.size()));
+    std::string result(text.size() * 4 + 1, '\0');
+    result.resize(static_cast<std::size_t>(WideCharToMultiByte(
+        to, 0, wide.data(), units, result.data(), static_cast<int>(result.size()), nullptr, nullptr)));
+    return result;
+}
 
 std::string utf8(std::string_view ansi) {
-    return winlayer::toUtf8(Machine::current(), ansi);
+    return converted(ansi, CP_ACP, CP_UTF8);
 }
 
-std::string ansi(std::string_view utf8) {
-    std::string text;
-    if (!winlayer::fromUtf8(Machine::current(), utf8, text)) {
+// Older Windows tells neither of a text that is not UTF-8 nor of a letter that only looks alike, so what
+// comes back is compared.
+std::string ansi(std::string_view text) {
+    std::string result = converted(text, CP_UTF8, CP_ACP);
+    if (utf8(result) != text) {
         throw Problem(ExitCode::usage,
-                      "'" + std::string(utf8) + "' has a character outside the ANSI code page");
+                      "'" + std::string(text) + "' has a character outside the ANSI code page");
     }
-    return text;
+    return result;
 }
 
-std::string windowsPath(const std::filesystem::path& host) {
-    try {
-        return Machine::current().drives.fromHost(std::filesystem::absolute(host).lexically_normal());
-    } catch (const std::invalid_argument&) {
-        throw Problem(ExitCode::usage, "'" + host.string() + "' has a character outside the ANSI code page");
-    }
+WindowsFile windowsFile(const std::filesystem::path& host) {
+    const std::string path = windowsPath(host);
+    const std::size_t slash = path.rfind('\\');
+    const bool root = slash != std::string::npos && slash > 0 && path[slash - 1] == ':';
+    return {path.substr(0, root ? slash + 1 : slash), path.substr(slash + 1)};
 }
 
 }  // namespace tools

@@ -5,13 +5,21 @@
 
 namespace tools {
 
-// Between the host's UTF-8 names and the ANSI texts and Windows paths that the libraries take, by the code
-// page and the drives of the current machine.
+// Between the host's UTF-8 names and the ANSI texts and Windows paths that the libraries take, by the
+// system's code page and drives.
 
+// Text of one code page in another; what that lacks is replaced by something that looks like it or by "?".
+std::string converted(std::string_view text, unsigned from, unsigned to);
 std::string utf8(std::string_view ansi);
 // Throws Problem(usage) for a character that the code page has not.
-std::string ansi(std::string_view utf8);
+std::string ansi(std::string_view text);
 // The Windows path of a host file or folder. Throws Problem(usage) likewise.
 std::string windowsPath(const std::filesystem::path& host);
+// The same for a file, as its folder and its name.
+struct WindowsFile {
+    std::string folder;
+    std::string name;
+};
+WindowsFile windowsFile(const std::filesystem::path& host);
 
 }  // namespace tools

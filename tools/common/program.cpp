@@ -1,10 +1,10 @@
 #include "tools/common/program.h"
 
-#include <fcntl.h>
-
+#include <algorithm>
 #include <exception>
 #include <iostream>
-#include <string_view>
+
+#include "tools/common/this_system.h"
 
 #include "tools/common/reference.h"
 
@@ -14,19 +14,8 @@ namespace {
 
 constexpr int schemaVersion = 1;
 
-bool asksForJson(int argc, const char* const* argv) {
-    for (int i = 1; i < argc; ++i) {
-        if (std::string_view(argv[i]) == "--json") return true;
-    }
-    return false;
-}
-
-// A stream that is closed would lend its number to the next file that is opened, and texts would go there.
-// Nothing can be written to what takes the place of standard output, so that the loss is noticed.
-void fillStandardStreams() {
-    for (const int stream : {0, 1, 2}) {
-        if (fcntl(stream, F_GETFD) == -1) (void)!open("/dev/null", stream == 1 ? O_RDONLY : O_RDWR);
-    }
+bool asksForJson(const std::vector<std::string>& words) {
+    return std::find(words.begin(), words.end(), "--json") != words.end();
 }
 
 }  // namespace
@@ -68,11 +57,13 @@ int Program::run(int argc, const char* const* argv) {
         return writeReferenceTo(argv[2]);
     }
     ExitCode code = ExitCode::success;
+    std::vector<std::string> words = commandLine(argc, argv);
+    words.erase(words.begin(), words.begin() + std::min<std::ptrdiff_t>(1, argc));
     try {
-        app_.parse(argc, argv);
+        app_.parse(std::vector<std::string>(words.rbegin(), words.rend()));  // as CLI11 wants them
         code = runCommand();
     } catch (const CLI::ParseError& fault) {
-        code = answer(fault, asksForJson(argc, argv));
+        code = answer(fault, asksForJson(words));
     }
     if (!std::cout.flush() && code == ExitCode::success) {
         Console(name_, true).error("cannot write to standard output");
@@ -150,7 +141,8 @@ void Program::printObject(ExitCode code, const std::string& error) {
     object["exit_code"] = static_cast<int>(code);
     if (code != ExitCode::success) object["error"] = error;
     for (auto& [key, value] : result_.items()) object[key] = value;
-    std::cout << object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+    const std::string text = object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
+    std::cout << encoded(Stream::out, text) << '\n';
 }
 
 }  // namespace tools

@@ -2,26 +2,33 @@
 
 #include "diskio.h"
 #include "tools/common/exit_code.h"
+#include "tools/common/host_files.h"
 #include "tools/common/names.h"
-#include "winlayer/machine.h"
-#include "winlayer/system_messages.h"
 
 namespace tools {
 
 namespace {
 
 constexpr DWORD english = 0x0409;
-constexpr std::uintmax_t oneStep = 8192;
+constexpr DWORD systemsOwn = 0;
+constexpr std::uint64_t oneStep = 8192;
 constexpr std::string_view conditionLabel = "Error Condition:  ";
+
+// The system's sentence in a language, 8-bit; empty when it has none.
+std::string systemSentence(DWORD error, DWORD language) {
+    char text[512];
+    const DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                        error, language, text, sizeof text, nullptr);
+    return {text, length};
+}
 
 }  // namespace
 
 std::string errorText(DWORD error) {
     std::string number = "Windows error " + std::to_string(error);
-    std::string sentence;
-    if (winlayer::systemMessage(winlayer::Machine::current(), error, english, sentence) != NO_ERROR) {
-        return number;
-    }
+    std::string sentence = systemSentence(error, english);
+    if (sentence.empty()) sentence = systemSentence(error, systemsOwn);
+    if (sentence.empty()) return number;
     sentence.erase(sentence.find_last_not_of(".\r\n") + 1);
     return utf8(sentence) + " (" + number + ")";
 }
@@ -37,9 +44,7 @@ std::string reasonOf(const std::exception& fault) {
 }
 
 void blameFullDisk(const std::filesystem::path& folder) {
-    std::error_code error;
-    const auto space = std::filesystem::space(folder, error);
-    if (!error && space.available < oneStep) {
+    if (host_files::freeBytes(folder) < oneStep) {
         throw Problem(ExitCode::failure, "the disk that holds " + folder.string() + " is full");
     }
 }

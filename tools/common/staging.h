@@ -1,6 +1,8 @@
 #pragma once
 #include <filesystem>
-#include <string>
+#include <optional>
+
+#include "tools/common/host_files.h"
 
 namespace tools {
 
@@ -49,7 +51,7 @@ private:
     std::filesystem::path target_;
     std::filesystem::path path_;
     bool madeTarget_ = false;
-    int folder_ = -1;  // its descriptor
+    std::optional<host_files::FolderOnMedium> medium_;  // of path_
 };
 
 }  // namespace tools

@@ -6,16 +6,13 @@
 
 namespace tools::emergency_disk {
 
-// Where the diskette is; one of the two is set, or require() throws Problem(usage).
+// Where the diskette is; one of the two is set.
 struct Target {
     std::filesystem::path image;
     std::filesystem::path device;
 
     bool isDevice() const { return !device.empty(); }
     const std::filesystem::path& path() const { return isDevice() ? device : image; }
-    void require() const {
-        if (path().empty()) throw Problem(ExitCode::usage, "name the diskette with --image or --device");
-    }
 };
 
 struct MakeOptions {
@@ -37,12 +34,11 @@ struct FormatOptions {
     bool yes = false;
 };
 
-// The names that --simulate takes, for the help.
-std::string simulationNames();
-
 // Each does one command and throws Problem when it fails.
 void make(const MakeOptions& options, Session& session);
 void check(const CheckOptions& options, Session& session);
-void format(const FormatOptions& options, Session& session);
+
+// Throws Problem(usage) when no diskette is named.
+void requireTarget(const Target& target);
 
 }  // namespace tools::emergency_disk

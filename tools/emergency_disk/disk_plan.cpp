@@ -6,13 +6,18 @@
 #include "boot_files.h"
 #include "tools/common/archive_reading.h"
 #include "tools/common/exit_code.h"
-#include "winlayer/diskette/fat12_layout.h"
 
 namespace tools::emergency_disk {
 
 namespace {
 
 constexpr const char* loaderName = "QZLOADER.BIN";
+
+// What a 1.44 MB diskette has room for, formatted as usual: of its 2,880 sectors one is for the boot sector,
+// 18 are for two FATs and 14 for the root directory.
+constexpr std::uint64_t clusterBytes = 512;
+constexpr std::uint64_t diskClusters = 2880 - 1 - 18 - 14;
+constexpr std::size_t rootEntries = 224;
 
 Problem invalid(const std::filesystem::path& archive, const std::string& what) {
     return {ExitCode::invalidArchive, archive.string() + ": " + what};
@@ -36,18 +41,17 @@ void checkLoader(const std::filesystem::path& archive, const PlannedFile& loader
 
 // Before any contents are read, so that an archive of any size is refused at once.
 void checkSpace(const std::filesystem::path& archive, const std::vector<const ::zar::Entry*>& records) {
-    const winlayer::Fat12Layout layout = winlayer::standardLayout(winlayer::sectors1440);
     std::uint64_t clusters = 0;
     for (const ::zar::Entry* record : records) {
-        clusters += (std::uint64_t{record->size} + layout.clusterBytes() - 1) / layout.clusterBytes();
+        clusters += (record->size + clusterBytes - 1) / clusterBytes;
     }
-    if (clusters > layout.clusters()) {
+    if (clusters > diskClusters) {
         throw Problem(ExitCode::doesNotFit, archive.string() + ": the files need " +
                                                 std::to_string(clusters) + " clusters; a diskette has " +
-                                                std::to_string(layout.clusters()));
+                                                std::to_string(diskClusters));
     }
     const std::size_t entries = records.size() + 1;  // and the label
-    if (entries > layout.rootEntries) {
+    if (entries > rootEntries) {
         throw Problem(ExitCode::doesNotFit, archive.string() + ": too many files for the root directory");
     }
 }

@@ -3,7 +3,7 @@
 #include <vector>
 
 #include "tools/emergency_disk/disk_plan.h"
-#include "winlayer/diskette/diskette_drive.h"
+#include "tools/emergency_disk/diskette.h"
 
 namespace tools::emergency_disk {
 
@@ -29,8 +29,8 @@ struct Expectation {
     const std::string* label = nullptr;  // null: any label will do; ANSI
 };
 
-// Looks at the diskette in a drive: whether it starts, whether its two FATs agree, its label, and each of the
+// Looks at a diskette: whether it starts, whether its two FATs agree, its label, and each of the
 // fourteen files with its attributes and, given a plan, its contents. Everything is read from the medium.
-Inspection inspect(winlayer::DisketteDrive& drive, const Expectation& expected);
+Inspection inspect(DisketteView& diskette, const Expectation& expected);
 
 }  // namespace tools::emergency_disk

@@ -1,30 +1,15 @@
-#include <unistd.h>
-
 #include "boot_files.h"
 #include "tools/common/names.h"
 #include "tools/emergency_disk/commands.h"
 #include "tools/emergency_disk/disk_maker.h"
 #include "tools/emergency_disk/diskette.h"
 #include "tools/emergency_disk/inspection.h"
-#include "winlayer/machine.h"
 
 namespace tools::emergency_disk {
-
-namespace fs = std::filesystem;
-using winlayer::WindowsVersion;
 
 namespace {
 
 constexpr std::size_t longestLabel = 11;
-
-WindowsVersion windowsVersion(const std::string& name) {
-    if (name == "95") return WindowsVersion::Windows95;
-    if (name == "98") return WindowsVersion::Windows98;
-    if (name == "me") return WindowsVersion::WindowsMe;
-    if (name == "nt4") return WindowsVersion::NT4;
-    if (name == "2000") return WindowsVersion::Windows2000;
-    return WindowsVersion::XP;
-}
 
 // A label as DOS keeps it: up to 11 characters, upper case, none of those that DOS refuses.
 std::string checkedLabel(const std::string& text) {
@@ -62,38 +47,47 @@ void confirm(const MakeOptions& options, const TargetFacts& facts, Console& cons
 }
 
 void setUp(DiskMaker& maker, const MakeOptions& options, const std::string& label) {
-    const fs::path archive = fs::absolute(options.archive);
-    maker.SetArchiveDirectory(UTILS::UtilsString(windowsPath(archive.parent_path()).c_str()));
-    maker.SetArchiveName(UTILS::UtilsString(ansi(archive.filename().string()).c_str()));
+    const WindowsFile archive = windowsFile(options.archive);
+    maker.SetArchiveDirectory(UTILS::UtilsString(archive.folder.c_str()));
+    maker.SetArchiveName(UTILS::UtilsString(archive.name.c_str()));
     maker.SetVolumeLabel(UTILS::UtilsString(label.c_str()));
     maker.SetProgressEnd(100);
     for (const BootFile& file : bootFiles)
         maker.AddDiskFile(UTILS::UtilsString(file.name), static_cast<int>(file.attributes));
 }
 
-// Runs the library's two steps on drive A:.
-void runMaker(const MakeOptions& options, const std::string& label, winlayer::DisketteDrive& drive,
-              Console& console, Cancellation& cancellation) {
+// The maker takes the first drive that it finds, which must be the one that the user agreed to.
+void findDrive(DiskMaker& maker, const MakeOptions& options, const Diskette& diskette) {
+    const std::string name = options.target.path().string();
+    if (maker.FindFloppyDrive() != 1) throw Problem(ExitCode::noDiskette, name + ": " + maker.shownError());
+    if (maker.GetDriveRoot() == diskette.root().c_str()) return;
+    throw Problem(ExitCode::refused, std::string("the diskette would be made in ") +
+                                         maker.GetDriveRoot().c_str() +
+                                         ", the first drive that takes 1.44 MB, "
+                                         "and not in " +
+                                         name + "; nothing was changed");
+}
+
+// Runs the library's two steps.
+void runMaker(const MakeOptions& options, const std::string& label, Diskette& diskette, Console& console,
+              Cancellation& cancellation) {
     DiskMaker maker(console);
     setUp(maker, options, label);
     const Cancellation::Scope scope(cancellation, [&maker] { maker.SendCancelCommand(); });
-    const bool found = maker.FindFloppyDrive() == 1;
+    findDrive(maker, options, diskette);
     cancellation.check();
-    if (!found) {
-        throw Problem(ExitCode::noDiskette, options.target.path().string() + ": " + maker.shownError());
-    }
     const bool made = maker.MakeDisk() == 1;
     cancellation.check();
     if (made && maker.shownError().empty()) return;
-    const Problem cause = diagnose(drive);
+    const Problem cause = diskette.diagnose();
     const std::string& shown = maker.shownError().empty() ? maker.lastStatus() : maker.shownError();
     throw Problem(cause.code(), options.target.path().string() + ": " + cause.what() + " (" + shown + ")");
 }
 
-void verify(const MakeOptions& options, winlayer::DisketteDrive& drive, const DiskPlan& plan,
+void verify(const MakeOptions& options, DisketteView& diskette, const DiskPlan& plan,
             const std::string& label, Session& session) {
     session.console.status("Reading the diskette back ...");
-    const Inspection inspection = inspect(drive, {&plan, &label});
+    const Inspection inspection = inspect(diskette, {&plan, &label});
     session.result["verified"] = inspection.passed();
     if (!inspection.passed()) {
         const Check* fault = inspection.firstFault();
@@ -119,20 +113,18 @@ void report(const MakeOptions& options, const DiskPlan& plan, const std::string&
 }  // namespace
 
 void make(const MakeOptions& options, Session& session) {
-    options.target.require();
-    winlayer::ScopedMachine machine(windowsVersion(options.windows));
-    machine->drives.mountFolder('Z', "/");
+    requireTarget(options.target);
+    const std::unique_ptr<Workplace> workplace = workplaceFor(options);
     const std::string label = checkedLabel(options.label);
     const DiskPlan plan = readPlan(options.archive);
     confirm(options, examine(options.target), session.console);
     if (!options.dryRun) {
         Cancellation cancellation;
-        Diskette diskette(options.target, options.simulate);
-        machine->drives.mount('A', diskette.sharedDrive(), DRIVE_REMOVABLE);
-        runMaker(options, label, diskette.drive(), session.console, cancellation);
-        if (options.verify) verify(options, diskette.drive(), plan, label, session);
+        const std::unique_ptr<Diskette> diskette = workplace->insert(options);
+        runMaker(options, label, *diskette, session.console, cancellation);
+        if (options.verify) verify(options, diskette->view(), plan, label, session);
         cancellation.check();
-        diskette.commit();
+        diskette->commit();
     }
     report(options, plan, label, session);
 }

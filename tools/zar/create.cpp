@@ -1,7 +1,8 @@
-#include <fstream>
+#include <algorithm>
 #include <sstream>
 
 #include "tools/common/archive_reading.h"
+#include "tools/common/host_files.h"
 #include "tools/common/names.h"
 #include "tools/common/reasons.h"
 #include "tools/common/staging.h"
@@ -37,25 +38,34 @@ private:
     std::string current_;
 };
 
-// A list as people write it (one host path a line, any line ends) in the form that the archiver reads:
-// Windows paths in the ANSI code page, each line ended by CR LF.
-std::string engineList(const fs::path& list) {
-    std::ifstream file(list, std::ios::binary);
-    if (!file) throw Problem(ExitCode::failure, "cannot read the list " + list.string());
-    std::string text;
-    std::string line;
-    for (int number = 1; std::getline(file, line); ++number) {
+// The names in a list as people write it: one host path a line, any line ends.
+std::vector<std::string> namesIn(const fs::path& list) {
+    std::istringstream lines;
+    try {
+        lines.str(host_files::readText(list));
+    } catch (const HostError&) {
+        throw Problem(ExitCode::failure, "cannot read the list " + list.string());
+    }
+    std::vector<std::string> names;
+    for (std::string line; std::getline(lines, line); names.push_back(line)) {
         if (!line.empty() && line.back() == '\r') line.pop_back();
-        if (line.empty()) continue;
-        std::error_code error;
-        if (!fs::is_regular_file(line, error)) {
+    }
+    return names;
+}
+
+// A list in the form that the archiver reads: Windows paths in the ANSI code page, each line ended by CR LF.
+std::string engineList(const fs::path& list) {
+    std::string text;
+    int number = 0;
+    for (const std::string& name : namesIn(list)) {
+        ++number;
+        if (name.empty()) continue;
+        if (host_files::kindOf(name) != host_files::Kind::file) {
             throw Problem(ExitCode::failure,
-                          list.string() + ", line " + std::to_string(number) + ": no such file: " + line);
+                          list.string() + ", line " + std::to_string(number) + ": no such file: " + name);
         }
-        std::string path = ansi(line);
-        for (char& letter : path) {
-            if (letter == '/') letter = '\\';
-        }
+        std::string path = ansi(name);
+        std::replace(path.begin(), path.end(), '/', '\\');
         text += path + "\r\n";
     }
     if (text.empty()) throw Problem(ExitCode::failure, "the list " + list.string() + " names no file");
@@ -68,8 +78,7 @@ std::string engineList(const fs::path& list) {
 
 // An archive that lies in the folder it is made of would be packed into itself.
 void refuseArchiveInside(const fs::path& archive, const fs::path& folder) {
-    const fs::path inside = fs::weakly_canonical(archive).lexically_relative(fs::canonical(folder));
-    if (inside.empty() || *inside.begin() == "..") return;
+    if (!host_files::liesIn(archive, folder)) return;
     throw Problem(ExitCode::refused,
                   archive.string() + " lies in the folder that is to be packed; write it elsewhere");
 }
@@ -89,25 +98,23 @@ Problem explain(const CreateOptions& options, const Packer& packer, const std::e
 }
 
 void refuseEmptyFile(const fs::path& file) {
-    std::error_code error;
-    if (fs::file_size(file, error) == 0 && !error) {
-        throw Problem(ExitCode::failure,
-                      file.string() + " is empty; the archive format holds no empty files");
+    if (host_files::kindOf(file) != host_files::Kind::file || host_files::sizeOf(file) != 0) return;
+    throw Problem(ExitCode::failure, file.string() + " is empty; the archive format holds no empty files");
+}
+
+void refuseEmptyFilesBelow(const fs::path& folder) {
+    for (const fs::path& entry : host_files::entries(folder)) {
+        if (host_files::kindOf(entry) == host_files::Kind::folder) {
+            refuseEmptyFilesBelow(entry);
+        } else {
+            refuseEmptyFile(entry);
+        }
     }
 }
 
 void refuseEmptyFiles(const CreateOptions& options) {
-    if (!options.folder.empty()) {
-        for (const fs::directory_entry& entry : fs::recursive_directory_iterator(options.folder)) {
-            if (entry.is_regular_file()) refuseEmptyFile(entry.path());
-        }
-        return;
-    }
-    std::ifstream file(options.list, std::ios::binary);
-    for (std::string line; std::getline(file, line);) {
-        if (!line.empty() && line.back() == '\r') line.pop_back();
-        if (!line.empty()) refuseEmptyFile(line);
-    }
+    if (!options.folder.empty()) return refuseEmptyFilesBelow(options.folder);
+    for (const std::string& name : namesIn(options.list)) refuseEmptyFile(name);
 }
 
 void pack(const CreateOptions& options, const std::string& source, const StagedFile& staged, Session& session,
@@ -135,8 +142,7 @@ void create(const CreateOptions& options, Session& session) {
     std::unique_ptr<StagedFile> list;
     std::string source;
     if (options.list.empty()) {
-        std::error_code error;
-        if (!fs::is_directory(options.folder, error)) {
+        if (host_files::kindOf(options.folder) != host_files::Kind::folder) {
             throw Problem(ExitCode::failure, options.folder.string() + " is not a folder");
         }
         refuseArchiveInside(options.archive, options.folder);
@@ -144,8 +150,9 @@ void create(const CreateOptions& options, Session& session) {
     } else {
         const std::string text = engineList(options.list);
         list = std::make_unique<StagedFile>(options.archive);  // never committed: for the engine alone
-        std::ofstream copy(list->path(), std::ios::binary);
-        if (!(copy << text).flush()) {
+        try {
+            host_files::write(list->path(), text);
+        } catch (const HostError&) {
             throw Problem(ExitCode::failure, "cannot write beside " + options.archive.string());
         }
         source = windowsPath(list->path());
@@ -157,7 +164,7 @@ void create(const CreateOptions& options, Session& session) {
     staged.commit();
     session.result["archive"] = options.archive.string();
     session.result["files"] = files;
-    session.result["bytes"] = fs::file_size(options.archive);
+    session.result["bytes"] = host_files::sizeOf(options.archive);
     if (session.json) return;
     session.console.result(options.archive.string() + ": " + std::to_string(files) + " files");
 }

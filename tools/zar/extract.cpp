@@ -1,6 +1,7 @@
 #include <algorithm>
 
 #include "tools/common/archive_reading.h"
+#include "tools/common/host_files.h"
 #include "tools/common/names.h"
 #include "tools/common/reasons.h"
 #include "tools/common/staging.h"
@@ -40,11 +41,10 @@ struct Extraction {
 
     // Unpacks everything, or one file, below a folder.
     void run(const fs::path& folder, const char* onlyName) const {
-        const fs::path archive = fs::absolute(options.archive);
+        const auto [archiveFolder, archiveName] = windowsFile(options.archive);
         try {
-            unpacker.Extract(windowsPath(archive.parent_path()).c_str(),
-                             ansi(archive.filename().string()).c_str(), windowsPath(folder).c_str(), onlyName,
-                             onlyName == nullptr, options.stripFirst);
+            unpacker.Extract(archiveFolder.c_str(), archiveName.c_str(), windowsPath(folder).c_str(),
+                             onlyName, onlyName == nullptr, options.stripFirst);
         } catch (const std::exception& fault) {
             cancellation.check();
             // An archive of no files has not even a first field, which the extractor takes for a failure.
@@ -73,8 +73,10 @@ fs::path hostName(const std::string& name) {
 
 // The one file below a folder; empty when there is none.
 fs::path onlyFileBelow(const fs::path& folder) {
-    for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder)) {
-        if (entry.is_regular_file()) return entry.path();
+    for (const fs::path& entry : host_files::entries(folder)) {
+        if (host_files::kindOf(entry) != host_files::Kind::folder) return entry;
+        const fs::path below = onlyFileBelow(entry);
+        if (!below.empty()) return below;
     }
     return {};
 }
@@ -85,7 +87,7 @@ void extractNamed(const Extraction& extraction, const fs::path& work, const fs::
                   const std::string& name) {
     if (name.empty()) throw Problem(ExitCode::usage, "an empty name names no file");
     const fs::path folder = work / "one";
-    fs::create_directories(folder);
+    host_files::makeFolders(folder);
     extraction.run(folder, engineName(name, extraction.options.stripFirst).c_str());
     const fs::path file = onlyFileBelow(folder);
     if (file.empty()) {
@@ -93,9 +95,9 @@ void extractNamed(const Extraction& extraction, const fs::path& work, const fs::
         throw Problem(ExitCode::failure, extraction.options.archive.string() + " holds no file " + name);
     }
     const fs::path place = whole / hostName(name);
-    fs::create_directories(place.parent_path());
-    fs::rename(file, place);
-    fs::remove_all(folder);
+    host_files::makeFolders(place.parent_path());
+    host_files::move(file, place);
+    host_files::removeTree(folder);
 }
 
 }  // namespace

@@ -3,13 +3,13 @@
 #include <vector>
 
 #include "tools/common/program.h"
+#include "tools/common/this_system.h"
 #include "tools/zar/commands.h"
-#include "winlayer/machine.h"
 
 int main(int argc, char** argv) {
     using namespace tools;
     // What it writes is staged and put on the medium before it gets its name.
-    winlayer::Machine::current().drives.workAlone();
+    workAlone();
     Program program("zar", "Packs files into ZAR archives, lists, checks and unpacks them.",
                     "  zar create disk.dat files/\n"
                     "  zar list disk.dat\n"

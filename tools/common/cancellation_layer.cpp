@@ -1,9 +1,10 @@
-#include "tools/common/cancellation.h"
-
+// Signals of a POSIX system.
 #include <atomic>
 #include <csignal>
 
+#include "tools/common/cancellation.h"
 #include "tools/common/exit_code.h"
+#include "winlayer/machine.h"
 
 namespace tools {
 
@@ -33,17 +34,18 @@ void Cancellation::check() const {
     if (requested()) throw Problem(ExitCode::cancelled, "cancelled");
 }
 
-Cancellation::Scope::Scope(const Cancellation& cancellation, std::function<void()> handler)
-    : messages_(winlayer::Machine::current().messages) {
-    messages_.atEveryLook([&cancellation, handler = std::move(handler), told = false]() mutable {
-        if (told || !cancellation.requested()) return;
-        told = true;
-        handler();
-    });
+// The libraries look at the current machine's message queue before every test for a cancel.
+Cancellation::Scope::Scope(const Cancellation& cancellation, std::function<void()> handler) {
+    winlayer::Machine::current().messages.atEveryLook(
+        [&cancellation, handler = std::move(handler), told = false]() mutable {
+            if (told || !cancellation.requested()) return;
+            told = true;
+            handler();
+        });
 }
 
 Cancellation::Scope::~Scope() {
-    messages_.atEveryLook({});
+    winlayer::Machine::current().messages.atEveryLook({});
 }
 
 }  // namespace tools

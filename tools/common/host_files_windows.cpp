@@ -1,0 +1,292 @@
+// Windows' files, by the 8-bit functions that its older versions have too.
+#include <windows.h>
+
+#include <algorithm>
+#include <functional>
+#include <limits>
+
+#include "tools/common/host_files.h"
+#include "tools/common/names.h"
+#include "tools/common/reasons.h"
+
+namespace tools::host_files {
+
+namespace {
+
+// Names that are tried before it is given up.
+constexpr DWORD attempts = 1000;
+
+std::string native(const Path& path) {
+    return ansi(path.string());
+}
+
+HostError failure(const Path& file) {
+    return {file, errorText(GetLastError())};
+}
+
+void check(const Path& file, BOOL done) {
+    if (!done) throw failure(file);
+}
+
+class Handle {
+public:
+    Handle(const Path& file, DWORD access, DWORD disposition, DWORD attributes = FILE_ATTRIBUTE_NORMAL)
+        : handle_(CreateFileA(native(file).c_str(), access, FILE_SHARE_READ, nullptr, disposition, attributes,
+                              nullptr)) {}
+    ~Handle() {
+        if (good()) CloseHandle(handle_);
+    }
+    Handle(const Handle&) = delete;
+    Handle& operator=(const Handle&) = delete;
+
+    bool good() const { return handle_ != INVALID_HANDLE_VALUE; }
+    HANDLE get() const { return handle_; }
+
+private:
+    HANDLE handle_;
+};
+
+class Search {
+public:
+    explicit Search(const Path& pattern) : handle_(FindFirstFileA(native(pattern).c_str(), &facts)) {}
+    ~Search() {
+        if (good()) FindClose(handle_);
+    }
+    Search(const Search&) = delete;
+    Search& operator=(const Search&) = delete;
+
+    bool good() const { return handle_ != INVALID_HANDLE_VALUE; }
+    bool next() { return FindNextFileA(handle_, &facts) != 0; }
+
+    WIN32_FIND_DATAA facts{};
+
+private:
+    HANDLE handle_;
+};
+
+// The one spelling of a path that all others lead to; parts that are not there stay as they are.
+std::string uniquePath(const Path& path) {
+    std::string whole = windowsPath(path);
+    char shortened[MAX_PATH + 1];
+    const DWORD size = GetShortPathNameA(whole.c_str(), shortened, sizeof shortened);
+    if (size > 0 && size < sizeof shortened) whole.assign(shortened, size);
+    CharUpperA(whole.data());
+    return whole;
+}
+
+// A new entry under a hidden name; `make` says whether it could be made.
+template <class Make>
+Path makeHidden(const Path& folder, const std::string& like, Make make) {
+    const DWORD start = GetTickCount();
+    for (DWORD i = 0; i < attempts; ++i) {
+        Path name = folder / ("." + like + "part-" + std::to_string(start + i));
+        if (make(name)) return name;
+        if (GetLastError() != ERROR_FILE_EXISTS && GetLastError() != ERROR_ALREADY_EXISTS) break;
+    }
+    throw failure(folder);
+}
+
+bool moveFile(const Path& from, const Path& to) {
+    return MoveFileA(native(from).c_str(), native(to).c_str()) != 0;
+}
+
+// Lets a write-protected file be replaced. Where it is not, it gets its protection back.
+class Writable {
+public:
+    explicit Writable(const Path& file) : name_(native(file)), before_(GetFileAttributesA(name_.c_str())) {
+        SetFileAttributesA(name_.c_str(), before_ & ~DWORD{FILE_ATTRIBUTE_READONLY});
+    }
+    // To be called when the file has been replaced.
+    void forget() { name_.clear(); }
+    ~Writable() {
+        if (!name_.empty()) SetFileAttributesA(name_.c_str(), before_);
+    }
+    Writable(const Writable&) = delete;
+    Writable& operator=(const Writable&) = delete;
+
+private:
+    std::string name_;
+    DWORD before_;
+};
+
+// Where Windows cannot replace a file in one step, the old one steps aside for as long as that takes.
+void replaceInSteps(const Path& from, const Path& to) {
+    const Path aside = makeHidden(to.parent_path(), "", [&](const Path& name) { return moveFile(to, name); });
+    if (!moveFile(from, to)) {
+        const HostError why = failure(to);
+        moveFile(aside, to);
+        throw why;
+    }
+    removeFile(aside);
+}
+
+void forEachFile(const Path& folder, const std::function<void(const Path&)>& work) {
+    for (const Path& entry : entries(folder)) {
+        if (kindOf(entry) == Kind::folder) {
+            forEachFile(entry, work);
+        } else {
+            work(entry);
+        }
+    }
+}
+
+}  // namespace
+
+Kind kindOf(const Path& name, std::string* why) {
+    const DWORD attributes = GetFileAttributesA(native(name).c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES) {
+        if (why) *why = errorText(GetLastError());
+        return Kind::missing;
+    }
+    return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? Kind::folder : Kind::file;
+}
+
+std::uint64_t sizeOf(const Path& file) {
+    const Search search(file);
+    if (!search.good()) throw failure(file);
+    return std::uint64_t{search.facts.nFileSizeHigh} << 32 | search.facts.nFileSizeLow;
+}
+
+std::vector<Path> entries(const Path& folder) {
+    Search search(folder / "*");
+    if (!search.good()) throw failure(folder);
+    std::vector<Path> found;
+    do {
+        const std::string name = utf8(search.facts.cFileName);
+        if (name != "." && name != "..") found.push_back(folder / name);
+    } while (search.next());
+    if (GetLastError() != ERROR_NO_MORE_FILES) throw failure(folder);
+    return found;
+}
+
+bool liesIn(const Path& file, const Path& folder) {
+    const Path holder = file.has_parent_path() ? file.parent_path() : Path(".");
+    return (uniquePath(holder) + '\\').starts_with(uniquePath(folder) + '\\');
+}
+
+// Older Windows has no links.
+Path behindLink(const Path& file) {
+    return file;
+}
+
+std::uint64_t freeBytes(const Path& folder) {
+    const std::string whole = windowsPath(folder) + '\\';
+    const std::size_t share = whole.starts_with("\\\\") ? whole.find('\\', whole.find('\\', 2) + 1) : 2;
+    DWORD sectors = 0, bytes = 0, available = 0, all = 0;
+    if (!GetDiskFreeSpaceA(whole.substr(0, share + 1).c_str(), &sectors, &bytes, &available, &all)) {
+        return std::numeric_limits<std::uint64_t>::max();
+    }
+    return std::uint64_t{sectors} * bytes * available;
+}
+
+bool makeFolders(const Path& folder) {
+    if (kindOf(folder) == Kind::folder) return false;
+    const Path above = folder.parent_path();
+    if (!above.empty() && above != folder) makeFolders(above);
+    check(folder, CreateDirectoryA(native(folder).c_str(), nullptr));
+    return true;
+}
+
+Path makeHiddenFile(const Path& folder, const std::string& like) {
+    return makeHidden(folder, like,
+                      [](const Path& name) { return Handle(name, GENERIC_WRITE, CREATE_NEW).good(); });
+}
+
+Path makeHiddenFolder(const Path& folder, const std::string& like) {
+    return makeHidden(folder, like,
+                      [](const Path& name) { return CreateDirectoryA(native(name).c_str(), nullptr) != 0; });
+}
+
+void move(const Path& from, const Path& to) {
+    if (moveFile(from, to)) return;
+    if (GetLastError() != ERROR_FILE_EXISTS && GetLastError() != ERROR_ALREADY_EXISTS) throw failure(to);
+    Writable old(to);
+    if (!MoveFileExA(native(from).c_str(), native(to).c_str(), MOVEFILE_REPLACE_EXISTING)) {
+        if (GetLastError() != ERROR_CALL_NOT_IMPLEMENTED) throw failure(to);
+        replaceInSteps(from, to);
+    }
+    old.forget();
+}
+
+void removeFile(const Path& file) {
+    SetFileAttributesA(native(file).c_str(), FILE_ATTRIBUTE_NORMAL);
+    DeleteFileA(native(file).c_str());
+}
+
+void removeTree(const Path& folder) {
+    try {
+        for (const Path& entry : entries(folder)) {
+            if (kindOf(entry) == Kind::folder) {
+                removeTree(entry);
+            } else {
+                removeFile(entry);
+            }
+        }
+    } catch (const std::exception&) {  // then the folder is not empty and stays
+    }
+    removeEmptyFolder(folder);
+}
+
+void removeEmptyFolder(const Path& folder) {
+    RemoveDirectoryA(native(folder).c_str());
+}
+
+// A file that is protected from writing has been closed by who wrote it, and Windows has no other way.
+void synchronise(const Path& file) {
+    const DWORD attributes = GetFileAttributesA(native(file).c_str());
+    if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) return;
+    const Handle opened(file, GENERIC_WRITE, OPEN_EXISTING);
+    check(file, opened.good() && FlushFileBuffers(opened.get()));
+}
+
+FolderOnMedium::FolderOnMedium(const Path& folder) : folder_(folder) {}
+
+FolderOnMedium::~FolderOnMedium() = default;
+
+void FolderOnMedium::synchronise() {
+    forEachFile(folder_, [](const Path& file) { host_files::synchronise(file); });
+}
+
+std::string readText(const Path& file) {
+    const InputFile input(file);
+    std::string text(static_cast<std::size_t>(input.size()), '\0');
+    text.resize(input.readAt(0, reinterpret_cast<unsigned char*>(text.data()), text.size()));
+    return utf8(text);
+}
+
+void write(const Path& file, const std::string& bytes) {
+    const Handle opened(file, GENERIC_WRITE, CREATE_ALWAYS);
+    DWORD written = 0;
+    const DWORD size = static_cast<DWORD>(bytes.size());
+    check(file, opened.good() && WriteFile(opened.get(), bytes.data(), size, &written, nullptr));
+    if (written != size) throw HostError(file, errorText(ERROR_DISK_FULL));
+}
+
+struct InputFile::Opened {
+    Handle handle;
+    std::uint64_t size;
+};
+
+InputFile::InputFile(const Path& file) : opened_(new Opened{{file, GENERIC_READ, OPEN_EXISTING}, 0}) {
+    if (!opened_->handle.good()) throw failure(file);
+    opened_->size = sizeOf(file);
+}
+
+InputFile::~InputFile() = default;
+
+std::uint64_t InputFile::size() const {
+    return opened_->size;
+}
+
+std::size_t InputFile::readAt(std::uint64_t offset, unsigned char* buffer, std::size_t count) const {
+    LONG high = static_cast<LONG>(offset >> 32);
+    SetLastError(NO_ERROR);
+    const DWORD low =
+        SetFilePointer(opened_->handle.get(), static_cast<LONG>(offset & 0xFFFFFFFF), &high, FILE_BEGIN);
+    if (low == INVALID_SET_FILE_POINTER && GetLastError() != NO_ERROR) return 0;
+    DWORD got = 0;
+    const DWORD wanted = static_cast<DWORD>(std::min<std::size_t>(count, 0x10000000));
+    return ReadFile(opened_->handle.get(), buffer, wanted, &got, nullptr) ? got : 0;
+}
+
+}  // namespace tools::host_files

@@ -1,0 +1,317 @@
+// Diskettes in the drives of Windows itself.
+#include "tools/emergency_disk/diskette.h"
+
+#include <winioctl.h>
+
+#include <array>
+#include <optional>
+
+#include "boot_sector.h"
+#include "diskio.h"
+#include "tools/common/names.h"
+#include "tools/common/reasons.h"
+#include "tools/emergency_disk/command_line.h"
+
+namespace tools::emergency_disk {
+
+namespace {
+
+constexpr const char* layerOnly =
+    "this is an option of the layer that plays Windows and its diskettes on other systems; here a real drive "
+    "is used, as in --device A:";
+
+// No box of Windows that asks for a diskette, as long as the object lives.
+class NoBoxes {
+public:
+    NoBoxes() : before_(SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX)) {}
+    ~NoBoxes() { SetErrorMode(before_); }
+    NoBoxes(const NoBoxes&) = delete;
+    NoBoxes& operator=(const NoBoxes&) = delete;
+
+private:
+    UINT before_;
+};
+
+// What the work throws as a file or device failure becomes its error code.
+template <class Work>
+DWORD errorOf(Work work) {
+    try {
+        work();
+        return NO_ERROR;
+    } catch (const UTILS::DiskIoException& failure) {
+        return failure.m_error_number != 0 ? failure.m_error_number : ERROR_READ_FAULT;
+    }
+}
+
+unsigned field(const std::array<unsigned char, boot_sector::size>& sector, std::size_t at) {
+    return sector[at] | sector[at + 1] << 8;
+}
+
+// A drive with a letter: its files by Windows, its sectors by the way to them that this Windows has.
+class DriveView : public DisketteView {
+public:
+    explicit DriveView(char letter) : letter_(letter) {}
+
+    bool isNT() const { return device_.IsNT(); }
+    std::string name() const { return {letter_, ':'}; }
+    std::string root() const { return name() + '\\'; }
+
+    // A volume that nobody else uses is taken off, so that Windows reads it anew; what else can be done is to
+    // forget what this program has opened.
+    DWORD settle() override {
+        const NoBoxes quiet;
+        device_.CloseQuietly();
+        if (!isNT()) return NO_ERROR;
+        if (const DWORD error = errorOf([&] { openDevice(); })) return error;
+        for (const DWORD step : {FSCTL_LOCK_VOLUME, FSCTL_DISMOUNT_VOLUME, FSCTL_UNLOCK_VOLUME}) {
+            if (errorOf([&] { device_.DeviceControl(step, nullptr, 0, nullptr, 0); }) != NO_ERROR) break;
+        }
+        device_.CloseQuietly();
+        return NO_ERROR;
+    }
+
+    DWORD readSectors(DWORD first, std::span<std::byte> buffer) override {
+        const NoBoxes quiet;
+        return errorOf([&] {
+            if (!device_.IsOpen()) openDevice();
+            if (isNT()) {
+                readThroughDevice(first, buffer);
+            } else {
+                readThroughVwin32(first, buffer);
+            }
+        });
+    }
+
+    DWORD bootSector(std::array<unsigned char, boot_sector::size>& sector) {
+        return readSectors(0, std::as_writable_bytes(std::span(sector)));
+    }
+
+    DWORD fats(Fats& fats) override {
+        std::array<unsigned char, boot_sector::size> sector{};
+        if (const DWORD error = bootSector(sector)) return error;
+        fats = {field(sector, boot_sector::reservedSectorsAt), sector[boot_sector::fatCountAt],
+                field(sector, boot_sector::sectorsPerFatAt)};
+        const bool fit = fats.first > 0 && fats.count > 0 && fats.sectorsEach > 0 &&
+                         fats.first + fats.count * fats.sectorsEach < boot_sector::totalSectors;
+        return fit ? NO_ERROR : ERROR_UNRECOGNIZED_MEDIA;
+    }
+
+    DWORD label(std::string& label) override {
+        std::string system;
+        return volume(label, system);
+    }
+
+    DWORD volume(std::string& label, std::string& fileSystem) const {
+        const NoBoxes quiet;
+        char labelText[MAX_PATH + 1]{};
+        char systemText[MAX_PATH + 1]{};
+        if (!GetVolumeInformationA(root().c_str(), labelText, MAX_PATH, nullptr, nullptr, nullptr, systemText,
+                                   MAX_PATH))
+            return GetLastError();
+        label = labelText;
+        fileSystem = systemText;
+        return NO_ERROR;
+    }
+
+    DWORD file(const std::string& name, File& file) override {
+        const NoBoxes quiet;
+        WIN32_FIND_DATAA facts{};
+        const HANDLE search = FindFirstFileA((root() + name).c_str(), &facts);
+        if (search == INVALID_HANDLE_VALUE) return GetLastError();
+        FindClose(search);
+        file = {facts.dwFileAttributes, std::uint64_t{facts.nFileSizeHigh} << 32 | facts.nFileSizeLow};
+        return NO_ERROR;
+    }
+
+    DWORD readFile(const std::string& name, std::vector<unsigned char>& contents) override {
+        const NoBoxes quiet;
+        return errorOf([&] {
+            UTILS::DiskIO file((root() + name).c_str(), GENERIC_READ, FILE_SHARE_READ);
+            file.Read(contents.data(), static_cast<DWORD>(contents.size()));
+            contents.resize(file.GetBytesRead());
+        });
+    }
+
+    // The number of sectors of the medium; 0 where this Windows does not tell.
+    DWORD sectors(DWORD& count) {
+        const NoBoxes quiet;
+        count = 0;
+        if (!isNT()) return NO_ERROR;
+        DISK_GEOMETRY geometry{};
+        const DWORD error = errorOf([&] {
+            if (!device_.IsOpen()) openDevice();
+            device_.DeviceControl(IOCTL_DISK_GET_DRIVE_GEOMETRY, nullptr, 0, &geometry, sizeof geometry);
+        });
+        count = static_cast<DWORD>(geometry.Cylinders.QuadPart) * geometry.TracksPerCylinder *
+                geometry.SectorsPerTrack;
+        return error;
+    }
+
+private:
+    void openDevice() {
+        const std::string device = isNT() ? "\\\\.\\" + name() : std::string("\\\\.\\VWIN32");
+        device_.Open(device.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING, 0);
+    }
+
+    void readThroughDevice(DWORD first, std::span<std::byte> buffer) {
+        LARGE_INTEGER offset{};
+        offset.QuadPart = LONGLONG{first} * LONGLONG{boot_sector::size};
+        device_.SetFilePointer(offset, FILE_BEGIN);
+        device_.Read(buffer.data(), static_cast<DWORD>(buffer.size()));
+    }
+
+    void readThroughVwin32(DWORD first, std::span<std::byte> buffer) {
+        _ABSREADWRITE packet{first, static_cast<WORD>(buffer.size() / boot_sector::size),
+                             PtrToUlong(buffer.data())};
+        device_.DeviceRead(packet, static_cast<DWORD>(letter_ - 'A'));
+    }
+
+    char letter_;
+    UTILS::DiskIO device_;
+};
+
+char letterOf(const Target& target) {
+    const std::string name = target.device.string();
+    const char letter = static_cast<char>(name.empty() ? 0 : name[0] & ~0x20);
+    const bool drive = letter >= 'A' && letter <= 'Z' &&
+                       (name.size() == 1 || name.substr(1) == ":" || name.substr(1) == ":\\");
+    if (!drive) throw Problem(ExitCode::usage, "'" + name + "' is no drive; name one as in --device A:");
+    return letter;
+}
+
+Problem driveProblem(const DriveView& drive, DWORD error) {
+    switch (error) {
+        case ERROR_NOT_READY:
+            return {ExitCode::noDiskette, "there is no diskette in " + drive.name()};
+        case ERROR_FILE_NOT_FOUND:
+        case ERROR_PATH_NOT_FOUND:
+            return {ExitCode::noDiskette, "there is no drive " + drive.name()};
+        default:
+            return {ExitCode::failure, "cannot read " + drive.name() + ": " + errorText(error)};
+    }
+}
+
+// On Windows 95/98/Me, which tells a medium's size only after a look at the drive's type, the diskette drives
+// are A: and B:.
+void refuseOtherDrives(DriveView& drive) {
+    const UINT type = GetDriveTypeA(drive.root().c_str());
+    if (type == DRIVE_NO_ROOT_DIR) throw driveProblem(drive, ERROR_PATH_NOT_FOUND);
+    if (type != DRIVE_REMOVABLE || (!drive.isNT() && drive.name() > "B:")) {
+        throw Problem(ExitCode::refused, drive.name() + " is not a diskette drive");
+    }
+    DWORD sectors = 0;
+    if (const DWORD error = drive.sectors(sectors)) throw driveProblem(drive, error);
+    if (drive.isNT() && sectors != boot_sector::totalSectors) {
+        throw Problem(ExitCode::refused, drive.name() + " does not have exactly 2,880 sectors of 512 bytes");
+    }
+}
+
+class WindowsDiskette : public Diskette {
+public:
+    explicit WindowsDiskette(char letter) : view_(letter) {}
+
+    DisketteView& view() override { return view_; }
+    std::string root() const override { return view_.root(); }
+
+    // Windows does not let programs write to sectors everywhere, so a file shows whether it can be written.
+    Problem diagnose() override {
+        const DWORD error = errorOf([&] {
+            const NoBoxes quiet;
+            UTILS::DiskIO probe((root() + "PROBE.TMP").c_str(), GENERIC_WRITE, 0, CREATE_ALWAYS);
+            probe.Delete();
+        });
+        if (error == ERROR_WRITE_PROTECT)
+            return {ExitCode::writeProtected, "the diskette is write-protected"};
+        std::array<std::byte, boot_sector::size> sector{};
+        for (DWORD number = 0; number < boot_sector::totalSectors; ++number) {
+            const DWORD fault = view_.readSectors(number, sector);
+            if (fault == ERROR_NOT_READY) return {ExitCode::noDiskette, "there is no diskette in the drive"};
+            if (fault != NO_ERROR) {
+                return {ExitCode::mediumError,
+                        "sector " + std::to_string(number) + " of the diskette is bad: " + errorText(fault)};
+            }
+        }
+        return {ExitCode::failure, "the diskette could not be made"};
+    }
+
+    void commit() override {
+        if (const DWORD error = view_.settle()) {
+            throw Problem(ExitCode::mediumError, "the diskette could not be finished: " + errorText(error));
+        }
+    }
+
+private:
+    DriveView view_;
+};
+
+class WindowsWorkplace : public Workplace {
+public:
+    std::unique_ptr<Diskette> insert(const MakeOptions& options) override {
+        return std::make_unique<WindowsDiskette>(letterOf(options.target));
+    }
+};
+
+// An option that is known, not shown, and refused.
+void refuse(CLI::App& command, const char* name) {
+    command.add_option(name)->group("")->check(CLI::Validator([](std::string&) { return layerOnly; }, ""));
+}
+
+}  // namespace
+
+TargetFacts examine(const Target& target) {
+    DriveView drive(letterOf(target));
+    refuseOtherDrives(drive);
+    std::array<unsigned char, boot_sector::size> sector{};
+    if (const DWORD error = drive.bootSector(sector)) throw driveProblem(drive, error);
+    TargetFacts facts;
+    facts.exists = true;
+    std::string system;
+    facts.isDiskette = drive.volume(facts.label, system) == NO_ERROR && system.starts_with("FAT") &&
+                       field(sector, boot_sector::bytesPerSectorAt) == boot_sector::size &&
+                       field(sector, boot_sector::totalSectorsAt) == boot_sector::totalSectors;
+    return facts;
+}
+
+std::unique_ptr<DisketteView> openForReading(const Target& target) {
+    auto drive = std::make_unique<DriveView>(letterOf(target));
+    refuseOtherDrives(*drive);
+    return drive;
+}
+
+std::unique_ptr<Workplace> workplaceFor(const MakeOptions&) {
+    return std::make_unique<WindowsWorkplace>();
+}
+
+const HelpTexts& helpTexts() {
+    static constexpr HelpTexts texts{
+        "  emergency-disk make --device A: --archive mwdisk1.dat\n"
+        "  emergency-disk check --device A: --archive mwdisk1.dat\n",
+        "  emergency-disk make --device A: --archive mwdisk1.dat\n",
+        "  emergency-disk check --device A: --archive mwdisk1.dat --json\n",
+        "name the drive with --device, as in --device A:"};
+    return texts;
+}
+
+void addTarget(CLI::App& command, Target& target) {
+    refuse(command, "--image");
+    named(command.add_option("--device", target.device, "The diskette drive, as in A:"), "DRIVE");
+}
+
+void addLayerOptions(CLI::App& command, MakeOptions&) {
+    refuse(command, "--windows");
+    refuse(command, "--simulate");
+}
+
+// Kept as a command, so that whoever expects it learns what to do instead.
+void addFormat(Program& program, FormatOptions& options) {
+    CLI::App* command = program.command(
+        "format", "Not on Windows, which formats diskettes itself", "  format a:\n", [](Session&) {
+            throw Problem(ExitCode::usage,
+                          "blank diskette images are made where the layer plays Windows; "
+                          "Windows formats a diskette in a drive itself: format a:");
+        });
+    command->add_option("--image", options.image)->group("");
+    command->add_flag("-y,--yes", options.yes)->group("");
+}
+
+}  // namespace tools::emergency_disk
