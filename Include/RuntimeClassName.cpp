@@ -5,9 +5,10 @@
 #include <cstdlib>
 #include <map>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <typeindex>
+
+#include "CSyncObject.h"
 
 namespace UTILS {
 
@@ -21,9 +22,9 @@ std::string Readable(const std::type_info& type) {
 }  // namespace
 
 const char* RuntimeClassName(const std::type_info& type) {
-    static std::mutex guard;
+    static CCriticalSection guard;
     static std::map<std::type_index, std::string> names;
-    const std::lock_guard<std::mutex> lock(guard);
+    const SectionGuard lock(guard);
     const auto found = names.find(type);
     return (found != names.end() ? found : names.emplace(type, Readable(type)).first)->second.c_str();
 }

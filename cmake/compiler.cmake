@@ -28,6 +28,13 @@ if(WIN32)
     target_compile_definitions(project_options INTERFACE
         WINVER=0x0501 _WIN32_WINNT=0x0501 WIN32_LEAN_AND_MEAN NOMINMAX)
     target_link_options(project_options INTERFACE -static)
+    if(EMDISK_WINDOWS_CPU STREQUAL "i686")
+        # Comes before the compiler's own libraries, which are searched after all others.
+        add_library(old_windows STATIC ${PROJECT_SOURCE_DIR}/oldwindows/old_windows.cpp)
+        target_compile_options(old_windows PRIVATE -Wall -Wextra -Wpedantic -Werror)
+        target_link_libraries(project_options INTERFACE old_windows)
+        target_link_options(project_options INTERFACE LINKER:-u,__imp__CreateSemaphoreW@16)
+    endif()
 else()
     find_package(Threads REQUIRED)
     target_link_libraries(project_options INTERFACE Threads::Threads)

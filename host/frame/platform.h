@@ -25,8 +25,8 @@ public:
     virtual std::string windowsPath(const std::string& name) const = 0;
     // Puts the diskette in drive A: into a state by its name, "normal" into none. Throws Failure.
     virtual void setMedium(const std::string& state) = 0;
-    // Writes the window as it looks now to a PNG file; only when the options asked for pictures. Throws
-    // Failure.
+    // Writes the window as it looks now to a PNG file, whose folder is made; only when the options asked for
+    // pictures. Throws Failure.
     virtual void screenshot(HWND window, const std::string& file) = 0;
     // Keeps the settings for later runs. Throws Failure.
     virtual void save() = 0;

@@ -96,6 +96,7 @@ public:
     }
 
     void screenshot(HWND window, const std::string& file) override {
+        fs::create_directories(fs::path(file).parent_path());
         if (!display_->capture(window, file)) throw Failure(ExitCode::failure, "cannot write " + file);
     }
 

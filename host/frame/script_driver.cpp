@@ -17,7 +17,7 @@ std::string firstWord(const std::string& text) {
 }  // namespace
 
 ScriptDriver::ScriptDriver(WizardFrame& frame, Platform& platform, Transcript& transcript, Answers& answers,
-                           std::filesystem::path screenshots)
+                           std::string screenshots)
     : frame_(frame),
       platform_(platform),
       transcript_(transcript),
@@ -44,7 +44,7 @@ void ScriptDriver::settle(const std::string& name) {
     if (screenshots_.empty()) return;
     std::string number = std::to_string(taken_++);
     number.insert(0, number.size() < 2 ? 2 - number.size() : 0, '0');
-    platform_.screenshot(frame_.window(), (screenshots_ / (number + "-" + name + ".png")).string());
+    platform_.screenshot(frame_.window(), screenshots_ + "/" + number + "-" + name + ".png");
 }
 
 void ScriptDriver::perform(const step::Press& press) {

@@ -1,5 +1,4 @@
 #pragma once
-#include <filesystem>
 #include <string>
 #include <vector>
 
@@ -15,7 +14,7 @@ class ScriptDriver {
 public:
     // `screenshots`: a folder for a PNG of the frame after each step; empty for none.
     ScriptDriver(WizardFrame& frame, Platform& platform, Transcript& transcript, Answers& answers,
-                 std::filesystem::path screenshots = {});
+                 std::string screenshots = {});
     // Throws Failure (scriptFailed) at the first step that a user could not do.
     void run(const std::vector<Step>& steps);
 
@@ -33,7 +32,7 @@ private:
     Platform& platform_;
     Transcript& transcript_;
     Answers& answers_;
-    std::filesystem::path screenshots_;
+    std::string screenshots_;
     int taken_ = 0;
 };
 

@@ -1,7 +1,5 @@
 #include "host/frame/wizard_program.h"
 
-#include <filesystem>
-
 #include "host/frame/component.h"
 #include "host/frame/frame_resources.h"
 #include "host/frame/module_listing.h"
@@ -80,7 +78,6 @@ void showToUser(Component& component) {
 void runScript(const Options& options, Component& component, Platform& platform, const LoadedModule& support,
                std::ostream& out) {
     const std::vector<Step> steps = parseScript(*options.script);
-    if (!options.screenshots.empty()) std::filesystem::create_directories(options.screenshots);
     Transcript transcript(out);
     Answers answers(transcript, platform);
     WizardFrame frame(GetModuleHandleA(nullptr), transcript);
