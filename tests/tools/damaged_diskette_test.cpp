@@ -26,8 +26,8 @@ protected:
     ExitCode makeDisk(const std::string& state) {
         fs::remove(image());
         emergency_disk::MakeOptions options;
-        options.target.image = image();
-        options.archive = disk_.archive();
+        options.target.image = image().string();
+        options.archive = disk_.archive().string();
         options.simulate = state;
         Console console("test", true);
         nlohmann::ordered_json result;
@@ -42,9 +42,9 @@ protected:
 
     // Whether what lies in the image is the whole diskette, by a fresh look at its bytes.
     bool readsBack() {
-        const emergency_disk::DiskPlan plan = emergency_disk::readPlan(disk_.archive());
+        const emergency_disk::DiskPlan plan = emergency_disk::readPlan(disk_.archive().string());
         const std::string label = "QUARVEL";
-        const auto diskette = emergency_disk::openForReading({image(), {}});
+        const auto diskette = emergency_disk::openForReading({image().string(), {}});
         return emergency_disk::inspect(*diskette, {&plan, &label}).passed();
     }
 

@@ -41,7 +41,7 @@ public:
         tools::Console console("test", true);
         nlohmann::ordered_json result;
         tools::Session session{console, true, result};
-        tools::zar::create({archive(), files(), {}}, session);
+        tools::zar::create({archive().string(), files().string(), {}}, session);
     }
 
 private:

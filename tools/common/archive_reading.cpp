@@ -7,14 +7,14 @@ namespace tools {
 
 namespace {
 
-Problem unreadable(const std::filesystem::path& archive, const std::string& why) {
+Problem unreadable(const Path& archive, const std::string& why) {
     return {ExitCode::failure, "cannot read the archive " + archive.string() + ": " + why};
 }
 
 // An archive that is open on the host.
 class ArchiveFile {
 public:
-    explicit ArchiveFile(const std::filesystem::path& archive) {
+    explicit ArchiveFile(const Path& archive) {
         requireArchive(archive);  // opening a pipe could wait for ever
         try {
             file_.emplace(archive);
@@ -38,14 +38,14 @@ private:
 
 }  // namespace
 
-void requireArchive(const std::filesystem::path& archive) {
+void requireArchive(const Path& archive) {
     std::string why;
     const host_files::Kind kind = host_files::kindOf(archive, &why);
     if (kind == host_files::Kind::file) return;
     throw unreadable(archive, kind == host_files::Kind::missing ? why : "it is not a file");
 }
 
-ArchiveSummary walkArchive(const std::filesystem::path& archive, const TakeRecord& take) {
+ArchiveSummary walkArchive(const Path& archive, const TakeRecord& take) {
     const ArchiveFile file(archive);
     zar::Checker checker = file.checker();
     ArchiveSummary summary;
@@ -58,14 +58,14 @@ ArchiveSummary walkArchive(const std::filesystem::path& archive, const TakeRecor
     return summary;
 }
 
-void refuseFaulty(const std::filesystem::path& archive, const ArchiveSummary& summary) {
+void refuseFaulty(const Path& archive, const ArchiveSummary& summary) {
     if (!summary.fault) return;
     throw Problem(ExitCode::invalidArchive, archive.string() + ": at offset " +
                                                 std::to_string(summary.fault->offset) + ": " +
                                                 summary.fault->reason);
 }
 
-ArchiveContents readSoundArchive(const std::filesystem::path& archive) {
+ArchiveContents readSoundArchive(const Path& archive) {
     ArchiveContents contents;
     const auto keep = [&](const zar::Entry& record) { contents.records.push_back(record); };
     static_cast<ArchiveSummary&>(contents) = walkArchive(archive, keep);
@@ -73,13 +73,13 @@ ArchiveContents readSoundArchive(const std::filesystem::path& archive) {
     return contents;
 }
 
-std::size_t countSoundArchive(const std::filesystem::path& archive) {
+std::size_t countSoundArchive(const Path& archive) {
     const ArchiveSummary summary = walkArchive(archive, [](const zar::Entry&) {});
     refuseFaulty(archive, summary);
     return summary.count;
 }
 
-std::vector<unsigned char> readMember(const std::filesystem::path& archive, const zar::Entry& record) {
+std::vector<unsigned char> readMember(const Path& archive, const zar::Entry& record) {
     const ArchiveFile file(archive);
     zar::Checker checker = file.checker();
     std::vector<unsigned char> contents;

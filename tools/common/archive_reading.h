@@ -1,11 +1,12 @@
 #pragma once
 #include <cstdint>
-#include <filesystem>
 #include <functional>
 #include <optional>
 #include <vector>
 
 #include "zar_check.h"
+
+#include "tools/common/host_path.h"
 
 namespace tools {
 
@@ -24,21 +25,21 @@ struct ArchiveContents : ArchiveSummary {
 using TakeRecord = std::function<void(const zar::Entry&)>;
 
 // Throws Problem(failure) when there is no file of that name.
-void requireArchive(const std::filesystem::path& archive);
+void requireArchive(const Path& archive);
 
 // Walks an archive on the host without unpacking it and gives each record. Throws Problem(failure) when it
 // cannot be opened.
-ArchiveSummary walkArchive(const std::filesystem::path& archive, const TakeRecord& take);
+ArchiveSummary walkArchive(const Path& archive, const TakeRecord& take);
 
 // Throws Problem(invalidArchive) that names the offset and the reason when there is a fault.
-void refuseFaulty(const std::filesystem::path& archive, const ArchiveSummary& summary);
+void refuseFaulty(const Path& archive, const ArchiveSummary& summary);
 
 // Both: the contents of an archive that must be sound, or the number of its records alone, which needs no
 // memory for each.
-ArchiveContents readSoundArchive(const std::filesystem::path& archive);
-std::size_t countSoundArchive(const std::filesystem::path& archive);
+ArchiveContents readSoundArchive(const Path& archive);
+std::size_t countSoundArchive(const Path& archive);
 
 // One file's data. Throws Problem.
-std::vector<unsigned char> readMember(const std::filesystem::path& archive, const zar::Entry& record);
+std::vector<unsigned char> readMember(const Path& archive, const zar::Entry& record);
 
 }  // namespace tools

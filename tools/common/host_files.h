@@ -1,22 +1,22 @@
 #pragma once
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
+#include "tools/common/host_path.h"
+
 // What the programs ask of the files of the host, beyond what the libraries do by Windows' calls. One source
-// for each platform. Paths and texts are UTF-8; std::filesystem::path only carries them, because its
-// operations ask Windows for what only its later versions can do.
+// for each platform.
 
 namespace tools {
 
 // A failure of the host: what() names the file and the reason, reason() gives the reason alone.
 class HostError : public std::runtime_error {
 public:
-    HostError(const std::filesystem::path& file, const std::string& reason)
+    HostError(const Path& file, const std::string& reason)
         : std::runtime_error(file.string() + ": " + reason), reason_(reason) {}
     const std::string& reason() const { return reason_; }
 
@@ -26,8 +26,6 @@ private:
 
 // Unless a comment says otherwise these throw HostError when the host refuses.
 namespace host_files {
-
-using Path = std::filesystem::path;
 
 enum class Kind { missing, file, folder, other };
 

@@ -5,6 +5,7 @@
 
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <limits>
@@ -12,7 +13,11 @@
 
 #include "tools/common/host_files.h"
 
-namespace tools::host_files {
+namespace tools {
+
+const char* const pathSeparators = "/";
+
+namespace host_files {
 
 namespace fs = std::filesystem;
 
@@ -41,7 +46,7 @@ std::string hiddenName(const Path& folder, const std::string& like) {
 
 Kind kindOf(const Path& name, std::string* why) {
     std::error_code error;
-    const fs::file_status status = fs::status(name, error);
+    const fs::file_status status = fs::status(name.string(), error);
     if (fs::is_regular_file(status)) return Kind::file;
     if (fs::is_directory(status)) return Kind::folder;
     if (fs::exists(status)) return Kind::other;
@@ -51,7 +56,7 @@ Kind kindOf(const Path& name, std::string* why) {
 
 std::uint64_t sizeOf(const Path& file) {
     std::error_code error;
-    const std::uint64_t size = fs::file_size(file, error);
+    const std::uint64_t size = fs::file_size(file.string(), error);
     check(file, error);
     return size;
 }
@@ -59,32 +64,34 @@ std::uint64_t sizeOf(const Path& file) {
 std::vector<Path> entries(const Path& folder) {
     std::error_code error;
     std::vector<Path> found;
-    for (fs::directory_iterator at(folder, error), end; !error && at != end; at.increment(error)) {
-        found.push_back(at->path());
+    for (fs::directory_iterator at(folder.string(), error), end; !error && at != end; at.increment(error)) {
+        found.emplace_back(at->path().string());
     }
     check(folder, error);
     return found;
 }
 
 bool liesIn(const Path& file, const Path& folder) {
-    const Path inside = fs::weakly_canonical(file).lexically_relative(fs::canonical(folder));
+    const fs::path inside =
+        fs::weakly_canonical(file.string()).lexically_relative(fs::canonical(folder.string()));
     return !inside.empty() && *inside.begin() != "..";
 }
 
 Path behindLink(const Path& file) {
     std::error_code error;
-    return fs::is_symlink(fs::symlink_status(file, error)) ? fs::weakly_canonical(file) : file;
+    const bool link = fs::is_symlink(fs::symlink_status(file.string(), error));
+    return link ? Path(fs::weakly_canonical(file.string()).string()) : file;
 }
 
 std::uint64_t freeBytes(const Path& folder) {
     std::error_code error;
-    const fs::space_info space = fs::space(folder, error);
+    const fs::space_info space = fs::space(folder.string(), error);
     return error ? std::numeric_limits<std::uint64_t>::max() : space.available;
 }
 
 bool makeFolders(const Path& folder) {
     std::error_code error;
-    const bool made = fs::create_directories(folder, error);
+    const bool made = fs::create_directories(folder.string(), error);
     check(folder, error);
     return made;
 }
@@ -106,18 +113,18 @@ Path makeHiddenFolder(const Path& folder, const std::string& like) {
 
 void move(const Path& from, const Path& to) {
     std::error_code error;
-    fs::rename(from, to, error);
+    fs::rename(from.string(), to.string(), error);
     check(to, error);
 }
 
 void removeFile(const Path& file) {
     std::error_code ignored;
-    fs::remove(file, ignored);
+    fs::remove(file.string(), ignored);
 }
 
 void removeTree(const Path& folder) {
     std::error_code ignored;
-    fs::remove_all(folder, ignored);
+    fs::remove_all(folder.string(), ignored);
 }
 
 void removeEmptyFolder(const Path& folder) {
@@ -146,13 +153,13 @@ void FolderOnMedium::synchronise() {
 }
 
 std::string readText(const Path& file) {
-    std::ifstream stream(file, std::ios::binary);
+    std::ifstream stream(file.string(), std::ios::binary);
     if (!stream) throw failure(file, errno);
     return {std::istreambuf_iterator<char>(stream), {}};
 }
 
 void write(const Path& file, const std::string& bytes) {
-    std::ofstream stream(file, std::ios::binary);
+    std::ofstream stream(file.string(), std::ios::binary);
     if (!(stream << bytes).flush()) throw HostError(file, "not writable");
 }
 
@@ -184,4 +191,6 @@ std::size_t InputFile::readAt(std::uint64_t offset, unsigned char* buffer, std::
     return got > 0 ? static_cast<std::size_t>(got) : 0;
 }
 
-}  // namespace tools::host_files
+}  // namespace host_files
+
+}  // namespace tools

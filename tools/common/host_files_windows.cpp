@@ -9,7 +9,11 @@
 #include "tools/common/names.h"
 #include "tools/common/reasons.h"
 
-namespace tools::host_files {
+namespace tools {
+
+const char* const pathSeparators = "\\/:";
+
+namespace host_files {
 
 namespace {
 
@@ -111,7 +115,7 @@ private:
 
 // Where Windows cannot replace a file in one step, the old one steps aside for as long as that takes.
 void replaceInSteps(const Path& from, const Path& to) {
-    const Path aside = makeHidden(to.parent_path(), "", [&](const Path& name) { return moveFile(to, name); });
+    const Path aside = makeHidden(to.parent(), "", [&](const Path& name) { return moveFile(to, name); });
     if (!moveFile(from, to)) {
         const HostError why = failure(to);
         moveFile(aside, to);
@@ -160,7 +164,7 @@ std::vector<Path> entries(const Path& folder) {
 }
 
 bool liesIn(const Path& file, const Path& folder) {
-    const Path holder = file.has_parent_path() ? file.parent_path() : Path(".");
+    const Path holder = file.parent().empty() ? Path(".") : file.parent();
     return (uniquePath(holder) + '\\').starts_with(uniquePath(folder) + '\\');
 }
 
@@ -181,8 +185,9 @@ std::uint64_t freeBytes(const Path& folder) {
 
 bool makeFolders(const Path& folder) {
     if (kindOf(folder) == Kind::folder) return false;
-    const Path above = folder.parent_path();
-    if (!above.empty() && above != folder) makeFolders(above);
+    const Path above = folder.parent();
+    if (!above.empty() && !(above == folder)) makeFolders(above);
+    if (kindOf(folder) == Kind::folder) return true;  // named with a separator at its end
     check(folder, CreateDirectoryA(native(folder).c_str(), nullptr));
     return true;
 }
@@ -289,4 +294,6 @@ std::size_t InputFile::readAt(std::uint64_t offset, unsigned char* buffer, std::
     return ReadFile(opened_->handle.get(), buffer, wanted, &got, nullptr) ? got : 0;
 }
 
-}  // namespace tools::host_files
+}  // namespace host_files
+
+}  // namespace tools

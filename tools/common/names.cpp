@@ -33,7 +33,7 @@ std::string ansi(std::string_view text) {
     return result;
 }
 
-WindowsFile windowsFile(const std::filesystem::path& host) {
+WindowsFile windowsFile(const Path& host) {
     const std::string path = windowsPath(host);
     const std::size_t slash = path.rfind('\\');
     const bool root = slash != std::string::npos && slash > 0 && path[slash - 1] == ':';

@@ -1,7 +1,8 @@
 #pragma once
-#include <filesystem>
 #include <string>
 #include <string_view>
+
+#include "tools/common/host_path.h"
 
 namespace tools {
 
@@ -14,12 +15,12 @@ std::string utf8(std::string_view ansi);
 // Throws Problem(usage) for a character that the code page has not.
 std::string ansi(std::string_view text);
 // The Windows path of a host file or folder. Throws Problem(usage) likewise.
-std::string windowsPath(const std::filesystem::path& host);
+std::string windowsPath(const Path& host);
 // The same for a file, as its folder and its name.
 struct WindowsFile {
     std::string folder;
     std::string name;
 };
-WindowsFile windowsFile(const std::filesystem::path& host);
+WindowsFile windowsFile(const Path& host);
 
 }  // namespace tools

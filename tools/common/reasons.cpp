@@ -43,7 +43,7 @@ std::string reasonOf(const std::exception& fault) {
     return utf8(condition == std::string::npos ? report : report.substr(condition + conditionLabel.size()));
 }
 
-void blameFullDisk(const std::filesystem::path& folder) {
+void blameFullDisk(const Path& folder) {
     if (host_files::freeBytes(folder) < oneStep) {
         throw Problem(ExitCode::failure, "the disk that holds " + folder.string() + " is full");
     }

@@ -2,8 +2,9 @@
 #include <windows.h>
 
 #include <exception>
-#include <filesystem>
 #include <string>
+
+#include "tools/common/host_path.h"
 
 namespace tools {
 
@@ -16,6 +17,6 @@ std::string reasonOf(const std::exception& fault);
 
 // Throws Problem(failure) when a folder's disk has no room for even one more step of a copy: the libraries
 // report a copy that failed, but not why.
-void blameFullDisk(const std::filesystem::path& folder);
+void blameFullDisk(const Path& folder);
 
 }  // namespace tools

@@ -4,17 +4,16 @@
 
 namespace tools {
 
-namespace fs = std::filesystem;
 using host_files::Kind;
 
 namespace {
 
-fs::path folderOf(const fs::path& file) {
-    return file.has_parent_path() ? file.parent_path() : fs::path(".");
+Path folderOf(const Path& file) {
+    return file.parent().empty() ? Path(".") : file.parent();
 }
 
 // Where a file that is to be written really is: behind a link, and nothing but a file.
-fs::path placeOf(const fs::path& target) {
+Path placeOf(const Path& target) {
     const Kind kind = host_files::kindOf(target);
     if (kind == Kind::file || kind == Kind::missing) return host_files::behindLink(target);
     throw Problem(ExitCode::refused, target.string() + " is there and is not a file; name another");
@@ -31,9 +30,9 @@ auto orProblem(const std::string& what, Work work) {
 }
 
 // A file cannot take a folder's place nor a folder a file's; better told before the first one is moved.
-void refuseConflicts(const fs::path& from, const fs::path& to) {
-    for (const fs::path& entry : host_files::entries(from)) {
-        const fs::path place = to / entry.filename();
+void refuseConflicts(const Path& from, const Path& to) {
+    for (const Path& entry : host_files::entries(from)) {
+        const Path place = to / entry.filename();
         const Kind there = host_files::kindOf(place);
         if (there == Kind::missing) continue;
         const bool folder = host_files::kindOf(entry) == Kind::folder;
@@ -46,9 +45,9 @@ void refuseConflicts(const fs::path& from, const fs::path& to) {
     }
 }
 
-void moveEntries(const fs::path& from, const fs::path& to) {
-    for (const fs::path& entry : host_files::entries(from)) {
-        const fs::path place = to / entry.filename();
+void moveEntries(const Path& from, const Path& to) {
+    for (const Path& entry : host_files::entries(from)) {
+        const Path place = to / entry.filename();
         if (host_files::kindOf(entry) == Kind::folder && host_files::kindOf(place) == Kind::folder) {
             moveEntries(entry, place);
         } else {
@@ -59,7 +58,7 @@ void moveEntries(const fs::path& from, const fs::path& to) {
 
 }  // namespace
 
-StagedFile::StagedFile(const fs::path& target) : target_(placeOf(target)) {
+StagedFile::StagedFile(const Path& target) : target_(placeOf(target)) {
     path_ = orProblem("cannot write " + target_.string(), [&] {
         return host_files::makeHiddenFile(folderOf(target_), target_.filename().string() + ".");
     });
@@ -75,7 +74,7 @@ void StagedFile::commit() {
     committed_ = true;
 }
 
-StagedFolder::StagedFolder(fs::path target) : target_(std::move(target)) {
+StagedFolder::StagedFolder(Path target) : target_(std::move(target)) {
     madeTarget_ =
         orProblem("cannot make " + target_.string(), [&] { return host_files::makeFolders(target_); });
     try {
@@ -94,7 +93,7 @@ StagedFolder::~StagedFolder() {
     if (madeTarget_) host_files::removeEmptyFolder(target_);
 }
 
-void StagedFolder::commit(const fs::path& below) {
+void StagedFolder::commit(const Path& below) {
     refuseConflicts(path_ / below, target_);
     orProblem("cannot write in " + target_.string(), [&] { medium_->synchronise(); });
     moveEntries(path_ / below, target_);

@@ -30,10 +30,10 @@ void workAlone() {
     winlayer::Machine::current().drives.workAlone();
 }
 
-std::string windowsPath(const std::filesystem::path& host) {
+std::string windowsPath(const Path& host) {
     try {
         return winlayer::Machine::current().drives.fromHost(
-            std::filesystem::absolute(host).lexically_normal());
+            std::filesystem::absolute(host.string()).lexically_normal());
     } catch (const std::invalid_argument&) {
         throw Problem(ExitCode::usage, "'" + host.string() + "' has a character outside the ANSI code page");
     }

@@ -48,7 +48,7 @@ void fillStandardStreams() {}
 // Windows caches for every program.
 void workAlone() {}
 
-std::string windowsPath(const std::filesystem::path& host) {
+std::string windowsPath(const Path& host) {
     char path[MAX_PATH + 1];
     const DWORD size = GetFullPathNameA(ansi(host.string()).c_str(), sizeof path, path, nullptr);
     if (size == 0 || size >= sizeof path) {

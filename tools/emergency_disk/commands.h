@@ -1,23 +1,23 @@
 #pragma once
-#include <filesystem>
 #include <string>
 
+#include "tools/common/host_path.h"
 #include "tools/common/program.h"
 
 namespace tools::emergency_disk {
 
 // Where the diskette is; one of the two is set.
 struct Target {
-    std::filesystem::path image;
-    std::filesystem::path device;
+    Path image;
+    Path device;
 
     bool isDevice() const { return !device.empty(); }
-    const std::filesystem::path& path() const { return isDevice() ? device : image; }
+    const Path& path() const { return isDevice() ? device : image; }
 };
 
 struct MakeOptions {
     Target target;
-    std::filesystem::path archive;
+    Path archive;
     std::string label = "QUARVEL";
     std::string windows = "xp";
     std::string simulate;
@@ -27,10 +27,10 @@ struct MakeOptions {
 };
 struct CheckOptions {
     Target target;
-    std::filesystem::path archive;  // empty: contents are not compared
+    Path archive;  // empty: contents are not compared
 };
 struct FormatOptions {
-    std::filesystem::path image;
+    Path image;
     bool yes = false;
 };
 

@@ -19,20 +19,19 @@ constexpr std::uint64_t clusterBytes = 512;
 constexpr std::uint64_t diskClusters = 2880 - 1 - 18 - 14;
 constexpr std::size_t rootEntries = 224;
 
-Problem invalid(const std::filesystem::path& archive, const std::string& what) {
+Problem invalid(const Path& archive, const std::string& what) {
     return {ExitCode::invalidArchive, archive.string() + ": " + what};
 }
 
 // The first record of that name, which is the one that the extractor takes.
-const ::zar::Entry& find(const std::filesystem::path& archive, const ArchiveContents& contents,
-                         const std::string& name) {
+const ::zar::Entry& find(const Path& archive, const ArchiveContents& contents, const std::string& name) {
     const auto found = std::find_if(contents.records.begin(), contents.records.end(),
                                     [&](const ::zar::Entry& record) { return record.name == name; });
     if (found == contents.records.end()) throw invalid(archive, "the file " + name + " is missing");
     return *found;
 }
 
-void checkLoader(const std::filesystem::path& archive, const PlannedFile& loader) {
+void checkLoader(const Path& archive, const PlannedFile& loader) {
     const boot_check::Report report = boot_check::CheckLoader(loader.contents);
     for (const boot_check::Finding& finding : report.findings) {
         if (!finding.passed) throw invalid(archive, std::string(loaderName) + ": " + finding.sentence);
@@ -40,7 +39,7 @@ void checkLoader(const std::filesystem::path& archive, const PlannedFile& loader
 }
 
 // Before any contents are read, so that an archive of any size is refused at once.
-void checkSpace(const std::filesystem::path& archive, const std::vector<const ::zar::Entry*>& records) {
+void checkSpace(const Path& archive, const std::vector<const ::zar::Entry*>& records) {
     std::uint64_t clusters = 0;
     for (const ::zar::Entry* record : records) {
         clusters += (record->size + clusterBytes - 1) / clusterBytes;
@@ -58,7 +57,7 @@ void checkSpace(const std::filesystem::path& archive, const std::vector<const ::
 
 }  // namespace
 
-DiskPlan readPlan(const std::filesystem::path& archive) {
+DiskPlan readPlan(const Path& archive) {
     const ArchiveContents contents = readSoundArchive(archive);
     std::vector<const ::zar::Entry*> records;
     for (const BootFile& file : bootFiles) records.push_back(&find(archive, contents, file.name));

@@ -2,9 +2,10 @@
 #include <windows.h>
 
 #include <cstddef>
-#include <filesystem>
 #include <string>
 #include <vector>
+
+#include "tools/common/host_path.h"
 
 namespace tools::emergency_disk {
 
@@ -19,6 +20,6 @@ using DiskPlan = std::vector<PlannedFile>;
 // Reads an archive and checks that a diskette can be made from it: every record is sound, every file of the
 // diskette is there and none is empty, everything fits, and the boot code will accept the loader.
 // Throws Problem: failure (not readable), invalidArchive or doesNotFit.
-DiskPlan readPlan(const std::filesystem::path& archive);
+DiskPlan readPlan(const Path& archive);
 
 }  // namespace tools::emergency_disk

@@ -6,6 +6,7 @@
 
 #include <array>
 #include <chrono>
+#include <filesystem>
 
 #include "tools/common/reasons.h"
 #include "tools/common/staging.h"
@@ -23,7 +24,7 @@ using winlayer::WindowsVersion;
 
 namespace {
 
-Problem deviceProblem(const fs::path& device, DWORD error) {
+Problem deviceProblem(const Path& device, DWORD error) {
     const std::string name = device.string();
     switch (error) {
         case ERROR_BAD_DEVICE:
@@ -45,17 +46,17 @@ Problem deviceProblem(const fs::path& device, DWORD error) {
 std::unique_ptr<SectorStore> openTarget(const Target& target) {
     std::unique_ptr<SectorStore> store;
     if (target.isDevice()) {
-        if (const DWORD error = winlayer::openBlockDevice(target.device, store))
+        if (const DWORD error = winlayer::openBlockDevice(target.device.string(), store))
             throw deviceProblem(target.device, error);
         return store;
     }
     std::error_code ignored;
-    const fs::file_status status = fs::status(target.image, ignored);
+    const fs::file_status status = fs::status(target.image.string(), ignored);
     if (fs::exists(status) && !fs::is_regular_file(status)) {
         throw Problem(ExitCode::refused,
                       target.image.string() + " is not an image file (--device names a drive)");
     }
-    const DWORD error = winlayer::openImage(target.image, store);
+    const DWORD error = winlayer::openImage(target.image.string(), store);
     if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) {
         throw Problem(ExitCode::noDiskette, "there is no image " + target.image.string());
     }
@@ -71,7 +72,7 @@ std::unique_ptr<SectorStore> openTarget(const Target& target) {
 
 // Gives an image file its size and its room on the host's disk, so that a full disk is not taken for a bad
 // sector.
-void reserve(const fs::path& file, const fs::path& target) {
+void reserve(const Path& file, const Path& target) {
     const int opened = open(file.c_str(), O_RDWR | O_CLOEXEC);
     int error = opened < 0 ? errno : 0;
     if (opened >= 0) {
@@ -85,9 +86,9 @@ void reserve(const fs::path& file, const fs::path& target) {
 }
 
 // The copy has the image's permissions too: an image that nobody may write is a protected diskette.
-void copyImage(const fs::path& image, const fs::path& copy) {
+void copyImage(const Path& image, const Path& copy) {
     std::error_code error;
-    fs::copy_file(image, copy, fs::copy_options::overwrite_existing, error);
+    fs::copy_file(image.string(), copy.string(), fs::copy_options::overwrite_existing, error);
     if (error) throw Problem(ExitCode::failure, "cannot copy " + image.string() + ": " + error.message());
 }
 
@@ -217,7 +218,7 @@ private:
     static std::unique_ptr<StagedFile> stagedFor(const Target& target) {
         if (target.isDevice()) return nullptr;
         auto staged = std::make_unique<StagedFile>(target.image);
-        if (fs::exists(target.image)) {
+        if (fs::exists(target.image.string())) {
             copyImage(target.image, staged->path());
         } else {
             makeBlankImage(*staged);
@@ -276,7 +277,7 @@ void format(const FormatOptions& options, Session& session) {
 TargetFacts examine(const Target& target) {
     TargetFacts facts;
     std::error_code ignored;
-    if (!target.isDevice() && !fs::exists(target.image, ignored)) return facts;
+    if (!target.isDevice() && !fs::exists(target.image.string(), ignored)) return facts;
     facts.exists = true;
     const auto drive = DisketteDrive::make(openTarget(target));
     winlayer::VolumeFacts volume;

@@ -252,8 +252,11 @@ public:
 };
 
 // An option that is known, not shown, and refused.
-void refuse(CLI::App& command, const char* name) {
-    command.add_option(name)->group("")->check(CLI::Validator([](std::string&) { return layerOnly; }, ""));
+void refuse(CLI::App& command, const std::string& name) {
+    command
+        .add_option_function<std::string>(
+            name, [name](const std::string&) { throw CLI::ValidationError(name, layerOnly); })
+        ->group("");
 }
 
 }  // namespace

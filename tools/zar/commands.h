@@ -1,28 +1,28 @@
 #pragma once
-#include <filesystem>
 #include <string>
 #include <vector>
 
+#include "tools/common/host_path.h"
 #include "tools/common/program.h"
 
 namespace tools::zar {
 
 struct CreateOptions {
-    std::filesystem::path archive;
-    std::filesystem::path folder;  // empty when a list is given
-    std::filesystem::path list;
+    Path archive;
+    Path folder;  // empty when a list is given
+    Path list;
 };
 struct ListOptions {
-    std::filesystem::path archive;
+    Path archive;
 };
 struct ExtractOptions {
-    std::filesystem::path archive;
+    Path archive;
     std::vector<std::string> names;  // empty: all files
-    std::filesystem::path folder;
+    Path folder;
     bool stripFirst = false;
 };
 struct TestOptions {
-    std::filesystem::path archive;
+    Path archive;
 };
 
 // Each does one command and throws Problem when it fails; nothing partial is then left under a final name.

@@ -11,8 +11,6 @@
 
 namespace tools::zar {
 
-namespace fs = std::filesystem;
-
 namespace {
 
 // The engine reads a list file in one transfer whose length it keeps in 16 bits, and 65535 means "whole".
@@ -39,7 +37,7 @@ private:
 };
 
 // The names in a list as people write it: one host path a line, any line ends.
-std::vector<std::string> namesIn(const fs::path& list) {
+std::vector<std::string> namesIn(const Path& list) {
     std::istringstream lines;
     try {
         lines.str(host_files::readText(list));
@@ -54,7 +52,7 @@ std::vector<std::string> namesIn(const fs::path& list) {
 }
 
 // A list in the form that the archiver reads: Windows paths in the ANSI code page, each line ended by CR LF.
-std::string engineList(const fs::path& list) {
+std::string engineList(const Path& list) {
     std::string text;
     int number = 0;
     for (const std::string& name : namesIn(list)) {
@@ -77,7 +75,7 @@ std::string engineList(const fs::path& list) {
 }
 
 // An archive that lies in the folder it is made of would be packed into itself.
-void refuseArchiveInside(const fs::path& archive, const fs::path& folder) {
+void refuseArchiveInside(const Path& archive, const Path& folder) {
     if (!host_files::liesIn(archive, folder)) return;
     throw Problem(ExitCode::refused,
                   archive.string() + " lies in the folder that is to be packed; write it elsewhere");
@@ -97,13 +95,13 @@ Problem explain(const CreateOptions& options, const Packer& packer, const std::e
     return {ExitCode::failure, "cannot pack: " + reasonOf(fault) + at};
 }
 
-void refuseEmptyFile(const fs::path& file) {
+void refuseEmptyFile(const Path& file) {
     if (host_files::kindOf(file) != host_files::Kind::file || host_files::sizeOf(file) != 0) return;
     throw Problem(ExitCode::failure, file.string() + " is empty; the archive format holds no empty files");
 }
 
-void refuseEmptyFilesBelow(const fs::path& folder) {
-    for (const fs::path& entry : host_files::entries(folder)) {
+void refuseEmptyFilesBelow(const Path& folder) {
+    for (const Path& entry : host_files::entries(folder)) {
         if (host_files::kindOf(entry) == host_files::Kind::folder) {
             refuseEmptyFilesBelow(entry);
         } else {
@@ -126,7 +124,7 @@ void pack(const CreateOptions& options, const std::string& source, const StagedF
     } catch (const std::exception& fault) {
         cancellation.check();
         refuseEmptyFiles(options);
-        blameFullDisk(staged.path().parent_path());
+        blameFullDisk(staged.path().parent());
         throw explain(options, packer, fault);
     }
     cancellation.check();

@@ -10,15 +10,13 @@
 
 namespace tools::zar {
 
-namespace fs = std::filesystem;
-
 namespace {
 
 // The extractor with its status lines on the console. They tell where a file will be in the end, not where it
 // waits.
 class Unpacker : public Extract_ZAR {
 public:
-    Unpacker(const StagedFolder& staged, const fs::path& folder, Console& console)
+    Unpacker(const StagedFolder& staged, const Path& folder, Console& console)
         : waiting_(windowsPath(staged.path())), final_(windowsPath(folder)), console_(console) {}
 
     void UPDATE_WINDOW(const char* text, int) override {
@@ -40,7 +38,7 @@ struct Extraction {
     Cancellation& cancellation;
 
     // Unpacks everything, or one file, below a folder.
-    void run(const fs::path& folder, const char* onlyName) const {
+    void run(const Path& folder, const char* onlyName) const {
         const auto [archiveFolder, archiveName] = windowsFile(options.archive);
         try {
             unpacker.Extract(archiveFolder.c_str(), archiveName.c_str(), windowsPath(folder).c_str(),
@@ -65,17 +63,17 @@ std::string engineName(const std::string& name, bool stripFirst) {
     return text;
 }
 
-fs::path hostName(const std::string& name) {
+Path hostName(const std::string& name) {
     std::string text = name;
-    std::replace(text.begin(), text.end(), '\\', '/');
-    return fs::path(text).relative_path();
+    std::replace(text.begin(), text.end(), '\\', pathSeparators[0]);
+    return text.substr(std::min(text.find_first_not_of(pathSeparators), text.size()));
 }
 
 // The one file below a folder; empty when there is none.
-fs::path onlyFileBelow(const fs::path& folder) {
-    for (const fs::path& entry : host_files::entries(folder)) {
+Path onlyFileBelow(const Path& folder) {
+    for (const Path& entry : host_files::entries(folder)) {
         if (host_files::kindOf(entry) != host_files::Kind::folder) return entry;
-        const fs::path below = onlyFileBelow(entry);
+        const Path below = onlyFileBelow(entry);
         if (!below.empty()) return below;
     }
     return {};
@@ -83,19 +81,19 @@ fs::path onlyFileBelow(const fs::path& folder) {
 
 // The extractor does not tell whether the archive holds the name, so each file gets a folder of its own: what
 // lies there afterwards is the answer.
-void extractNamed(const Extraction& extraction, const fs::path& work, const fs::path& whole,
+void extractNamed(const Extraction& extraction, const Path& work, const Path& whole,
                   const std::string& name) {
     if (name.empty()) throw Problem(ExitCode::usage, "an empty name names no file");
-    const fs::path folder = work / "one";
+    const Path folder = work / "one";
     host_files::makeFolders(folder);
     extraction.run(folder, engineName(name, extraction.options.stripFirst).c_str());
-    const fs::path file = onlyFileBelow(folder);
+    const Path file = onlyFileBelow(folder);
     if (file.empty()) {
         countSoundArchive(extraction.options.archive);
         throw Problem(ExitCode::failure, extraction.options.archive.string() + " holds no file " + name);
     }
-    const fs::path place = whole / hostName(name);
-    host_files::makeFolders(place.parent_path());
+    const Path place = whole / hostName(name);
+    host_files::makeFolders(place.parent());
     host_files::move(file, place);
     host_files::removeTree(folder);
 }
@@ -114,10 +112,10 @@ void extract(const ExtractOptions& options, Session& session) {
         files = countSoundArchive(options.archive);
         extraction.run(staged.path(), nullptr);
     } else {
-        const fs::path whole = staged.path() / "whole";
+        const Path whole = staged.path() / "whole";
         for (const std::string& name : options.names) extractNamed(extraction, staged.path(), whole, name);
     }
-    staged.commit(options.names.empty() ? fs::path() : fs::path("whole"));
+    staged.commit(options.names.empty() ? "" : "whole");
     session.result["files"] = files;
     session.result["directory"] = options.folder.string();
     if (session.json) return;
