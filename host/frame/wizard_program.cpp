@@ -6,6 +6,7 @@
 #include "host/frame/property_store.h"
 #include "host/frame/script_driver.h"
 #include "host/frame/text.h"
+#include "host/frame/windows_version.h"
 
 namespace host {
 
@@ -16,6 +17,7 @@ constexpr const char* usualListing = "Mendwell";
 constexpr const char* productName = "Kelvaro Velmorcenter";
 
 using InstallHandlers = void WINAPI(const QXHandlers*);
+using MessageBoxOfSuite = int WINAPI(HWND, const char*, const char*, UINT);
 
 // Handlers in place of message boxes and help as long as the object lives.
 class ScriptedBoxes {
@@ -66,9 +68,18 @@ std::string listingName(const Options& options) {
     return options.component.empty() ? usualListing : options.component;
 }
 
-void showToUser(Component& component) {
+// Before a component can ask for a diskette.
+void warnOfUnknownWindows(const LoadedModule& support, HWND frame) {
+    const std::string warning = warningOfUnknownWindows();
+    if (warning.empty()) return;
+    support.require<MessageBoxOfSuite>("QXMessageBox")(frame, warning.c_str(), windowText(frame).c_str(),
+                                                       MB_OK | MB_ICONWARNING);
+}
+
+void showToUser(Component& component, const LoadedModule& support) {
     FrameEvents unheard;
     WizardFrame frame(GetModuleHandleA(nullptr), unheard);
+    warnOfUnknownWindows(support, frame.window());
     const Visit visit(component, frame.window());
     frame.show();
     MSG message;
@@ -83,6 +94,7 @@ void runScript(const Options& options, Component& component, Platform& platform,
     WizardFrame frame(GetModuleHandleA(nullptr), transcript);
     transcript.watch(frame);
     const ScriptedBoxes boxes(support, answers.handlers());
+    warnOfUnknownWindows(support, frame.window());
     const Visit visit(component, frame.window());
     frame.show();
     ScriptDriver(frame, platform, transcript, answers, options.screenshots).run(steps);
@@ -108,7 +120,7 @@ void run(const Options& options, Platform& platform, const std::string& suite, s
             if (options.script) {
                 runScript(options, component, platform, support, out);
             } else {
-                showToUser(component);
+                showToUser(component, support);
             }
             break;
         }

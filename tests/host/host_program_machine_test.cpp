@@ -21,6 +21,19 @@ TEST_F(HostProgram, ALaterRunFindsWhatAnEarlierOneInstalled) {
     EXPECT_EQ(run("--component QXSample --script ''").code, 4);
 }
 
+TEST_F(HostProgram, WarnsOfAWindowsOnWhichNoDriveIsFound) {
+    install();
+    const std::string warning = "message [Kelvaro Velmorcenter] Diese Windows-Version (6.2) ist";
+    const Ended later = run("--windows later --component QXSample --script ''");
+    EXPECT_EQ(later.code, 0) << later.text;
+    EXPECT_EQ(later.text.find(warning), 0U) << later.text;
+    EXPECT_NE(later.text.find("Kompatibilitätsmodus für Windows XP"), std::string::npos) << later.text;
+    for (const char* windows : {"98", "nt4", "xp"}) {
+        const Ended known = run(std::string("--windows ") + windows + " --component QXSample --script ''");
+        EXPECT_EQ(known.text.find("Windows-Version"), std::string::npos) << windows << known.text;
+    }
+}
+
 TEST_F(HostProgram, EndsWithACodeForEachReason) {
     install();
     const struct {

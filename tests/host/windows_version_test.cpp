@@ -1,0 +1,30 @@
+// Which Windows the host program warns of.
+#include "host/frame/windows_version.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+bool known(DWORD platform, DWORD major, DWORD minor) {
+    OSVERSIONINFOA version{};
+    version.dwPlatformId = platform;
+    version.dwMajorVersion = major;
+    version.dwMinorVersion = minor;
+    return host::isKnown(version);
+}
+
+TEST(WindowsVersion, IsKnownUpToXp) {
+    for (const DWORD minor : {0UL, 10UL, 90UL})
+        EXPECT_TRUE(known(VER_PLATFORM_WIN32_WINDOWS, 4, minor)) << minor;
+    EXPECT_FALSE(known(VER_PLATFORM_WIN32_WINDOWS, 4, 3));
+    EXPECT_TRUE(known(VER_PLATFORM_WIN32_NT, 3, 51));
+    EXPECT_TRUE(known(VER_PLATFORM_WIN32_NT, 4, 0));
+    EXPECT_TRUE(known(VER_PLATFORM_WIN32_NT, 5, 0));
+    EXPECT_TRUE(known(VER_PLATFORM_WIN32_NT, 5, 1));
+    EXPECT_FALSE(known(VER_PLATFORM_WIN32_NT, 5, 2)) << "Server 2003";
+    EXPECT_FALSE(known(VER_PLATFORM_WIN32_NT, 6, 1)) << "Windows 7";
+    EXPECT_FALSE(known(VER_PLATFORM_WIN32_NT, 10, 0));
+    EXPECT_FALSE(known(VER_PLATFORM_WIN32s, 3, 10));
+}
+
+}  // namespace
