@@ -131,16 +131,11 @@ TEST(MessageBoxMachine, ShowsItsIconAndRefusesWhatItCannotShow) {
 }
 
 DialogDescription sample() {
-    return {WS_CHILD | DS_SETFONT | DS_CONTROL,
-            0,
-            1,
-            2,
-            259,
-            176,
-            "",
-            {{label, "", "W\xE4hlen", WS_VISIBLE | SS_SUNKEN, 0, 0, 259, 21, 1020},
-             {button, "", "&Ja", WS_VISIBLE | BS_AUTORADIOBUTTON, 0, 86, 259, 10, 1011},
-             {0, "RICHEDIT", "", WS_VISIBLE, 9, 40, 347, 130, 1029}}};
+    DialogDescription dialog{WS_CHILD | DS_SETFONT | DS_CONTROL, 0, 1, 2, 259, 176, "", {}};
+    dialog.controls = {{label, "", "W\xE4hlen", WS_VISIBLE | SS_SUNKEN, 0, 0, 259, 21, 1020},
+                       {button, "", "&Ja", WS_VISIBLE | BS_AUTORADIOBUTTON, 0, 86, 259, 10, 1011},
+                       {0, "RICHEDIT", "", WS_VISIBLE, 9, 40, 347, 130, 1029}};
+    return dialog;
 }
 
 TEST(DialogTemplates, AreReadWholeOrNotAtAll) {

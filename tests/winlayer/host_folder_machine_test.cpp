@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "Include/ansi_literal.h"
 #include "support/expect_fails.h"
 #include "support/host_directory_machine.h"
 #include "support/open_path.h"
@@ -20,6 +21,8 @@
 // links, pipes. The folder is made and removed on the host.
 
 namespace {
+
+using namespace UTILS::literals;
 
 namespace fs = std::filesystem;
 
@@ -72,16 +75,16 @@ TEST_F(HostFolderTest, seesWhatOthersDoBetweenTwoCalls) {
 }
 
 TEST_F(HostFolderTest, speaksTheCodePageOnTheWindowsSide) {
-    put("\xC3\x84pfel.txt", "utf-8");  // A umlaut
-    EXPECT_EQ(readFile("H:\\\xC4pfel.txt"), "utf-8");
-    EXPECT_EQ(readFile("H:\\\xE4PFEL.TXT"), "utf-8") << "without case";
-    writeFile("H:\\stra\337e", "");
-    EXPECT_TRUE(fs::exists(host_ / "stra\303\237e"));
-    EXPECT_EQ(namesFound("H:\\*"), (Names{"stra\337e", "\xC4pfel.txt"}));
-    EXPECT_EQ(namesFound("H:\\?PFEL.*"), (Names{"\xC4pfel.txt"}));
+    put("Äpfel.txt", "utf-8");
+    EXPECT_EQ(readFile("H:\\Äpfel.txt"_ansi), "utf-8");
+    EXPECT_EQ(readFile("H:\\äPFEL.TXT"_ansi), "utf-8") << "without case";
+    writeFile("H:\\straße"_ansi, "");
+    EXPECT_TRUE(fs::exists(host_ / "straße"));
+    EXPECT_EQ(namesFound("H:\\*"), (Names{"straße"_ansi, "Äpfel.txt"_ansi}));
+    EXPECT_EQ(namesFound("H:\\?PFEL.*"), (Names{"Äpfel.txt"_ansi}));
     machine_->ansiCodePage = 65001;
-    EXPECT_EQ(readFile("H:\\\xC3\x84pfel.txt"), "utf-8");
-    EXPECT_EQ(namesFound("H:\\?pfel.txt"), (Names{"\xC3\x84pfel.txt"}));
+    EXPECT_EQ(readFile("H:\\Äpfel.txt"), "utf-8");
+    EXPECT_EQ(namesFound("H:\\?pfel.txt"), (Names{"Äpfel.txt"}));
 }
 
 // A name that Windows programs could not be told is never left out in silence.

@@ -4,10 +4,13 @@
 
 #include <filesystem>
 
+#include "Include/ansi_literal.h"
 #include "support/expect_fails.h"
 #include "winlayer/machine.h"
 
 namespace {
+
+using namespace UTILS::literals;
 
 using winlayer::ScopedMachine;
 using winlayer::WindowsVersion;
@@ -61,12 +64,12 @@ TEST(ModulesMachine, TheProgramKnowsItsPath) {
 
 TEST(ModulesMachine, StringsAreEachModulesOwn) {
     ScopedMachine machine;
-    machine->modules.addString(nullptr, 7, "\326ffnen");
+    machine->modules.addString(nullptr, 7, "Öffnen"_ansi);
     const HMODULE other = machine->modules.add("other.dll", "D:\\other.dll");
     machine->modules.addString(other, 7, "");
     char buffer[16] = "before";
     EXPECT_EQ(LoadStringA(nullptr, 7, buffer, sizeof buffer), 6);
-    EXPECT_STREQ(buffer, "\326ffnen");
+    EXPECT_STREQ(buffer, "Öffnen"_ansi);
     EXPECT_EQ(LoadStringA(GetModuleHandleA(nullptr), 7, buffer, 4), 3);
     EXPECT_EQ(LoadStringA(other, 7, buffer, sizeof buffer), 0);
     EXPECT_STREQ(buffer, "");

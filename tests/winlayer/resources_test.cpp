@@ -47,9 +47,7 @@ TEST(Resources, WhatIsMissingIsNamed) {
 }
 
 TEST(Resources, StringsComeFromTheirBlocks) {
-    EXPECT_EQ(loaded(1),
-              "\xD6"
-              "ffnen \x96 10 \x80");
+    EXPECT_EQ(loaded(1), "\326ffnen \226 10 \200");
     EXPECT_EQ(loaded(15), "the last of the first block");
     EXPECT_EQ(loaded(16), "the first of the second");
     EXPECT_EQ(loaded(700), "ein Text, der l\xE4nger ist als der erste Puffer");

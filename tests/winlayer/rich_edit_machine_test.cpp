@@ -5,6 +5,7 @@
 
 #include <cstring>
 
+#include "Include/ansi_literal.h"
 #include "support/window_recorder.h"
 #include "winlayer/control_rich_edit.h"
 #include "winlayer/formatted_text.h"
@@ -12,6 +13,8 @@
 #include "winlayer/window_tree.h"
 
 namespace {
+
+using namespace UTILS::literals;
 
 using winlayer::readRtf;
 using winlayer::RichText;
@@ -23,16 +26,10 @@ std::string textOf(std::string_view rtf) {
 }
 
 TEST(Rtf, CharactersAreReadInAllTheirForms) {
-    EXPECT_EQ(textOf("{\\rtf1\\ansi Daten\\'fcbung\\par zwei}"),
-              "Daten\xFC"
-              "bung\r\nzwei");
-    EXPECT_EQ(textOf("{\\rtf1 a\\{b\\}\\\\c\\tab d\\~e\nf}"),
-              "a{b}\\c\td\xA0"
-              "ef");
+    EXPECT_EQ(textOf("{\\rtf1\\ansi Daten\\'fcbung\\par zwei}"), "Datenübung\r\nzwei"_ansi);
+    EXPECT_EQ(textOf("{\\rtf1 a\\{b\\}\\\\c\\tab d\\~e\nf}"), "a{b}\\c\td\240ef");
     EXPECT_EQ(textOf("{\\rtf1 \\bullet\\emdash\\ldblquote x}"), "\x95\x97\x93x");
-    EXPECT_EQ(textOf("{\\rtf1 \\u252?\\u8364\\'80!{\\uc0\\u228 b}}"),
-              "\xFC\x80!\xE4"
-              "b");
+    EXPECT_EQ(textOf("{\\rtf1 \\u252?\\u8364\\'80!{\\uc0\\u228 b}}"), "\374\200!\344b");
     EXPECT_EQ(textOf("{\\rtf1{\\info{\\title T}}{\\*\\unknown x}{\\colortbl;\\red0;}{\\pntext\\'b7\\tab}y}"),
               "y");
     EXPECT_EQ(textOf("{\\rtf1 a{\\pict\\bin3 }}}b}c}"), "ac");
@@ -41,8 +38,7 @@ TEST(Rtf, CharactersAreReadInAllTheirForms) {
 TEST(Rtf, FormatsHoldWithinTheirGroups) {
     const auto content = readRtf(
         "{\\rtf1\\deff0{\\fonttbl{\\f0\\fswiss Arial;}{\\f1\\froman Times New Roman;}}\\fs20 a{\\b b\\i "
-        "c}d\\f1\\b "
-        "e\\b0\\fs36 f\\plain g}",
+        "c}d\\f1\\b e\\b0\\fs36 f\\plain g}",
         1252);
     ASSERT_TRUE(content.has_value());
     EXPECT_EQ(content->text, "abcdefg");

@@ -5,10 +5,13 @@
 #include <algorithm>
 #include <map>
 
+#include "Include/ansi_literal.h"
 #include "support/dialog_bytes.h"
 #include "support/window_recorder.h"
 
 namespace {
+
+using namespace UTILS::literals;
 
 constexpr WORD button = 0x80;
 constexpr WORD label = 0x82;
@@ -50,23 +53,18 @@ INT_PTR CALLBACK dialogProcedure(HWND dialog, UINT message, WPARAM wParam, LPARA
 }
 
 DialogDescription plainDialog() {
-    return {WS_POPUP | WS_CAPTION | DS_SETFONT | shown,
-            0,
-            0,
-            0,
-            200,
-            100,
-            "Titel",
-            {
-                {label, "", "&Erste", shown | WS_GROUP, 0, 0, 40, 10, 100},
-                {button, "", "A&us", stop | BS_AUTORADIOBUTTON | WS_GROUP, 4, 8, 40, 10, 101},
-                {button, "", "&Zwei", shown | BS_AUTORADIOBUTTON, 4, 20, 40, 10, 102},
-                {button, "", "D&rei", shown | BS_AUTORADIOBUTTON, 4, 32, 40, 10, 103},
-                {button, "", "&Haken", stop | BS_AUTOCHECKBOX | WS_GROUP, 4, 44, 40, 10, 104},
-                {button, "", "&Verborgen", WS_TABSTOP | BS_PUSHBUTTON, 4, 56, 40, 10, 105},
-                {button, "", "&OK", stop | BS_DEFPUSHBUTTON, 4, 68, 40, 14, IDOK},
-                {button, "", "Abbrechen", stop | BS_PUSHBUTTON, 50, 68, 40, 14, IDCANCEL},
-            }};
+    DialogDescription dialog{WS_POPUP | WS_CAPTION | DS_SETFONT | shown, 0, 0, 0, 200, 100, "Titel", {}};
+    dialog.controls = {
+        {label, "", "&Erste", shown | WS_GROUP, 0, 0, 40, 10, 100},
+        {button, "", "A&us", stop | BS_AUTORADIOBUTTON | WS_GROUP, 4, 8, 40, 10, 101},
+        {button, "", "&Zwei", shown | BS_AUTORADIOBUTTON, 4, 20, 40, 10, 102},
+        {button, "", "D&rei", shown | BS_AUTORADIOBUTTON, 4, 32, 40, 10, 103},
+        {button, "", "&Haken", stop | BS_AUTOCHECKBOX | WS_GROUP, 4, 44, 40, 10, 104},
+        {button, "", "&Verborgen", WS_TABSTOP | BS_PUSHBUTTON, 4, 56, 40, 10, 105},
+        {button, "", "&OK", stop | BS_DEFPUSHBUTTON, 4, 68, 40, 14, IDOK},
+        {button, "", "Abbrechen", stop | BS_PUSHBUTTON, 50, 68, 40, 14, IDCANCEL},
+    };
+    return dialog;
 }
 
 class Dialogs : public ::testing::Test {
@@ -105,17 +103,13 @@ TEST_F(Dialogs, TemplatesOfBothFormsGiveTheSameDialog) {
     for (const bool extended : {false, true}) {
         SCOPED_TRACE(extended);
         DialogDescription description = plainDialog();
-        description.controls[4].title =
-            "Gr\xFC\xDF"
-            "e";
+        description.controls[4].title = "Grüße"_ansi;
         create(description, extended);
         char text[32] = "";
         GetWindowTextA(dialog_, text, sizeof text);
         EXPECT_STREQ(text, "Titel");
         GetDlgItemTextA(dialog_, 104, text, sizeof text);
-        EXPECT_STREQ(text,
-                     "Gr\xFC\xDF"
-                     "e");
+        EXPECT_STREQ(text, "Grüße"_ansi);
         EXPECT_EQ(procedure_.parameter, 1234);
         EXPECT_EQ(reinterpret_cast<HWND>(procedure_.initialFocus), item(101));
         RECT rectangle{0, 0, 40, 80};
