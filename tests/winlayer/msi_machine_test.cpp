@@ -89,6 +89,7 @@ TEST_F(InstallerMachine, TellsWhatABufferLacksAndWhatIsUnknown) {
     EXPECT_EQ(MsiOpenDatabaseA("C:\\q.msi", MSIDBOPEN_READONLY, &handle), ERROR_OPEN_FAILED);
     EXPECT_EQ(MsiOpenDatabaseA("C:\\p.msi", "x", &handle), ERROR_INVALID_PARAMETER);
     EXPECT_EQ(MsiViewExecute(package, 0), ERROR_INVALID_HANDLE);
+    EXPECT_EQ(MsiViewFetch(package, &handle), ERROR_INVALID_HANDLE);
     EXPECT_EQ(MsiDatabaseOpenViewA(package + 1, query.c_str(), &handle), ERROR_INVALID_HANDLE);
     EXPECT_EQ(MsiCloseHandle(package + 1), ERROR_INVALID_HANDLE);
 }

@@ -19,6 +19,7 @@ public:
     void created(HWND) override { log += "created "; }
     void destroyed(HWND) override { log += "destroyed "; }
     void moved(HWND) override { log += "moved "; }
+    void restacked(HWND) override { log += "restacked "; }
     void shown(HWND, bool visible) override { log += visible ? "shown " : "hidden "; }
     void enabled(HWND, bool enabled) override { log += enabled ? "enabled " : "disabled "; }
     void textChanged(HWND) override { log += "text "; }
@@ -60,8 +61,12 @@ TEST_F(WindowsMachine, ThePeerHearsOfEveryChange) {
     RecordingPeer peer;
     machine->windows.setPeer(&peer);
     const HWND frame = makeFrame();
+    makeButton(frame, {10, 40, 60, 60});
     const HWND button = makeButton(frame, {10, 10, 60, 30}, BS_AUTOCHECKBOX);
     peer.take();
+    for (int times = 0; times < 2; ++times) {
+        SetWindowPos(button, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    }
     SetWindowTextA(button, "a");
     MoveWindow(button, 11, 10, 50, 20, TRUE);
     MoveWindow(button, 11, 10, 50, 20, TRUE);
@@ -69,7 +74,7 @@ TEST_F(WindowsMachine, ThePeerHearsOfEveryChange) {
     SendMessageA(button, BM_SETCHECK, BST_CHECKED, 0);
     EnableWindow(button, FALSE);
     ShowWindow(button, SW_HIDE);
-    EXPECT_EQ(peer.take(), "text moved state disabled hidden ");
+    EXPECT_EQ(peer.take(), "restacked text moved state disabled hidden ");
     const HDC context = GetDC(frame);
     EXPECT_EQ(machine->windows.contextCount(), 1u);
     ReleaseDC(frame, context);

@@ -153,6 +153,7 @@ TEST(Gdi, ObjectsDescribeThemselves) {
     EXPECT_TRUE(DeleteObject(other));
     EXPECT_EQ(GetObjectA(font, sizeof description, &description), 0);
     EXPECT_NE(GetObjectA(GetStockObject(DEFAULT_GUI_FONT), sizeof description, &description), 0);
+    EXPECT_EQ(description.lfWeight, FW_NORMAL);
     LOGBRUSH brush{};
     EXPECT_NE(GetObjectA(GetSysColorBrush(COLOR_BTNFACE), sizeof brush, &brush), 0);
     EXPECT_EQ(brush.lbColor, GetSysColor(COLOR_BTNFACE));
