@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <filesystem>
 #include <thread>
 #include <vector>
@@ -205,18 +206,81 @@ TEST(Handles, areCountedAcrossThreads) {
     EXPECT_EQ(machine->handles.openCount(), 0u);
 }
 
-// A wait takes no real time while a test holds the clock still.
-TEST(Wait, movesAStoppedClock) {
+TEST(Version, recordHasItsSizeChecked) {
+    const ScopedMachine machine(WindowsVersion::Windows98);
+    OSVERSIONINFOA version{};
+    version.dwOSVersionInfoSize = sizeof version - 1;
+    EXPECT_FAILS(GetVersionExA(&version), ERROR_INSUFFICIENT_BUFFER);
+    version.dwOSVersionInfoSize = sizeof version;
+    ASSERT_TRUE(GetVersionExA(&version));
+    EXPECT_EQ(version.dwMajorVersion, 4u);
+    EXPECT_EQ(version.dwMinorVersion, 10u);
+    EXPECT_EQ(version.dwBuildNumber, 0x040A07CEu);
+    EXPECT_EQ(version.dwPlatformId, VER_PLATFORM_WIN32_WINDOWS);
+}
+
+TEST(ComputerName, mustFitWithItsZero) {
+    ScopedMachine machine;
+    machine->computerName = "DESK";
+    char name[16];
+    DWORD size = 4;
+    EXPECT_FAILS(GetComputerNameA(name, &size), ERROR_BUFFER_OVERFLOW);
+    EXPECT_EQ(size, 5u);
+    ASSERT_TRUE(GetComputerNameA(name, &size));
+    EXPECT_STREQ(name, "DESK");
+    EXPECT_EQ(size, 4u);
+
+    machine->version = WindowsVersion::Windows98;  // wants room for the longest name
+    size = 15;
+    EXPECT_FALSE(GetComputerNameA(name, &size));
+    EXPECT_EQ(size, 16u);
+    EXPECT_TRUE(GetComputerNameA(name, &size));
+}
+
+LONGLONG counter() {
+    LARGE_INTEGER count{};
+    EXPECT_TRUE(QueryPerformanceCounter(&count));
+    return count.QuadPart;
+}
+
+// Neither a sleep nor a wait takes real time while a test holds the clock still.
+TEST(Clock, movesOnlyWhenToldWhileItIsStopped) {
     ScopedMachine machine;
     machine->clock.stop();
-    const std::int64_t start = machine->clock.now();
+    LARGE_INTEGER frequency{};
+    ASSERT_TRUE(QueryPerformanceFrequency(&frequency));
+    const DWORD ticks = GetTickCount();
+    const LONGLONG count = counter();
+    EXPECT_EQ(counter(), count);
+    const auto hostStart = std::chrono::steady_clock::now();
+    Sleep(3'600'000);
     const HANDLE event = CreateEventA(nullptr, FALSE, FALSE, nullptr);
     EXPECT_EQ(WaitForSingleObject(event, 15'000), WAIT_TIMEOUT);
-    EXPECT_EQ(machine->clock.now() - start, 15'000'000'000);
     SetEvent(event);
     EXPECT_EQ(WaitForSingleObject(event, 15'000), WAIT_OBJECT_0);
-    EXPECT_EQ(machine->clock.now() - start, 15'000'000'000);
     CloseHandle(event);
+    EXPECT_LT(std::chrono::steady_clock::now() - hostStart, std::chrono::minutes(1));
+    machine->clock.advance(500'000'000);
+    EXPECT_EQ(GetTickCount() - ticks, 3'615'500u);
+    EXPECT_EQ(counter() - count, 3'615 * frequency.QuadPart + frequency.QuadPart / 2);
+}
+
+TEST(Clock, followsTheHosts) {
+    const ScopedMachine machine;
+    const LONGLONG count = counter();
+    std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    LARGE_INTEGER frequency{};
+    ASSERT_TRUE(QueryPerformanceFrequency(&frequency));
+    EXPECT_GE(counter() - count, frequency.QuadPart / 500);
+}
+
+TEST(Clock, mayLackThePerformanceCounter) {
+    ScopedMachine machine;
+    machine->clock.hasPerformanceCounter = false;
+    LARGE_INTEGER value{};
+    EXPECT_FALSE(QueryPerformanceCounter(&value));
+    EXPECT_FALSE(QueryPerformanceFrequency(&value));
+    EXPECT_EQ(value.QuadPart, 0);
 }
 
 TEST(Addresses, comeBackWhileTheyAreAmongTheLast) {
