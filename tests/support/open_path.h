@@ -1,6 +1,8 @@
 #pragma once
 #include <windows.h>
 
+#include <gtest/gtest.h>
+
 #include <string>
 #include <vector>
 
@@ -16,6 +18,22 @@ template <class... Wishes>
 DWORD errorOfOpen(const std::string& path, Wishes... wishes) {
     const HANDLE file = openPath(path, wishes...);
     return file != INVALID_HANDLE_VALUE && CloseHandle(file) != 0 ? 0 : GetLastError();
+}
+
+// Whether all of the text was written.
+inline bool writeTo(HANDLE file, const std::string& text) {
+    DWORD count = 0;
+    return WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &count, nullptr) != FALSE &&
+           count == text.size();
+}
+
+// What one call of so many bytes delivers.
+inline std::string readFrom(HANDLE file, DWORD size) {
+    std::string text(size, '#');
+    DWORD count = 0xBAD;
+    EXPECT_TRUE(ReadFile(file, text.data(), size, &count, nullptr));
+    text.resize(count);
+    return text;
 }
 
 // What a search finds, in its order; the error that ended it is the last one.

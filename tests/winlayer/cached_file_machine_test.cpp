@@ -34,18 +34,6 @@ protected:
                        DWORD flags = 0) {
         return openPath(path, access, disposition, flags, shareAll);
     }
-    static bool write(HANDLE file, const std::string& text) {
-        DWORD count = 0;
-        return WriteFile(file, text.data(), static_cast<DWORD>(text.size()), &count, nullptr) != FALSE &&
-               count == text.size();
-    }
-    static std::string read(HANDLE file, DWORD size) {
-        std::string text(size, '\0');
-        DWORD count = 0;
-        EXPECT_TRUE(ReadFile(file, text.data(), size, &count, nullptr));
-        text.resize(count);
-        return text;
-    }
     static void seek(HANDLE file, LONG position) { SetFilePointer(file, position, nullptr, FILE_BEGIN); }
     static DWORD sizeByPath(const std::string& pattern) {
         WIN32_FIND_DATAA data{};
@@ -69,7 +57,7 @@ protected:
 TEST_F(CachedFile, gathersSmallWritesUnlessTheyAreToBeWrittenThrough) {
     for (const DWORD flags : {DWORD{0}, DWORD{FILE_FLAG_WRITE_THROUGH}}) {
         const HANDLE file = open(path_, GENERIC_WRITE, CREATE_ALWAYS, flags);
-        EXPECT_TRUE(write(file, "one") && write(file, "two"));
+        EXPECT_TRUE(writeTo(file, "one") && writeTo(file, "two"));
         EXPECT_EQ(onHost(), flags == 0 ? "" : "onetwo");
         EXPECT_EQ(GetFileSize(file, nullptr), 6u);
         EXPECT_TRUE(CloseHandle(file));
@@ -79,7 +67,7 @@ TEST_F(CachedFile, gathersSmallWritesUnlessTheyAreToBeWrittenThrough) {
 
 TEST_F(CachedFile, isWrittenAtTheTimeThatItsNameTells) {
     const HANDLE file = open(path_, GENERIC_WRITE, CREATE_NEW);
-    write(file, "12345");
+    writeTo(file, "12345");
     EXPECT_EQ(sizeByPath(path_), 5u);
     const auto written = std::filesystem::last_write_time(place_);
     EXPECT_TRUE(FlushFileBuffers(file) && CloseHandle(file));
@@ -88,9 +76,9 @@ TEST_F(CachedFile, isWrittenAtTheTimeThatItsNameTells) {
 
 TEST_F(CachedFile, goesWithADeletionWhileItIsOpen) {
     const HANDLE file = open(path_, GENERIC_WRITE, CREATE_NEW);
-    write(file, "gone");
+    writeTo(file, "gone");
     EXPECT_TRUE(DeleteFileA(path_.c_str()));
-    EXPECT_TRUE(write(file, "too"));
+    EXPECT_TRUE(writeTo(file, "too"));
     EXPECT_TRUE(CloseHandle(file));
     EXPECT_FALSE(exists(path_));
     EXPECT_EQ(GetFileAttributesA(path_.c_str()), INVALID_FILE_ATTRIBUTES);
@@ -151,13 +139,13 @@ protected:
     }
     void writeSome(const Opened& file, std::size_t size) {
         const std::string text(size, static_cast<char>('a' + below(26)));
-        EXPECT_TRUE(write(file.handle, text));
+        EXPECT_TRUE(writeTo(file.handle, text));
         if (size != 0) model_.resize(std::max(model_.size(), *file.position + size));
         model_.replace(std::min(model_.size(), *file.position), size, text);
         *file.position += size;
     }
     void readSome(const Opened& file, std::size_t size) {
-        const std::string text = read(file.handle, static_cast<DWORD>(size));
+        const std::string text = readFrom(file.handle, static_cast<DWORD>(size));
         EXPECT_TRUE(text == (*file.position < model_.size() ? model_.substr(*file.position, size) : ""));
         *file.position += text.size();
     }
@@ -203,10 +191,10 @@ TEST_F(CachedFile, tellsAtTheCloseWhatFoundNoPlaceUnlessThatWasMadeBefore) {
         const HANDLE file = open(path_, readWrite, CREATE_ALWAYS);
         {
             const SizeLimit limit(1000);
-            EXPECT_TRUE(write(file, std::string(900, 'a')) && write(file, std::string(900, 'b')));
+            EXPECT_TRUE(writeTo(file, std::string(900, 'a')) && writeTo(file, std::string(900, 'b')));
             EXPECT_FALSE(FlushFileBuffers(file));
             EXPECT_NE(GetLastError(), NO_ERROR);
-            EXPECT_FALSE(write(file, std::string(5000, 'c'))) << "a transfer overtook what was kept";
+            EXPECT_FALSE(writeTo(file, std::string(5000, 'c'))) << "a transfer overtook what was kept";
             if (!madeRoom) {
                 EXPECT_FALSE(CloseHandle(file));
                 EXPECT_NE(GetLastError(), NO_ERROR);
@@ -223,11 +211,11 @@ TEST_F(CachedFile, tellsWhoeverOpensTheFileToo) {
     const HANDLE file = open(path_, GENERIC_WRITE, CREATE_NEW);
     {
         const SizeLimit limit(0);
-        write(file, "kept");
+        writeTo(file, "kept");
         EXPECT_EQ(open(path_, GENERIC_READ), INVALID_HANDLE_VALUE);
     }
     const HANDLE reader = open(path_, GENERIC_READ);
-    EXPECT_EQ(read(reader, 10), "kept");
+    EXPECT_EQ(readFrom(reader, 10), "kept");
     EXPECT_TRUE(CloseHandle(file) && CloseHandle(reader));
 }
 
@@ -235,7 +223,7 @@ TEST_F(CachedFile, isPassedOnByAMachineThatEnds) {
     {
         winlayer::ScopedMachine other;
         other->drives.workAlone();
-        EXPECT_TRUE(write(openPath("Z:" + place_.string(), GENERIC_WRITE, CREATE_NEW), "left open"));
+        EXPECT_TRUE(writeTo(openPath("Z:" + place_.string(), GENERIC_WRITE, CREATE_NEW), "left open"));
     }
     EXPECT_EQ(readFile(path_), "left open");
 }
@@ -247,8 +235,7 @@ TEST(CachedFileOfAProgram, isPassedOnWhenTheProgramEnds) {
     const pid_t child = fork();
     if (child == 0) {
         winlayer::Machine::current().drives.workAlone();
-        DWORD count = 0;
-        WriteFile(openPath("Z:" + place, GENERIC_WRITE, CREATE_NEW), "left open", 9, &count, nullptr);
+        writeTo(openPath("Z:" + place, GENERIC_WRITE, CREATE_NEW), "left open");
         std::exit(0);
     }
     int status = 0;

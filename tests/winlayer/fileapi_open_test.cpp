@@ -116,8 +116,7 @@ TEST(CreateFile, countsTheOpenThatMadeTheFile) {
     const std::string path = folder / "a.txt";
     const HANDLE maker = openPath(path, GENERIC_WRITE, CREATE_NEW, 0, FILE_SHARE_READ);
     ASSERT_NE(maker, INVALID_HANDLE_VALUE);
-    DWORD count = 0;
-    EXPECT_TRUE(WriteFile(maker, "kept", 4, &count, nullptr));
+    EXPECT_TRUE(writeTo(maker, "kept"));
     EXPECT_FAILS(openPath(path, GENERIC_READ, OPEN_EXISTING, 0, FILE_SHARE_READ), ERROR_SHARING_VIOLATION);
     EXPECT_FAILS(openPath(path, GENERIC_WRITE, CREATE_ALWAYS), ERROR_SHARING_VIOLATION);
     EXPECT_EQ(readFile(path), "kept") << "a refused open truncates nothing";
@@ -136,8 +135,7 @@ TEST(CreateFile, givesANewFileItsAttributes) {
         const HANDLE file =
             openPath(path, GENERIC_WRITE, CREATE_ALWAYS, attributes | FILE_FLAG_SEQUENTIAL_SCAN);
         ASSERT_NE(file, INVALID_HANDLE_VALUE);
-        DWORD count = 0;
-        EXPECT_TRUE(WriteFile(file, "abc", 3, &count, nullptr));
+        EXPECT_TRUE(writeTo(file, "abc"));
         CloseHandle(file);
         EXPECT_EQ(readFile(path), "abc");
         EXPECT_EQ(GetFileAttributesA(path.c_str()), (attributes & 0x07) | FILE_ATTRIBUTE_ARCHIVE);

@@ -22,20 +22,6 @@ protected:
         ASSERT_NE(file_, INVALID_HANDLE_VALUE);
     }
     void close() { CloseHandle(std::exchange(file_, INVALID_HANDLE_VALUE)); }
-    // What one ReadFile of `count` bytes delivers.
-    std::string read(DWORD count) {
-        std::string buffer(count, '#');
-        DWORD moved = 0xBAD;
-        EXPECT_TRUE(ReadFile(file_, buffer.data(), count, &moved, nullptr));
-        buffer.resize(moved);
-        return buffer;
-    }
-    void write(const std::string& text) {
-        DWORD moved = 0;
-        EXPECT_TRUE(WriteFile(file_, text.data(), static_cast<DWORD>(text.size()), &moved, nullptr));
-        EXPECT_EQ(moved, text.size());
-    }
-
     const TempFolder folder_;
     HANDLE file_ = INVALID_HANDLE_VALUE;
 };
@@ -43,10 +29,10 @@ protected:
 TEST_F(FileTransfer, readsUpToTheEndAndThenNothing) {
     folder_.file("a.bin", "abcdef");
     open(GENERIC_READ, OPEN_EXISTING);
-    EXPECT_EQ(read(4), "abcd");
-    EXPECT_EQ(read(4), "ef");
+    EXPECT_EQ(readFrom(file_, 4), "abcd");
+    EXPECT_EQ(readFrom(file_, 4), "ef");
     SetLastError(0xBAD);
-    EXPECT_EQ(read(4), "");
+    EXPECT_EQ(readFrom(file_, 4), "");
     EXPECT_EQ(GetLastError(), DWORD{0xBAD}) << "a call that succeeds leaves the last error alone";
 }
 
@@ -64,12 +50,12 @@ TEST_F(FileTransfer, needsTheAccessOfItsOpen) {
 
 TEST_F(FileTransfer, movesItsPositionAsAskedAndNoFurther) {
     open(GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
-    write("0123456789");
+    EXPECT_TRUE(writeTo(file_, "0123456789"));
     EXPECT_EQ(SetFilePointer(file_, 2, nullptr, FILE_BEGIN), DWORD{2});
     EXPECT_EQ(SetFilePointer(file_, 3, nullptr, FILE_CURRENT), DWORD{5});
-    EXPECT_EQ(read(1), "5");
+    EXPECT_EQ(readFrom(file_, 1), "5");
     EXPECT_EQ(SetFilePointer(file_, -2, nullptr, FILE_END), DWORD{8});
-    EXPECT_EQ(read(9), "89");
+    EXPECT_EQ(readFrom(file_, 9), "89");
     EXPECT_FAILS(SetFilePointer(file_, -11, nullptr, FILE_END), ERROR_NEGATIVE_SEEK);
     EXPECT_EQ(SetFilePointer(file_, 0, nullptr, FILE_CURRENT), DWORD{10}) << "a failed move moves nothing";
     EXPECT_FAILS(SetFilePointer(file_, 0, nullptr, 3), ERROR_INVALID_PARAMETER);
@@ -85,7 +71,7 @@ TEST_F(FileTransfer, countsPositionsIn64Bits) {
     high = 0;
     EXPECT_EQ(SetFilePointer(file_, 1, &high, FILE_CURRENT), DWORD{0});
     EXPECT_EQ(high, 2);
-    write("x");
+    EXPECT_TRUE(writeTo(file_, "x"));
     DWORD sizeHigh = 0;
     EXPECT_EQ(GetFileSize(file_, &sizeHigh), DWORD{1});
     EXPECT_EQ(sizeHigh, DWORD{2});
@@ -96,12 +82,12 @@ TEST_F(FileTransfer, countsPositionsIn64Bits) {
 
 TEST_F(FileTransfer, cutsAndStretchesAtThePosition) {
     open(GENERIC_READ | GENERIC_WRITE, CREATE_ALWAYS);
-    write("abcdef");
+    EXPECT_TRUE(writeTo(file_, "abcdef"));
     SetFilePointer(file_, 2, nullptr, FILE_BEGIN);
     EXPECT_TRUE(SetEndOfFile(file_));
     EXPECT_EQ(GetFileSize(file_, nullptr), DWORD{2});
     SetFilePointer(file_, 4, nullptr, FILE_BEGIN);
-    write("z");
+    EXPECT_TRUE(writeTo(file_, "z"));
     EXPECT_TRUE(FlushFileBuffers(file_));
     close();
     EXPECT_EQ(readFile(folder_ / "a.bin"), std::string("ab\0\0z", 5));

@@ -113,18 +113,14 @@ TEST_F(HostFolderTest, failsAListingThatCouldNotBeWhole) {
 }
 
 TEST_F(HostFolderTest, listsInTheOrderOfNamesWithoutCase) {
-    for (const char* name : {"b", "C", "a", "B1"}) {
-        put(name);
-    }
+    for (const char* name : {"b", "C", "a", "B1"}) put(name);
     fs::create_directory(host_ / "AA");
     EXPECT_EQ(namesFound("H:\\*"), (Names{"a", "AA", "b", "B1", "C"})) << "a root has no dots";
     EXPECT_EQ(namesFound("H:\\AA\\*.*"), (Names{".", ".."}));
 }
 
 TEST_F(HostFolderTest, leavesOutWhatIsGoneBeforeItsTurn) {
-    for (const char* name : {"a", "b", "c"}) {
-        put(name);
-    }
+    for (const char* name : {"a", "b", "c"}) put(name);
     WIN32_FIND_DATAA data;
     const HANDLE search = FindFirstFileA("H:\\*", &data);
     EXPECT_STREQ(data.cFileName, "a");

@@ -18,6 +18,10 @@ HKEY create(HKEY parent, const char* path) {
     return key;
 }
 
+LONG open(HKEY parent, const std::string& path, HKEY& key, REGSAM access = KEY_READ) {
+    return RegOpenKeyExA(parent, path.c_str(), 0, access, &key);
+}
+
 TEST(WinRegMachine, OnlyTheNtFamilyRefusesToDeleteAKeyWithSubkeys) {
     for (const WindowsVersion version :
          {WindowsVersion::Windows95, WindowsVersion::Windows98, WindowsVersion::WindowsMe,
@@ -38,7 +42,7 @@ TEST(WinRegMachine, TheHandleTableKnowsEveryOpenKey) {
     ScopedMachine machine;
     const HKEY key = create(HKEY_CURRENT_USER, "K");
     HKEY same = nullptr;
-    ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "", 0, KEY_READ, &same), ERROR_SUCCESS);
+    ASSERT_EQ(open(HKEY_CURRENT_USER, "", same), ERROR_SUCCESS);
     EXPECT_EQ(same, HKEY_CURRENT_USER);
     EXPECT_EQ(RegCloseKey(HKEY_CURRENT_USER), ERROR_SUCCESS);
     EXPECT_EQ(machine->handles.openCount(), 1u);
@@ -57,17 +61,16 @@ TEST(WinRegMachine, RootsAreSeparateAndCannotBeDeleted) {
     const ScopedMachine machine;
     RegCloseKey(create(HKEY_USERS, "K"));
     HKEY key = nullptr;
-    EXPECT_EQ(RegOpenKeyExA(HKEY_CLASSES_ROOT, "K", 0, KEY_READ, &key), LONG{ERROR_FILE_NOT_FOUND});
+    EXPECT_EQ(open(HKEY_CLASSES_ROOT, "K", key), LONG{ERROR_FILE_NOT_FOUND});
     EXPECT_EQ(RegDeleteKeyA(HKEY_CLASSES_ROOT, ""), LONG{ERROR_ACCESS_DENIED});
-    EXPECT_EQ(RegOpenKeyExA(reinterpret_cast<HKEY>(std::uintptr_t{0x80000004}), "K", 0, KEY_READ, &key),
-              LONG{ERROR_INVALID_HANDLE});
+    EXPECT_EQ(open(reinterpret_cast<HKEY>(std::uintptr_t{0x80000004}), "K", key), LONG{ERROR_INVALID_HANDLE});
 }
 
 TEST(WinRegMachine, NamesMatchWithoutCaseInTheWholeCodePage) {
     const ScopedMachine machine;
     const HKEY key = create(HKEY_CURRENT_USER, "\xC4pfel");  // Ä in code page 1252
     HKEY again = nullptr;
-    EXPECT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "\xE4PFEL", 0, KEY_READ, &again), ERROR_SUCCESS);
+    EXPECT_EQ(open(HKEY_CURRENT_USER, "\xE4PFEL", again), ERROR_SUCCESS);
     RegCloseKey(again);
     RegCloseKey(key);
 }
@@ -79,8 +82,8 @@ TEST(WinRegMachine, OnlyTheNtFamilyHoldsAHandleToWhatItWasOpenedFor) {
         RegCloseKey(create(HKEY_CURRENT_USER, "K"));
         HKEY reader = nullptr;
         HKEY writer = nullptr;
-        ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "K", 0, KEY_READ, &reader), ERROR_SUCCESS);
-        ASSERT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "K", 0, KEY_WRITE, &writer), ERROR_SUCCESS);
+        ASSERT_EQ(open(HKEY_CURRENT_USER, "K", reader), ERROR_SUCCESS);
+        ASSERT_EQ(open(HKEY_CURRENT_USER, "K", writer, KEY_WRITE), ERROR_SUCCESS);
         const BYTE data = 1;
         DWORD size = 1;
         EXPECT_EQ(RegSetValueExA(reader, "V", 0, REG_BINARY, &data, 1), refusal);
@@ -96,12 +99,9 @@ TEST(WinRegMachine, KeyNamesHaveALimitAndPathsAForm) {
     const ScopedMachine machine;
     RegCloseKey(create(HKEY_CURRENT_USER, std::string(255, 'k').c_str()));
     HKEY key = nullptr;
-    const auto open = [&](const std::string& path) {
-        return RegOpenKeyExA(HKEY_CURRENT_USER, path.c_str(), 0, KEY_READ, &key);
-    };
-    EXPECT_EQ(open(std::string(256, 'k')), LONG{ERROR_INVALID_PARAMETER});
-    EXPECT_EQ(open("\\" + std::string(255, 'k')), LONG{ERROR_BAD_PATHNAME});
-    ASSERT_EQ(open(std::string(255, 'k') + "\\"), ERROR_SUCCESS);
+    EXPECT_EQ(open(HKEY_CURRENT_USER, std::string(256, 'k'), key), LONG{ERROR_INVALID_PARAMETER});
+    EXPECT_EQ(open(HKEY_CURRENT_USER, "\\" + std::string(255, 'k'), key), LONG{ERROR_BAD_PATHNAME});
+    ASSERT_EQ(open(HKEY_CURRENT_USER, std::string(255, 'k') + "\\", key), ERROR_SUCCESS);
     RegCloseKey(key);
     char name[256];
     DWORD size = sizeof name;
@@ -116,7 +116,7 @@ TEST(WinRegMachine, PlannedFailuresComeBackAsResults) {
     SetLastError(7);
     machine->gate.failCall(0, ERROR_NOT_ENOUGH_MEMORY);
     HKEY key = nullptr;
-    EXPECT_EQ(RegOpenKeyExA(HKEY_CURRENT_USER, "", 0, KEY_READ, &key), LONG{ERROR_NOT_ENOUGH_MEMORY});
+    EXPECT_EQ(open(HKEY_CURRENT_USER, "", key), LONG{ERROR_NOT_ENOUGH_MEMORY});
     EXPECT_EQ(GetLastError(), 7u);
     EXPECT_EQ(key, nullptr);
 }
