@@ -92,9 +92,9 @@ void runScript(const Options& options, Component& component, Platform& platform,
     Transcript transcript(out);
     Answers answers(transcript, platform);
     WizardFrame frame(GetModuleHandleA(nullptr), transcript);
-    transcript.watch(frame);
     const ScriptedBoxes boxes(support, answers.handlers());
     warnOfUnknownWindows(support, frame.window());
+    transcript.watch(frame);
     const Visit visit(component, frame.window());
     frame.show();
     ScriptDriver(frame, platform, transcript, answers, options.screenshots).run(steps);
