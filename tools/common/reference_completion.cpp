@@ -43,6 +43,35 @@ std::string words(const std::vector<CommandEntry>& commands, const char* separat
 
 // ---- bash
 
+// What is completed, behind which option and in which command.
+constexpr const char* bashWords = R"(() {
+    local current=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD - 1]}
+    local command= word words= options= kind=
+    # "--option=value" comes as three words.
+    if [[ $current == = ]]; then
+        current=
+    elif [[ $option == = ]]; then
+        option=${COMP_WORDS[COMP_CWORD - 2]}
+    fi
+    for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
+)";
+
+constexpr const char* bashAnswer = R"(            if [[ $current == -* || (-n $command && -z $kind) ]]; then
+                words=$options kind=
+            elif [[ -z $command ]]; then
+                words=$commands
+            fi ;;
+    esac
+    # Names are completed as those of files, but for a call outside a completion, where there is nothing to set.
+    [[ -z $kind ]] || compopt -o filenames 2>/dev/null
+    case $kind in
+        file) mapfile -t COMPREPLY < <(compgen -f -- "$current") ;;
+        directory) mapfile -t COMPREPLY < <(compgen -d -- "$current") ;;
+        *) mapfile -t COMPREPLY < <(compgen -W "$words" -- "$current") ;;
+    esac
+}
+)";
+
 const char* bashKind(ValueKind kind) {
     return kind == ValueKind::file ? "kind=file" : kind == ValueKind::folder ? "kind=directory" : "kind=none";
 }
@@ -99,14 +128,15 @@ std::string zshValue(const OptionEntry& option) {
 
 void addZshOptions(std::ostringstream& script, const Options& options, const std::string& indent) {
     for (const OptionEntry& option : options) {
-        const std::string description = "[" + zshText(option.description) + "]" + zshValue(option);
+        // Each name once a line; the others are not offered after it.
+        const std::string names = "(" + CLI::detail::join(option.names, " ") + ")";
         for (const std::string& name : option.names) {
+            std::string entry = names + name;
             // "=" and "+": the value may also stand in the same word.
-            const char* const join = option.kind == ValueKind::none ? "" : name.starts_with("--") ? "=" : "+";
-            script << indent
-                   << quoted("(" + CLI::detail::join(option.names, " ") + ")" + name + join + description,
-                             "'\\''")
-                   << " \\\n";
+            if (option.kind != ValueKind::none) entry += name.starts_with("--") ? "=" : "+";
+            entry += "[" + zshText(option.description) + "]";
+            entry += zshValue(option);
+            script << indent << quoted(entry, "'\\''") << " \\\n";
         }
     }
 }
@@ -165,18 +195,9 @@ void addFishOption(std::ostringstream& script, const std::string& start, const O
 std::string bashCompletion(const Reference& reference) {
     const std::string name = functionName(reference);
     std::ostringstream script;
-    // clang-format off
-    script << heading(reference, "bash")
-           << name << "() {\n"
-              "    local current=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD - 1]}\n"
-              "    local command= word words= options= kind=\n"
-              "    # \"--option=value\" comes as three words.\n"
-              "    if [[ $current == = ]]; then current=; elif [[ $option == = ]]; then option=${COMP_WORDS[COMP_CWORD - 2]}; fi\n"
-              "    for word in \"${COMP_WORDS[@]:1:COMP_CWORD-1}\"; do\n"
-              "        case $word in " << words(reference.commands, " | ") << ") command=$word; break ;; esac\n"
-              "    done\n"
-              "    case $command:$option in\n";
-    // clang-format on
+    script << heading(reference, "bash") << name << bashWords << "        case $word in "
+           << words(reference.commands, " | ") << ") command=$word; break ;; esac\n"
+           << "    done\n    case $command:$option in\n";
     for (const CommandEntry& command : reference.commands) {
         for (const OptionEntry& option : command.options) {
             if (option.kind != ValueKind::none) addBashValue(script, command.name, option);
@@ -185,23 +206,8 @@ std::string bashCompletion(const Reference& reference) {
     script << "        *)\n            case $command in\n";
     addBashCommand(script, reference, reference.common);
     for (const CommandEntry& command : reference.commands) addBashCommand(script, reference, command);
-    // clang-format off
-    script << "            esac\n"
-              "            if [[ $current == -* || ( -n $command && -z $kind ) ]]; then\n"
-              "                words=$options kind=\n"
-              "            elif [[ -z $command ]]; then\n"
-              "                words='" << words(reference.commands, " ") << "'\n"
-              "            fi ;;\n"
-              "    esac\n"
-              "    # Outside a completion, where there is nothing to set, the option fails.\n"
-              "    case $kind in\n"
-              "        file) compopt -o filenames 2>/dev/null; mapfile -t COMPREPLY < <(compgen -f -- \"$current\") ;;\n"
-              "        directory) compopt -o filenames 2>/dev/null; mapfile -t COMPREPLY < <(compgen -d -- \"$current\") ;;\n"
-              "        *) mapfile -t COMPREPLY < <(compgen -W \"$words\" -- \"$current\") ;;\n"
-              "    esac\n"
-              "}\n"
-              "complete -F " << name << ' ' << reference.program << '\n';
-    // clang-format on
+    script << "            esac\n            local commands='" << words(reference.commands, " ") << "'\n"
+           << bashAnswer << "complete -F " << name << ' ' << reference.program << '\n';
     return script.str();
 }
 
