@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstring>
 #include <vector>
 
@@ -24,16 +25,14 @@ PSID administrators() {
 TEST(SecurityMachine, IdentifiersHaveTheBinaryForm) {
     ScopedMachine machine;
     const PSID sid = administrators();
-    const BYTE expected[] = {1, 2, 0, 0, 0, 0, 0, 5, 0x20, 0, 0, 0, 0x20, 2, 0, 0};
-    EXPECT_EQ(std::memcmp(sid, expected, sizeof expected), 0);
-    BYTE other[sizeof expected];
-    std::memcpy(other, expected, sizeof expected);
-    EXPECT_TRUE(EqualSid(sid, other));
+    std::array<BYTE, 16> other = {1, 2, 0, 0, 0, 0, 0, 5, 0x20, 0, 0, 0, 0x20, 2, 0, 0};
+    EXPECT_EQ(std::memcmp(sid, other.data(), other.size()), 0);
+    EXPECT_TRUE(EqualSid(sid, other.data()));
     other[15] = 1;
-    EXPECT_FALSE(EqualSid(sid, other));
-    std::memcpy(other, expected, sizeof expected);
-    other[1] = 1;  // a prefix is another identifier
-    EXPECT_FALSE(EqualSid(sid, other));
+    EXPECT_FALSE(EqualSid(sid, other.data()));
+    other[15] = 0;
+    other[1] = 1;
+    EXPECT_FALSE(EqualSid(sid, other.data())) << "a prefix is another identifier";
     EXPECT_EQ(machine->localMemory.blockCount(), 1u);
     EXPECT_EQ(FreeSid(sid), nullptr);
     EXPECT_EQ(FreeSid(sid), sid);

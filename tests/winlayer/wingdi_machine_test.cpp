@@ -47,14 +47,6 @@ Bytes joined(Bytes first, const Bytes& second) {
     return first;
 }
 
-TEST(BitmapData, RowsStandFromTheTopWhenTheHeightIsNegative) {
-    ScopedMachine machine;
-    const HBITMAP bitmap = LoadBitmapA(nullptr, MAKEINTRESOURCEA(25));
-    ASSERT_NE(bitmap, nullptr);
-    const Surface& surface = *machine->graphics.find<Bitmap>(bitmap)->surface;
-    EXPECT_EQ(surface.pixels, (std::vector<std::uint32_t>{red, green, blue, black, white, red}));
-}
-
 TEST(BitmapData, TheOlderHeaderHasColorsOfThreeBytes) {
     const Bytes data = {12, 0, 0, 0, 2, 0, 1, 0, 1, 0, 1, 0, 0, 0, 255, 255, 0, 0, 0x40, 0, 0, 0};
     const auto bitmap = decodeBitmap(data);
@@ -85,6 +77,15 @@ TEST(BitmapData, WhatEndsEarlyOrIsNotKnownIsRefused) {
     for (const Bytes& bytes : refused) {
         EXPECT_FALSE(decodeBitmap(joined(bytes, Bytes(64)))) << &bytes - refused;
     }
+}
+
+TEST(BitmapData, RowsStandFromTheTopWhenTheHeightIsNegative) {
+    Bytes data = header(1, -2, 24);
+    append(data, 0x00FF0000, 4);
+    append(data, 0x0000FF00, 4);
+    const auto bitmap = decodeBitmap(data);
+    ASSERT_TRUE(bitmap);
+    EXPECT_EQ(bitmap->surface.pixels, (std::vector<std::uint32_t>{red, green}));
 }
 
 TEST(BitmapData, ANumberWithoutAColorIsBlack) {

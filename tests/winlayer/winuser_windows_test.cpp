@@ -42,15 +42,13 @@ TEST_F(Windows, AnEndGoesDownTheTreeAndComesBackUp) {
     const HWND inner = recorder_.create(childStyle, {0, 0, 20, 20}, outer, 2);
     recorder_.clear();
     EXPECT_TRUE(DestroyWindow(outer));
-    std::vector<std::pair<HWND, UINT>> ends;
+    std::string ends;
     for (const auto& entry : recorder_.entries()) {
-        if (entry.message == WM_DESTROY || entry.message == WM_NCDESTROY) {
-            ends.emplace_back(entry.window, entry.message);
-        }
+        const std::string window = entry.window == outer ? "outer" : "inner";
+        ends += entry.message == WM_DESTROY ? window + " ends, " : "";
+        ends += entry.message == WM_NCDESTROY ? window + " gone, " : "";
     }
-    const std::vector<std::pair<HWND, UINT>> expected = {
-        {outer, WM_DESTROY}, {inner, WM_DESTROY}, {inner, WM_NCDESTROY}, {outer, WM_NCDESTROY}};
-    EXPECT_EQ(ends, expected);
+    EXPECT_EQ(ends, "outer ends, inner ends, inner gone, outer gone, ");
     EXPECT_FALSE(IsWindow(inner));
     EXPECT_FALSE(DestroyWindow(outer));
 }
