@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "support/files.h"
 #include "support/thrown.h"
 
@@ -38,20 +40,23 @@ std::string textOf(const UtilsByte& bytes) {
 class DiskIOTest : public testing::Test {
 protected:
     std::string create(const std::string& content) { return test::makeFile(folder, "a.bin", content); }
+    static void expectNothingOpen(const DiskIO& file) {
+        EXPECT_FALSE(file.IsOpen());
+        EXPECT_FALSE(file.get_async_mode());
+        EXPECT_EQ(file.GetFileSize(), 0U);
+        EXPECT_EQ(file.GetBytesRead(), 0U);
+        EXPECT_EQ(file.GetBytesWritten(), 0U);
+        EXPECT_EQ(file.get_error(), 0U);
+        EXPECT_EQ(textOf(file.GetFileName()), "");
+    }
 
     TempFolder folder;
 };
 
 TEST_F(DiskIOTest, StartsWithNothingOpenAndClosingThatIsHarmless) {
     DiskIO file;
-    EXPECT_FALSE(file.IsOpen());
-    EXPECT_FALSE(file.get_async_mode());
+    expectNothingOpen(file);
     EXPECT_EQ(file.get_filesystem(), UTILS::FILESYSTEM_NONE);
-    EXPECT_EQ(file.GetFileSize(), 0U);
-    EXPECT_EQ(file.GetBytesRead(), 0U);
-    EXPECT_EQ(file.GetBytesWritten(), 0U);
-    EXPECT_EQ(file.get_error(), 0U);
-    EXPECT_EQ(textOf(file.GetFileName()), "");
     EXPECT_NO_THROW(file.Close());
     EXPECT_NO_THROW(file.Flush());
     EXPECT_TRUE(file == DiskIO());
@@ -160,46 +165,36 @@ TEST_F(DiskIOTest, TheFilePointerMovesFromAllThreePlaces) {
     EXPECT_EQ(before.type, 5U);
     EXPECT_NE(before.error, 0U);
     EXPECT_TRUE(before.condition.ends_with(" from position FILE_BEGIN")) << before.condition;
-}
 
-TEST_F(DiskIOTest, TheFileEndsWhereThePointerStands) {
-    DiskIO file(create("0123456789").c_str());
     file.SetFilePointer(distance(4), FILE_BEGIN);
     file.SetEndOfFile();
     file.Close();
-    EXPECT_EQ(readFile(folder / "a.bin"), "0123");
+    EXPECT_EQ(readFile(folder / "a.bin"), "0123") << "the file ends where the pointer stands";
 }
 
 TEST_F(DiskIOTest, OperatorsWriteRecordsOfTheWriteSize) {
+    const std::string record = "hello" + std::string(507, '\0');
+    const auto* const bytes = reinterpret_cast<const unsigned char*>(record.data());
+    const std::function<void(DiskIO&)> forms[] = {
+        [](DiskIO& file) { file << "hello"; }, [](DiskIO& file) { file << UtilsString("hello"); },
+        [&](DiskIO& file) { file << UtilsByte(bytes, 5); },
+        [&](DiskIO& file) { file << bytes; },  // has no whole mode
+    };
     struct Row {
         WORD size;
+        std::size_t forms;
         std::string expected;
     };
-    const std::string text = "hello";
-    for (const Row& row : {Row{512, text + std::string(507, '\0')}, Row{5, text}, Row{3, "hel"},
-                           Row{DiskIO::wholeSize, text}}) {
-        SCOPED_TRACE(row.size);
-        for (int form = 0; form < 4; ++form) {
+    for (const Row& row :
+         {Row{512, 4, record}, Row{5, 4, "hello"}, Row{3, 4, "hel"}, Row{DiskIO::wholeSize, 3, "hello"}}) {
+        for (std::size_t form = 0; form < row.forms; ++form) {
+            SCOPED_TRACE(std::to_string(row.size) + " bytes, form " + std::to_string(form));
             DiskIO file(create("").c_str());
             file.SetReadWriteSize(row.size);
-            unsigned char bytes[512] = "hello";
-            switch (form) {
-                case 0:
-                    file << text.c_str();
-                    break;
-                case 1:
-                    file << UtilsString(text.c_str());
-                    break;
-                case 2:
-                    file << UtilsByte(bytes, 5);
-                    break;
-                default:
-                    if (row.size == DiskIO::wholeSize) continue;  // this form has no whole mode
-                    file << bytes;
-            }
+            forms[form](file);
             EXPECT_EQ(file.GetBytesWritten(), row.expected.size());
             file.Close();
-            EXPECT_EQ(readFile(folder / "a.bin"), row.expected) << "form " << form;
+            EXPECT_EQ(readFile(folder / "a.bin"), row.expected);
         }
     }
 }
@@ -316,34 +311,21 @@ TEST_F(DiskIOTest, ACopyHasAHandleOfItsOwnToTheSameFile) {
     EXPECT_TRUE(target.IsOpen());
 }
 
-TEST_F(DiskIOTest, ClosingResetsAllButTheSizes) {
+TEST_F(DiskIOTest, ClosingForgetsAllButTheSizes) {
     DiskIO file(create("0123456789").c_str());
     file.SetReadWriteSize(4);
+    file.SetFileAttributes(FILE_ATTRIBUTE_HIDDEN);
     char buffer[4];
     file.Read(buffer, 0);
+    file.Write("abc", 3);
+    EXPECT_EQ(thrownBy([&] { file.Delete("no such file", 0); }).error, ERROR_FILE_NOT_FOUND);
     file.Close();
-    EXPECT_FALSE(file.IsOpen());
-    EXPECT_EQ(textOf(file.GetFileName()), "");
-    EXPECT_EQ(file.GetFileSize(), 0U);
-    EXPECT_EQ(file.GetBytesRead(), 0U);
+    expectNothingOpen(file);
+    file.Open((folder / "new").c_str(), GENERIC_WRITE, shared, CREATE_NEW, 0);
+    EXPECT_EQ(file.GetFileAttributes() & FILE_ATTRIBUTE_HIDDEN, 0U);
     file.Open((folder / "a.bin").c_str(), GENERIC_READ, shared, OPEN_EXISTING, 0);
     file.Read(buffer, 0);
     EXPECT_EQ(file.GetBytesRead(), 4U);
-}
-
-TEST_F(DiskIOTest, ClosingForgetsCountersErrorAndAttributes) {
-    DiskIO file(create("").c_str());
-    file.SetFileAttributes(FILE_ATTRIBUTE_HIDDEN);
-    file.Write("abc", 3);
-    char buffer[1];
-    EXPECT_EQ(thrownBy([&] { file.SetFilePointer(distance(-1), FILE_BEGIN); }).type, 5U);
-    EXPECT_EQ(thrownBy([&] { file.Read(buffer, 1); }).type, 2U);
-    EXPECT_EQ(thrownBy([&] { file.Delete("no such file", 0); }).error, ERROR_FILE_NOT_FOUND);
-    file.Close();
-    EXPECT_EQ(file.GetBytesWritten(), 0U);
-    EXPECT_EQ(file.get_error(), 0U);
-    file.Open((folder / "new").c_str(), GENERIC_WRITE, shared, CREATE_NEW, 0);
-    EXPECT_EQ(file.GetFileAttributes() & FILE_ATTRIBUTE_HIDDEN, 0U);
 }
 
 TEST_F(DiskIOTest, ACopyHasTheMembersOfItsSource) {
@@ -379,23 +361,14 @@ TEST_F(DiskIOTest, DeletesReadOnlyFilesOnlyWhenAskedTo) {
     EXPECT_EQ(thrownBy([&] { file.Delete(path.c_str(), 1); }).error, ERROR_FILE_NOT_FOUND);
 }
 
-TEST_F(DiskIOTest, DeletesItsOwnFile) {
-    const std::string path = test::makeFile(folder, "own", "x", FILE_ATTRIBUTE_READONLY);
-    DiskIO file(path.c_str(), GENERIC_READ, shared | FILE_SHARE_DELETE, OPEN_EXISTING, 0);
-    EXPECT_EQ(thrownBy([&] { file.Delete(); }).error, ERROR_ACCESS_DENIED);
-    file.SetFileAttributes(FILE_ATTRIBUTE_READONLY);
-    file.Remove();
-    file.Close();
-    EXPECT_FALSE(exists(path));
-}
-
-TEST_F(DiskIOTest, AnyOfThreeAttributesLiftsAReadOnlyOne) {
+TEST_F(DiskIOTest, DeletesItsOwnReadOnlyFileWhenItHasOneOfThreeAttributes) {
     for (const DWORD attribute : {FILE_ATTRIBUTE_READONLY, FILE_ATTRIBUTE_HIDDEN, FILE_ATTRIBUTE_SYSTEM}) {
-        const std::string path = test::makeFile(folder, "own", "x");
+        const std::string path = test::makeFile(folder, "own", "x", FILE_ATTRIBUTE_READONLY);
         DiskIO file(path.c_str(), GENERIC_READ, shared | FILE_SHARE_DELETE, OPEN_EXISTING, 0);
+        EXPECT_EQ(thrownBy([&] { file.Delete(); }).error, ERROR_ACCESS_DENIED);
         file.SetFileAttributes(attribute);
         ASSERT_TRUE(::SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_READONLY));
-        EXPECT_NO_THROW(file.Delete()) << attribute;
+        EXPECT_NO_THROW(file.Remove()) << attribute;
         file.Close();
         EXPECT_FALSE(exists(path));
     }
