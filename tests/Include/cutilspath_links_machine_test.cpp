@@ -98,18 +98,25 @@ void expectNothingLeft(const Machine& machine) {
     EXPECT_EQ(machine.handles.openCount(), 0u);
 }
 
-TEST(CUtilsPathLinksMachine, EachWayLeadsToTheInstalledFile) {
+// Hands on a shortcut for each of the ways, on a machine of its own where no other way is open.
+template <class Check>
+void onEachWay(Check check) {
     for (const Way way : {Way::installer, Way::bytes, Way::block}) {
         SCOPED_TRACE(static_cast<int>(way));
         ScopedMachine machine;
         prepare(*machine, way);
         const TempFolder folder;
-        const std::string link = folder.file("a.lnk", shortcut(way));
+        check(*machine, folder.file("a.lnk", shortcut(way)));
+        expectNothingLeft(*machine);
+    }
+}
+
+TEST(CUtilsPathLinksMachine, EachWayLeadsToTheInstalledFile) {
+    onEachWay([](Machine&, const std::string& link) {
         EXPECT_EQ(resolved(link), installed);
         EXPECT_EQ(resolved(link, 1), installed) << "a file that is gone has no other form";
-        expectNothingLeft(*machine);
         EXPECT_EQ(GetModuleHandleA("MSI.DLL"), nullptr) << "freed with the last path that used it";
-    }
+    });
 }
 
 // Its long names have short forms, under which they are found too.
@@ -143,13 +150,8 @@ TEST(CUtilsPathLinksMachine, TheFormSelectsTheLongOrTheShortNameOfWhatIsInstalle
 }
 
 TEST(CUtilsPathLinksMachine, WhatIsNotInstalledAsAFileIsNoTarget) {
-    for (const Way way : {Way::installer, Way::bytes, Way::block}) {
-        SCOPED_TRACE(static_cast<int>(way));
-        ScopedMachine machine;
-        prepare(*machine, way);
-        const TempFolder folder;
-        const std::string link = folder.file("a.lnk", shortcut(way));
-        Installer::Component& part = machine->installer.products[product].components[component];
+    onEachWay([](Machine& machine, const std::string& link) {
+        Installer::Component& part = machine.installer.products[product].components[component];
         for (const Installer::Component& state :
              {Installer::Component{INSTALLSTATE_LOCAL, "02:\\SOFTWARE\\Rettung\\"},
               Installer::Component{INSTALLSTATE_BROKEN, installed},
@@ -158,10 +160,9 @@ TEST(CUtilsPathLinksMachine, WhatIsNotInstalledAsAFileIsNoTarget) {
             part = state;
             EXPECT_EQ(resolved(link), "") << state.state;
         }
-        machine->installer.products.clear();
+        machine.installer.products.clear();
         EXPECT_EQ(resolved(link), "");
-        expectNothingLeft(*machine);
-    }
+    });
 }
 
 TEST(CUtilsPathLinksMachine, OrdinaryShortcutsNeedNoInstaller) {

@@ -9,6 +9,7 @@
 #include "CUtilsPath.h"
 #include "path_cases.h"
 #include "std_exception.h"
+#include "support/fail_each_machine.h"
 #include "support/temp_folder_machine.h"
 #include "winlayer/machine.h"
 
@@ -176,38 +177,34 @@ TEST(CUtilsPathMachine, CreationEndsWhereALevelCannotBeMade) {
 
 // What reports success must have done its work, and no search stays open.
 TEST(CUtilsPathMachine, NoFailingCallOfAWalkOrDeletionIsTakenForSuccess) {
-    ScopedMachine machine;
-    std::size_t calls = 1;
-    for (std::size_t k = 0; k < calls; ++k) {
-        SCOPED_TRACE(k);
-        const TempFolder folder;
-        const std::string top = folder.directory("t");
-        folder.file("t\\y", "1");
-        folder.directory("t\\a");
-        folder.directory("t\\a\\b");
-        folder.file("t\\a\\b\\x", "12345");
-        if (k == 0) {
-            machine->gate.startRecording();
-        }
-        machine->gate.failCall(k == 0 ? winlayer::Gate::always : k - 1, ERROR_ACCESS_DENIED);
-        CUtilsPath tree(top, 0, 1, 0);
-        EXPECT_STREQ(tree.GetPath(), top.c_str());
-        int deleted = 0;
-        try {
-            if (tree.Search()) {
-                EXPECT_EQ(tree.GetTotalFiles(), 2u);
-                EXPECT_EQ(tree.GetTotalSubDirs(), 2u);
-                EXPECT_EQ(tree.GetDirSize(), 6u);
+    int deleted = 0;
+    test::failEachCall(
+        WindowsVersion::XP, ERROR_ACCESS_DENIED,
+        [] {
+            for (const char* folder : {"C:\\t", "C:\\t\\a", "C:\\t\\a\\b"}) {
+                CreateDirectoryA(folder, nullptr);
             }
-            deleted = tree.DeleteDir();
-        } catch (const std::exception&) {
-        }
-        calls = std::max(calls, machine->gate.fallibleCalls());
-        machine->gate.reset();
-        EXPECT_EQ(deleted, exists(top) ? 0 : 1);
-        EXPECT_EQ(machine->handles.openCount(), 0u);
-    }
-    EXPECT_GT(calls, 20u);
+            writeFile("C:\\t\\y", "1");
+            writeFile("C:\\t\\a\\b\\x", "12345");
+        },
+        [&] {
+            CUtilsPath tree("C:\\t", 0, 1, 0);
+            EXPECT_STREQ(tree.GetPath(), "C:\\t");
+            deleted = 0;
+            try {
+                if (tree.Search()) {
+                    EXPECT_EQ(tree.GetTotalFiles(), 2u);
+                    EXPECT_EQ(tree.GetTotalSubDirs(), 2u);
+                    EXPECT_EQ(tree.GetDirSize(), 6u);
+                }
+                deleted = tree.DeleteDir();
+            } catch (const std::exception&) {
+            }
+        },
+        [&](bool failed) {
+            EXPECT_EQ(deleted, exists("C:\\t") ? 0 : 1);
+            EXPECT_TRUE(failed || deleted == 1);
+        });
 }
 
 struct Entry {
@@ -270,17 +267,11 @@ TEST(CUtilsPathMachine, RandomTreesAreListedAsTheHostListsThem) {
                 (entry.directory ? expectedDirectories : expectedFiles).insert(name);
                 bytes += entry.size;
             }
-            std::set<std::string> files;
-            std::set<std::string> directories;
-            UtilsString entry;
-            for (int more = walked.RetrieveFirstFile(entry); more; more = walked.RetrieveNextFile(entry)) {
-                files.insert(entry.c_str());
-            }
-            for (int more = walked.RetrieveFirstDir(entry); more; more = walked.RetrieveNextDir(entry)) {
-                directories.insert(entry.c_str());
-            }
-            EXPECT_EQ(files, expectedFiles);
-            EXPECT_EQ(directories, expectedDirectories);
+            const auto setOf = [](const std::vector<std::string>& entries) {
+                return std::set(entries.begin(), entries.end());
+            };
+            EXPECT_EQ(setOf(files(walked)), expectedFiles);
+            EXPECT_EQ(setOf(directories(walked)), expectedDirectories);
             EXPECT_EQ(walked.GetTotalFiles(), expectedFiles.size());
             EXPECT_EQ(walked.GetTotalSubDirs(), expectedDirectories.size());
             EXPECT_EQ(walked.GetDirSize(), bytes);

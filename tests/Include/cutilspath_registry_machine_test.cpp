@@ -48,18 +48,11 @@ TEST_F(CUtilsPathRegistry, ListsValuesAndSubkeysOfTheWholeTree) {
     EXPECT_EQ(key.Search("no pattern applies"), 1);
     key.SortKeys();
     key.SortValues();
-    std::vector<std::string> keys;
-    std::vector<std::string> values;
-    UtilsString entry;
-    for (int more = key.RetrieveFirstKey(entry); more; more = key.RetrieveNextKey(entry)) {
-        keys.emplace_back(entry.c_str());
-    }
-    for (int more = key.RetrieveFirstValue(entry); more; more = key.RetrieveNextValue(entry)) {
-        values.emplace_back(entry.c_str());
-    }
-    EXPECT_EQ(keys, (std::vector<std::string>{"HKCU\\Suite\\a", "HKCU\\Suite\\a\\deep", "HKCU\\Suite\\b"}));
-    EXPECT_EQ(values, (std::vector<std::string>{"HKCU\\Suite\\a\\deep\\low", "HKCU\\Suite\\b\\",
-                                                "HKCU\\Suite\\top"}));
+    EXPECT_EQ(listed(key, &CUtilsPath::RetrieveFirstKey, &CUtilsPath::RetrieveNextKey),
+              (std::vector<std::string>{"HKCU\\Suite\\a", "HKCU\\Suite\\a\\deep", "HKCU\\Suite\\b"}));
+    EXPECT_EQ(
+        listed(key, &CUtilsPath::RetrieveFirstValue, &CUtilsPath::RetrieveNextValue),
+        (std::vector<std::string>{"HKCU\\Suite\\a\\deep\\low", "HKCU\\Suite\\b\\", "HKCU\\Suite\\top"}));
     EXPECT_EQ(key.GetTotalSubKeys(), 3u);
     EXPECT_EQ(key.GetTotalValues(), 3u);
     EXPECT_EQ(key.GetDirSize(), 0u);

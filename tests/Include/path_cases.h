@@ -3,6 +3,7 @@
 
 #include <array>
 #include <string>
+#include <vector>
 
 #include "CUtilsPath.h"
 
@@ -31,6 +32,27 @@ template <class Operation>
 std::string answered(Operation operation) {
     UTILS::UtilsString answer("untouched");
     return operation(answer) ? answer.c_str() : "(none)";
+}
+
+// All entries that a walk has found, told by its two cursor operations.
+template <class First, class Next>
+std::vector<std::string> listed(UTILS::CUtilsPath& walked, First first, Next next) {
+    std::vector<std::string> entries;
+    UTILS::UtilsString entry;
+    for (int more = (walked.*first)(entry); more; more = (walked.*next)(entry)) {
+        entries.emplace_back(entry.c_str());
+    }
+    return entries;
+}
+
+inline std::vector<std::string> files(UTILS::CUtilsPath walked) {
+    walked.ResetTreeSearch();
+    return listed(walked, &UTILS::CUtilsPath::RetrieveFirstFile, &UTILS::CUtilsPath::RetrieveNextFile);
+}
+
+inline std::vector<std::string> directories(UTILS::CUtilsPath walked) {
+    walked.ResetTreeSearch();
+    return listed(walked, &UTILS::CUtilsPath::RetrieveFirstDir, &UTILS::CUtilsPath::RetrieveNextDir);
 }
 
 inline UTILS::CUtilsPath path(const std::string& text) {
