@@ -94,11 +94,6 @@ TEST(DerivedException, CarriesItsFieldsThroughEveryCopy) {
     assigned = original;
     assigned = *&assigned;
     expectCancelled(assigned);
-    try {
-        throw original;
-    } catch (const SampleException& thrown) {
-        expectCancelled(thrown);
-    }
     expectCancelled(SampleException(170, 1000, 546, original.m_file.c_str(), original.m_condition));
 }
 
@@ -143,15 +138,12 @@ TEST(DerivedException, EmptyOneNamesItself) {
 }
 
 TEST(DerivedException, IsCaughtByEachOfItsBases) {
-    const auto caughtAs = [](auto* kind) {
-        try {
-            throw cancelled();
-        } catch (const std::remove_pointer_t<decltype(kind)>& thrown) {
-            return std::string(thrown.what());
-        }
-    };
-    EXPECT_EQ(caughtAs(static_cast<std::exception*>(nullptr)), cancelledReport);
-    EXPECT_EQ(caughtAs(static_cast<std_exception*>(nullptr)), cancelledReport);
+    EXPECT_THROW(throw cancelled(), std_exception);
+    try {
+        throw cancelled();
+    } catch (const std::exception& thrown) {
+        EXPECT_STREQ(thrown.what(), cancelledReport);
+    }
 }
 
 TEST(DerivedException, RaisesACopyAsItsBase) {
