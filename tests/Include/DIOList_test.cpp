@@ -5,6 +5,7 @@
 #include <stdexcept>
 
 #include "support/temp_folder.h"
+#include "thrown_message.h"
 
 namespace {
 
@@ -22,12 +23,8 @@ TEST(DIOList, SelectsAndReturnsItsFiles) {
     EXPECT_FALSE(list.GetIO(0).IsOpen());
     list[1];
     EXPECT_EQ(list.GetIO().GetFileName(), name);
-    try {
-        list.GetIO(5);
-        ADD_FAILURE();
-    } catch (const std::out_of_range& error) {
-        EXPECT_EQ(std::string(error.what()).substr(0, 24), "Out Of Range Error - 5:2");
-    }
+    EXPECT_EQ(thrownMessage<std::out_of_range>([&] { list.GetIO(5); }).substr(0, 24),
+              "Out Of Range Error - 5:2");
     EXPECT_EQ(&list.GetIO(), &list.GetIO(1)) << "a failed selection leaves the current one";
     EXPECT_THROW(DIOList().GetIO(), std::out_of_range);
 }

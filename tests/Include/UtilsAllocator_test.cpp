@@ -7,29 +7,13 @@
 
 #include "UtilsByte.h"
 #include "UtilsVector.h"
+#include "thrown_message.h"
 
 namespace {
 
 using UTILS::MemObject;
 using UTILS::UtilsAllocator;
 using UTILS::UtilsByte;
-
-// The message of what the operation throws, up to the line number.
-template <class Exception, class Operation>
-std::string message(Operation operation) {
-    try {
-        operation();
-    } catch (const Exception& thrown) {
-        const std::string text = thrown.what();
-        const auto line = text.rfind("; Line:  ");
-        EXPECT_NE(line, std::string::npos) << text;
-        EXPECT_GT(std::atoi(text.c_str() + line + 9), 0) << text;
-        return text.substr(0, line);
-    } catch (const std::exception& other) {
-        return std::string("another exception: ") + other.what();
-    }
-    return "nothing thrown";
-}
 
 const std::string incorrectCall = "The Function Call Is Incorrect Or Cannot Be Called As Such - ";
 const std::string inAllocator = R"(; File:  ..\..\Include\UtilsAllocator)";
@@ -53,7 +37,7 @@ TEST(Allocator, HoldsExactlyWhatIsAskedAndKeepsContents) {
         EXPECT_EQ(block[1], 2);
     }
     EXPECT_EQ(block[2], 0) << "cut off, then new again";
-    EXPECT_EQ(message<std::out_of_range>([&] { block.Retrieve(50); }),
+    EXPECT_EQ(thrownMessage<std::out_of_range>([&] { block.Retrieve(50); }),
               "Out Of Range Error - 50:50" + inAllocator);
     block.Clear();
     EXPECT_EQ(block[0], 0);
@@ -74,24 +58,24 @@ TEST(Allocator, HoldsObjects) {
 
 TEST(Allocator, RefusesInOrder) {
     UtilsAllocator<char> none;
-    EXPECT_EQ(message<std::bad_alloc>([&] { none.ReAllocateMemory(0); }), refusesMemory);
-    EXPECT_EQ(message<std::bad_alloc>([&] { none.ReAllocateMatrix(1); }), refusesMatrix);
-    EXPECT_EQ(message<std::bad_alloc>([&] { none.Clear(); }), notInitialised);
-    EXPECT_EQ(message<std::bad_alloc>([&] { none.ReleaseMemory(); }), nullBlock);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { none.ReAllocateMemory(0); }), refusesMemory);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { none.ReAllocateMatrix(1); }), refusesMatrix);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { none.Clear(); }), notInitialised);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { none.ReleaseMemory(); }), nullBlock);
 
     UtilsAllocator<char> matrix(2, 1);
-    EXPECT_EQ(message<std::bad_alloc>([&] { matrix.ReAllocateMemory(0); }), emptyRequest);
-    EXPECT_EQ(message<std::bad_alloc>([&] { matrix.ReAllocateMemory(4); }), refusesMemory);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { matrix.ReAllocateMemory(0); }), emptyRequest);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { matrix.ReAllocateMemory(4); }), refusesMemory);
     matrix.ReAllocateMatrix(4);
     EXPECT_EQ(matrix.GetCount(), 4u);
-    EXPECT_EQ(message<std::bad_alloc>([&] { matrix.ReAllocateMatrix(0); }), emptyRequest);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { matrix.ReAllocateMatrix(0); }), emptyRequest);
 
     UtilsAllocator<char> block(2);
-    EXPECT_EQ(message<std::bad_alloc>([&] { block.ReAllocateMatrix(4); }), refusesMatrix);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { block.ReAllocateMatrix(4); }), refusesMatrix);
     block.ReleaseMemory();
-    EXPECT_EQ(message<std::bad_alloc>([&] { block.ReAllocateMemory(4); }), nullBlock);
-    EXPECT_EQ(message<std::bad_alloc>([&] { block.ReleaseMemory(); }), nullBlock);
-    EXPECT_EQ(message<std::bad_alloc>([] { UtilsAllocator<char> empty(0); }), nullBlock);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { block.ReAllocateMemory(4); }), nullBlock);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { block.ReleaseMemory(); }), nullBlock);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([] { UtilsAllocator<char> empty(0); }), nullBlock);
 }
 
 TEST(MemObject, KeepsLengthPlusTerminator) {
@@ -114,7 +98,7 @@ TEST(MemObject, KeepsLengthPlusTerminator) {
     bytes.Append(some, 3);
     EXPECT_EQ(bytes.length(), 4u);
     EXPECT_EQ(bytes.GetAllocatedCount(), 4u);
-    EXPECT_EQ(message<std::out_of_range>([&] { bytes.Retrieve(4); }),
+    EXPECT_EQ(thrownMessage<std::out_of_range>([&] { bytes.Retrieve(4); }),
               R"(Out Of Range Error - 4:4; File:  ..\..\Include\UtilsVector)");
 }
 
@@ -159,10 +143,10 @@ TEST(Bytes, RefuseChangesWithoutAnInitialisedBlock) {
     UtilsByte bytes;
     bytes = UtilsAllocator<unsigned char>();
     const unsigned char some[] = {1, 2, 3};
-    EXPECT_EQ(message<std::bad_alloc>([&] { bytes.Append(some, 3); }), refusesMemory);
-    EXPECT_EQ(message<std::bad_alloc>([&] { bytes.Insert(some, 3, 0); }), notInitialised);
-    EXPECT_EQ(message<std::bad_alloc>([&] { bytes.Replace(some, 3, 0); }), notInitialised);
-    EXPECT_EQ(message<std::bad_alloc>([&] { bytes.Erase(); }), notInitialised);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { bytes.Append(some, 3); }), refusesMemory);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { bytes.Insert(some, 3, 0); }), notInitialised);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { bytes.Replace(some, 3, 0); }), notInitialised);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { bytes.Erase(); }), notInitialised);
     // The refused append has raised the length; nothing may follow it out of the block.
     EXPECT_THROW(bytes.RetrieveByte(0), std::out_of_range);
     EXPECT_EQ(bytes.Search(1), UTILS::not_found);
@@ -178,7 +162,7 @@ TEST(Bytes, RefuseChangesWithoutAnInitialisedBlock) {
 TEST(Bytes, RefuseToGrowAMatrix) {
     UtilsByte bytes;
     bytes = UtilsAllocator<unsigned char>(4, 1);
-    EXPECT_EQ(message<std::bad_alloc>([&] { bytes.Append(7); }), refusesMemory);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { bytes.Append(7); }), refusesMemory);
     EXPECT_THROW(bytes.RetrieveByte(4), std::out_of_range);
     bytes.Reverse();
     bytes.Sort();
@@ -186,7 +170,7 @@ TEST(Bytes, RefuseToGrowAMatrix) {
 
 TEST(Bytes, RefuseToReverseNothing) {
     UtilsByte bytes;
-    EXPECT_EQ(message<std::bad_alloc>([&] { bytes.Reverse(); }), nullBlock);
+    EXPECT_EQ(thrownMessage<std::bad_alloc>([&] { bytes.Reverse(); }), nullBlock);
     bytes.Append(1);
     bytes.TruncateString(1);
     EXPECT_EQ(bytes.length(), 0u);

@@ -19,9 +19,9 @@ using winlayer::WindowsVersion;
 
 const char path[] = "HKLM\\Software\\Vendor";
 
-void fill(const char* below = "") {
+void fill() {
     for (const char* name : {"\\a\\b", "\\c"}) {
-        UtilsRegistry key(std::string(path) + below + name, 1);
+        UtilsRegistry key(std::string(path) + name, 1);
         key.SetValue("number", 1);
         key.SetValue("long", std::string(300, 'x'));
     }
@@ -170,12 +170,14 @@ TEST(UtilsRegistryMachine, NothingIsAskedOfTheRegistryForNothing) {
     machine->gate.startRecording();
     DWORD number = 0;
     UtilsString text;
-    EXPECT_EQ(key.SetValue("", 1) + key.GetValue("", number) + key.GetValue("", text) + key.DeleteValue("") +
-                  key.OpenSubKey("") + key.DeleteKey("", 1) + key.OpenKey("") + root.DeleteKey(1),
+    EXPECT_EQ(key.SetValue("", 1) + key.SetValue("", "x") + key.GetValue("", number) +
+                  key.GetValue("", text) + key.DeleteValue("") + key.OpenSubKey("") + key.DeleteKey("", 1) +
+                  key.OpenKey("") + root.DeleteKey(1),
               0);
     EXPECT_EQ(closed.SetValue("V", 1) + closed.GetValue("V", number) + closed.GetValue("V", text) +
-                  closed.DeleteValue("V") + closed.OpenSubKey("b") + closed.DeleteKey("b", 0) +
-                  closed.EnumKey(0, text) + closed.EnumValue(0, text, text) + closed.DeleteKey(1),
+                  closed.DeleteValue("V") + closed.OpenSubKey("b") + closed.CreateSubKey("b") +
+                  closed.DeleteKey("b", 0) + closed.EnumKey(0, text) + closed.EnumValue(0, text, text) +
+                  closed.DeleteKey(1),
               0);
     for (const std::string& call : machine->gate.calls()) {
         EXPECT_NE(call.substr(0, 3), "Reg") << call;
