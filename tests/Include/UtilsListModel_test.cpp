@@ -22,6 +22,10 @@ class RandomSource {
 public:
     unsigned seed() const { return seed_; }
     DWORD below(std::size_t limit) { return static_cast<DWORD>(random_() % limit); }
+    // Where a search among so many elements may start, also behind the last one.
+    DWORD start(DWORD size) { return below(10) == 0 ? missing : below(size + 2U); }
+    // The first and the last are none.
+    int sortMethod() { return static_cast<int>(below(7)) - 1; }
     // Few different letters, so that equal texts, also but for case, are frequent.
     std::string text() {
         std::string text;
@@ -33,6 +37,10 @@ private:
     unsigned seed_ = std::random_device{}();
     std::mt19937 random_{seed_};
 };
+
+bool IsMethod(int method) {
+    return method >= 0 && method <= 4;
+}
 
 int Folded(char letter) {
     return letter >= 'A' && letter <= 'Z' ? letter : static_cast<signed char>(letter - 0x20);
@@ -84,11 +92,15 @@ struct Model {
         pairs.erase(pairs.begin() + static_cast<std::ptrdiff_t>(index(position)));
         changed();
     }
-    void insertSorted(const Pair& pair, bool key) {
-        pairs.insert(std::upper_bound(pairs.begin(), pairs.end(), pair,
-                                      [&](const Pair& a, const Pair& b) { return less(a, b, key); }),
-                     pair);
-        sorted(key);
+    // The pair that was added stands behind its equals; the others were in order before, or are now.
+    void insertSorted(const Pair& pair, std::vector<Pair> found, bool key) {
+        const auto behind = std::upper_bound(found.begin(), found.end(), pair,
+                                             [&](const Pair& a, const Pair& b) { return less(a, b, key); });
+        ASSERT_NE(behind, found.begin());
+        EXPECT_EQ(*std::prev(behind), pair);
+        const auto place = found.erase(std::prev(behind)) - found.begin();
+        adopt(found, key);
+        pairs.insert(pairs.begin() + place, pair);
     }
     DWORD find(const Pair& wanted, bool key, DWORD start) const {
         for (std::size_t position = start; position < pairs.size(); ++position) {
@@ -97,6 +109,10 @@ struct Model {
         return missing;
     }
     void adopt(const std::vector<Pair>& found, bool key) {
+        if (key ? byKey : byValue) {
+            EXPECT_EQ(found, pairs) << "in order already";
+            return;
+        }
         std::vector<Pair> before = pairs;
         std::vector<Pair> after = found;
         std::sort(before.begin(), before.end());
@@ -152,12 +168,8 @@ void ListStep(UtilsStringList& list, Model& model, RandomSource& random) {
             model.pairs.push_back(pair);
             return model.changed();
         case 4:
-            if (!model.byValue) {
-                list.Sort(0);
-                model.adopt(InOrder(list, model.direction), false);
-            }
             list.AddStringSorted(pair.value);
-            return model.insertSorted(pair, false);
+            return model.insertSorted(pair, InOrder(list, model.direction), false);
         case 5:
         case 6:
             if (size > 0) {
@@ -166,12 +178,12 @@ void ListStep(UtilsStringList& list, Model& model, RandomSource& random) {
                 model.erase(position);
             }
             return;
-        case 7:
-            if (size > 0 && !model.byValue) {
-                list.Sort(static_cast<int>(random.below(5)));
-                model.adopt(InOrder(list, model.direction), false);
-            }
+        case 7: {
+            const int method = random.sortMethod();
+            list.Sort(method);
+            if (IsMethod(method)) model.adopt(InOrder(list, model.direction), false);
             return;
+        }
         case 8:
             if (size > 0) {
                 const DWORD position = random.below(size);
@@ -181,7 +193,7 @@ void ListStep(UtilsStringList& list, Model& model, RandomSource& random) {
             }
             return;
         case 9:
-            model.direction = static_cast<int>(random.below(2));
+            model.direction = static_cast<int>(random.below(3));
             list.SetSearchDirection(model.direction);
             return;
         case 10:
@@ -189,13 +201,11 @@ void ListStep(UtilsStringList& list, Model& model, RandomSource& random) {
             list.SetCase(model.exact);
             return model.changed();
         case 11: {
-            const DWORD start = random.below(size + 2U);
+            const DWORD start = random.start(size);
             EXPECT_EQ(list.SearchList(pair.value, 0, start), model.find(pair, false, start));
-            if (!model.byValue && size > 0) {
-                list.Sort(0);
-                model.adopt(InOrder(list, model.direction), false);
-            }
-            EXPECT_EQ(list.SearchList(pair.value, 1, start), model.find(pair, false, start));
+            const DWORD found = list.SearchList(pair.value, 1, start);
+            model.adopt(InOrder(list, model.direction), false);
+            EXPECT_EQ(found, model.find(pair, false, start));
             return;
         }
         case 12:
@@ -241,26 +251,21 @@ struct MapUnderTest {
     int order = 1;
     bool sortedMode = false;
 
-    void ensureSorted(bool key) {
-        if (!(key ? model.byKey : model.byValue) && map.size() > 0) {
-            map.Sort(key ? 1 : 0, 0);
-            model.adopt(InOrder(map, model.direction), key);
-        }
-    }
     void add(const Pair& pair) {
+        map.AddData(pair.key, pair.value);
         if (sortedMode) {
-            ensureSorted(order == 1);
-            map.AddData(pair.key, pair.value);
-            model.insertSorted(pair, order == 1);
+            model.insertSorted(pair, InOrder(map, model.direction), order == 1);
         } else {
-            map.AddData(pair.key, pair.value);
             model.pairs.push_back(pair);
             model.changed();
         }
     }
     // The pair that removals and lookups mean.
     DWORD lookUp(const Pair& pair, bool key) {
-        if (sortedMode) ensureSorted(key);
+        if (sortedMode) {
+            map.Sort(key ? 1 : 0, 0);
+            model.adopt(InOrder(map, model.direction), key);
+        }
         return model.find(pair, key, 0);
     }
     void remove(const Pair& pair, bool key) {
@@ -285,8 +290,9 @@ struct MapUnderTest {
                        : map.SearchMapForVal(pair.value, method, start);
         };
         EXPECT_EQ(found(0), model.find(pair, key, start));
-        ensureSorted(key);
-        EXPECT_EQ(found(1), model.find(pair, key, start));
+        const DWORD halved = found(1);
+        model.adopt(InOrder(map, model.direction), key);
+        EXPECT_EQ(halved, model.find(pair, key, start));
     }
 };
 
@@ -302,9 +308,8 @@ void MapStep(MapUnderTest& test, RandomSource& random) {
         case 4:
             test.order = 1;
             test.sortedMode = true;
-            test.ensureSorted(true);
             test.map.AddDataSorted(pair.key, pair.value);
-            return test.model.insertSorted(pair, true);
+            return test.model.insertSorted(pair, InOrder(test.map, test.model.direction), true);
         case 5:
             return test.remove(pair, random.below(2) == 0);
         case 6:
@@ -316,14 +321,13 @@ void MapStep(MapUnderTest& test, RandomSource& random) {
             return;
         case 7: {
             const bool key = random.below(2) == 0;
-            if (size > 0 && !(key ? test.model.byKey : test.model.byValue)) {
-                test.map.Sort(key ? 1 : 0, static_cast<int>(random.below(5)));
-                test.model.adopt(InOrder(test.map, test.model.direction), key);
-            }
+            const int method = random.sortMethod();
+            test.map.Sort(key ? 1 : 0, method);
+            if (IsMethod(method)) test.model.adopt(InOrder(test.map, test.model.direction), key);
             return;
         }
         case 8:
-            test.model.direction = static_cast<int>(random.below(2));
+            test.model.direction = static_cast<int>(random.below(3));
             return test.map.SetSearchDirection(test.model.direction);
         case 9:
             test.model.exact = static_cast<int>(random.below(2));
@@ -334,7 +338,7 @@ void MapStep(MapUnderTest& test, RandomSource& random) {
             test.sortedMode = random.below(2) == 0;
             return test.map.SetMode(test.order, test.sortedMode ? 1 : 0);
         case 11:
-            return test.search(pair, random.below(2) == 0, random.below(size + 2U));
+            return test.search(pair, random.below(2) == 0, random.start(size));
         default:
             return test.retrieve(pair);
     }

@@ -2,9 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
+
+#include "thrown_message.h"
 
 namespace {
 
@@ -28,18 +31,9 @@ std::string Read(const UtilsStringMap& map) {
     return text;
 }
 
-TEST(UtilsStringMap, KeepsPairsInTheOrderAddedWithRepeatedKeys) {
-    UtilsStringMap map(7, "IBMBIO.COM");
-    map.AddData(7, "IBMDOS.COM").AddData(0, "AUTOEXEC.BAT");
-    map.SetSearchDirection(0);
-    EXPECT_EQ(Read(map), "7IBMBIO.COM 7IBMDOS.COM 0AUTOEXEC.BAT ");
-    map.SetSearchDirection(1);
-    EXPECT_EQ(Read(map), "0AUTOEXEC.BAT 7IBMDOS.COM 7IBMBIO.COM ");
-    EXPECT_EQ(map.SearchMapForKey(7), 1U);
-}
-
 TEST(UtilsStringMap, OneOfThePairsIsCurrent) {
-    UtilsStringMap map = MapOf({{1, "one"}, {2, "two"}, {3, "three"}});
+    UtilsStringMap map(1, "one");
+    map.AddData(2, "two").AddData(3, "three");
     EXPECT_EQ(map.GetKey(), 1);
     EXPECT_STREQ(map.SetCurrentData(2), "three");
     EXPECT_EQ(map.RetrieveDataKey(), 3);
@@ -52,32 +46,6 @@ TEST(UtilsStringMap, OneOfThePairsIsCurrent) {
     EXPECT_EQ(map.SearchMapItemVal(2, "e", 1), 4U);
     EXPECT_THROW(map[3], std::out_of_range);
     EXPECT_STREQ(map, "one");
-}
-
-TEST(UtilsStringMap, SortedModeKeepsTheOrderOfKeys) {
-    UtilsStringMap map = MapOf({{5, "e"}, {1, "a"}});
-    map.AddDataSorted(3, "c");
-    EXPECT_EQ(Read(map), "1a 3c 5e ");
-    map.AddData(3, "d").AddData(-4, "z").AddData(9, "x");
-    EXPECT_EQ(Read(map), "-4z 1a 3c 3d 5e 9x ");
-    map.SetMode(0, 1);
-    map.AddData(0, "b");
-    EXPECT_EQ(Read(map), "1a 0b 3c 3d 5e 9x -4z ");
-    map.SetMode(0, 0);
-    map.AddData(7, "a");
-    EXPECT_EQ(Read(map), "1a 0b 3c 3d 5e 9x -4z 7a ");
-}
-
-TEST(UtilsStringMap, SortsByKeyOrValueUnlessTheMethodIsNone) {
-    UtilsStringMap map = MapOf({{2, "b"}, {1, "c"}, {3, "a"}});
-    map.Sort(1, 7);
-    EXPECT_EQ(Read(map), "2b 1c 3a ");
-    for (int method = 0; method <= 4; ++method) {
-        EXPECT_EQ(Read(map.Sort(1, method)), "1c 2b 3a ");
-        EXPECT_EQ(Read(map.Sort(0, method)), "3a 2b 1c ");
-    }
-    EXPECT_EQ(map.SearchMapForKey(3, 1), 2U);
-    EXPECT_EQ(Read(map), "1c 2b 3a ");
 }
 
 TEST(UtilsStringMap, RemovingKeepsACurrentPairThatExists) {
@@ -145,29 +113,25 @@ TEST(IOMap, AMissingKeyOrValueIsReportedOrThrown) {
         map.SetMode(1, sorted);
         UtilsString value("kept");
         int key = 42;
-        const auto run = [&](const char* operation) {
-            const std::string name = operation;
-            if (name == "RemoveConnectionK") return static_cast<DWORD>(map.RemoveConnectionK(2));
-            if (name == "RemoveConnection") return static_cast<DWORD>(map.RemoveConnection(UtilsString("b")));
-            if (name == "RetrieveValK") return map.RetrieveValK(2, value);
-            if (name == "RetrieveVal") return map.RetrieveVal("b", value);
-            if (name == "RetrieveKeyV") return map.RetrieveKeyV("b", key);
-            return map.RetrieveKey(2, key);
+        const struct {
+            std::string name;
+            DWORD result;
+            std::function<DWORD()> run;
+        } operations[] = {
+            {"RemoveConnectionK", 0, [&] { return static_cast<DWORD>(map.RemoveConnectionK(2)); }},
+            {"RemoveConnection", 0,
+             [&] { return static_cast<DWORD>(map.RemoveConnection(UtilsString("b"))); }},
+            {"RetrieveValK", missing, [&] { return map.RetrieveValK(2, value); }},
+            {"RetrieveVal", missing, [&] { return map.RetrieveVal("b", value); }},
+            {"RetrieveKeyV", missing, [&] { return map.RetrieveKeyV("b", key); }},
+            {"RetrieveKey", missing, [&] { return map.RetrieveKey(2, key); }},
         };
-        for (const char* operation : {"RemoveConnectionK", "RemoveConnection", "RetrieveValK", "RetrieveVal",
-                                      "RetrieveKeyV", "RetrieveKey"}) {
+        for (const auto& [name, result, run] : operations) {
             map.SetThrowIfMissing(0);
-            EXPECT_EQ(run(operation), std::string(operation).substr(0, 6) == "Remove" ? 0 : missing)
-                << operation;
+            EXPECT_EQ(run(), result) << name;
             map.SetThrowIfMissing(1);
-            try {
-                run(operation);
-                ADD_FAILURE() << operation << " did not throw";
-            } catch (const std::range_error& error) {
-                const std::string expected = std::string("Range Error - IOMap<T,K>::") + operation +
-                                             "; File:  ..\\..\\Include\\IOMap; Line:  ";
-                EXPECT_EQ(std::string(error.what()).substr(0, expected.size()), expected);
-            }
+            EXPECT_EQ(thrownMessage<std::range_error>(run),
+                      "Range Error - IOMap<T,K>::" + name + "; File:  ..\\..\\Include\\IOMap");
         }
         EXPECT_EQ(Read(map), "1a ");
         EXPECT_EQ(value, "kept");
@@ -180,13 +144,8 @@ TEST(IOMap, AMissingKeyOrValueIsReportedOrThrown) {
 
 TEST(IOMap, AnIndexBeyondTheEndNamesTheMap) {
     const UtilsStringMap map = MapOf({{1, "a"}});
-    try {
-        map.GetKey(1);
-        ADD_FAILURE();
-    } catch (const std::out_of_range& error) {
-        const std::string expected = "Out Of Range Error - 1:1; File:  ..\\..\\Include\\UtilsMap; Line:  ";
-        EXPECT_EQ(std::string(error.what()).substr(0, expected.size()), expected);
-    }
+    EXPECT_EQ(thrownMessage<std::out_of_range>([&] { map.GetKey(1); }),
+              "Out Of Range Error - 1:1; File:  ..\\..\\Include\\UtilsMap");
 }
 
 // A class that replaces an operation is asked by the operations of the map itself.
