@@ -1,6 +1,5 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <stdexcept>
 #include <thread>
 #include <vector>
@@ -8,6 +7,7 @@
 #include "UtilsString.h"
 #include "support/files.h"
 #include "support/text_model.h"
+#include "thrown_message.h"
 
 namespace {
 
@@ -38,19 +38,12 @@ TEST(SeveralStrings, AreAddedAndSelected) {
 
 TEST(SeveralStrings, RefuseAnIndexBeyondTheEnd) {
     UtilsString one("x");
-    const auto message = [](auto operation) {
-        try {
-            operation();
-        } catch (const std::out_of_range& thrown) {
-            return std::string(thrown.what());
-        }
-        return std::string();
-    };
-    const std::string inString = R"(; File:  ..\..\Include\UtilsString; Line:  )";
-    EXPECT_EQ(message([&] { one.SetCurrentString(1); }).rfind("Out Of Range Error - 1:1" + inString, 0), 0u);
-    EXPECT_EQ(message([&] { one[5]; }).rfind("Out Of Range Error - 5:1" + inString, 0), 0u);
-    EXPECT_EQ(message([&] { one.GetStringNumber(1); }).rfind("Out Of Range Error - 1:1" + inString, 0), 0u);
-    EXPECT_EQ(message([&] { one.RemoveString(1); }).rfind("Out Of Range Error - 1" + inString, 0), 0u);
+    const auto message = [](auto operation) { return thrownMessage<std::out_of_range>(operation); };
+    const std::string inString = R"(; File:  ..\..\Include\UtilsString)";
+    EXPECT_EQ(message([&] { one.SetCurrentString(1); }), "Out Of Range Error - 1:1" + inString);
+    EXPECT_EQ(message([&] { one[5]; }), "Out Of Range Error - 5:1" + inString);
+    EXPECT_EQ(message([&] { one.GetStringNumber(1); }), "Out Of Range Error - 1:1" + inString);
+    EXPECT_EQ(message([&] { one.RemoveString(1); }), "Out Of Range Error - 1" + inString);
     EXPECT_THROW(one[-1], std::out_of_range);
     EXPECT_THROW(one.SetCurrentString(0xFFFFFFFF), std::out_of_range);
     EXPECT_EQ(one.GetCurrentString(), 0u);
@@ -131,24 +124,6 @@ TEST(SplitData, AgreesWithCuttingByHand) {
 }
 
 // Two threads work on the strings of one object: nothing may be lost, torn or read after it was freed.
-TEST(SharedString, ThreadsAppendToOneString) {
-    UtilsString shared;
-    constexpr int rounds = 5000;
-    const auto append = [&](char character) {
-        for (int i = 0; i < rounds; ++i) {
-            shared.Append(character);
-        }
-    };
-    std::thread first(append, 'a');
-    std::thread second(append, 'b');
-    first.join();
-    second.join();
-    EXPECT_EQ(shared.length(), 2u * rounds);
-    const std::string text = shared.GetSTLString();
-    EXPECT_EQ(std::count(text.begin(), text.end(), 'a'), rounds);
-    EXPECT_EQ(std::count(text.begin(), text.end(), 'b'), rounds);
-}
-
 TEST(SharedString, ThreadsAppendToOneStringFromAnother) {
     const UtilsString source("0123456789 and more than fits inside");
     UtilsString shared;

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "UtilsString.h"
+#include "thrown_message.h"
 
 namespace {
 
@@ -160,13 +161,8 @@ TEST(StringText, Shortens) {
     text = "again";
     text.EraseString();
     expectText(text, "");
-    try {
-        text.TruncateString(5);
-        FAIL();
-    } catch (const std::out_of_range& thrown) {
-        EXPECT_EQ(std::string(thrown.what()).rfind("Out Of Range Error - 5:0; File:  ", 0), 0u)
-            << thrown.what();
-    }
+    const std::string message = thrownMessage<std::out_of_range>([&] { text.TruncateString(5); });
+    EXPECT_TRUE(message.starts_with("Out Of Range Error - 5:0; File:  ")) << message;
 }
 
 TEST(StringText, TakesItsOwnTextAsArgument) {
