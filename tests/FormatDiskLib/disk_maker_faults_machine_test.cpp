@@ -20,11 +20,11 @@ bool startsWith(const std::string& text, const std::string& start) {
 }
 
 // Small files, so that a run has no more calls than it has kinds of them.
-std::vector<ArchiveFile> smallFiles() {
+std::vector<test::ZarFile> smallFiles() {
     auto files = emergencyFiles();
-    for (ArchiveFile& file : files) {
+    for (test::ZarFile& file : files) {
         if (file.name != "QZLOADER.BIN") {
-            file.content.resize(40);
+            file.data.resize(40);
         }
     }
     return files;

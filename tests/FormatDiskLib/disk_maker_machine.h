@@ -22,8 +22,8 @@ public:
         blank_ = snapshot();
     }
 
-    void writeArchive(const std::vector<ArchiveFile>& files) {
-        writeFile(archiveFolder() + "\\mwdisk1.dat", makeArchive(files));
+    void writeArchive(const std::vector<test::ZarFile>& files) {
+        writeFile(archiveFolder() + "\\mwdisk1.dat", test::newArchive(files));
     }
     const std::string& archiveFolder() const { return folder_.path(); }
 
@@ -64,12 +64,12 @@ public:
 
     // The first thing that a finished diskette lacks, judged by its files in order with their contents and
     // attributes, its label, its boot sector and whether it starts; empty when all is well.
-    std::string faultOfDiskette(const std::vector<ArchiveFile>& files = emergencyFiles()) {
+    std::string faultOfDiskette(const std::vector<test::ZarFile>& files = emergencyFiles()) {
         drive().settle();
-        for (const ArchiveFile& file : files) {
+        for (const test::ZarFile& file : files) {
             const std::string path = "A:\\" + file.name;
             if (GetFileAttributesA(path.c_str()) == INVALID_FILE_ATTRIBUTES) return file.name + " is missing";
-            if (readFile(path) != file.content) return file.name + " has another content";
+            if (readFile(path) != file.data) return file.name + " has another content";
         }
         if (rootNames().size() != files.size()) return "other files are left";
         for (const BootFile& file : bootFiles) {

@@ -86,25 +86,23 @@ TEST_P(DiskMaker, TellsThatThereIsNoDrive) {
     EXPECT_STREQ(maker.GetDriveRoot().c_str(), "");
 }
 
-TEST_P(DiskMaker, TellsWhichDriveCannotBeUsed) {
-    winlayer::DisketteState state;
-    state.lowDensityDrive = true;
-    pc.drive().setState(state);
-    EXPECT_EQ(maker.FindFloppyDrive(), 0);
-    EXPECT_EQ(lastEvents(1), Events{"error 0 100 Fehler beim Zugriff auf das Laufwerk: 'A:\\'\n"});
-}
-
-TEST_P(DiskMaker, TurnsWhatEscapesTheSearchIntoAReport) {
+TEST_P(DiskMaker, TellsWhyADriveCannotBeUsed) {
+    const auto expectReport = [&](const std::string& report) {
+        EXPECT_EQ(maker.FindFloppyDrive(), 0);
+        EXPECT_EQ(lastEvents(1), Events{report});
+    };
     maker.atEvent = [](const std::string& event) {
         if (event == "Laufwerk A: gefunden") throw FormatDiskException(10, 1234, 1, "", "");
     };
-    EXPECT_EQ(maker.FindFloppyDrive(), 0);
-    EXPECT_EQ(lastEvents(1), Events{"error 1234 100 " + noDrive});
+    expectReport("error 1234 100 " + noDrive);
     maker.atEvent = [](const std::string& event) {
         if (event == "Laufwerk A: gefunden") throw 42;
     };
-    EXPECT_EQ(maker.FindFloppyDrive(), 0);
-    EXPECT_EQ(lastEvents(1), Events{"error 0 100 Unbekannter Systemfehler"});
+    expectReport("error 0 100 Unbekannter Systemfehler");
+    winlayer::DisketteState state;
+    state.lowDensityDrive = true;
+    pc.drive().setState(state);
+    expectReport("error 0 100 Fehler beim Zugriff auf das Laufwerk: 'A:\\'\n");
 }
 
 TEST_P(DiskMaker, LeavesTheDisketteAloneWithoutFiles) {
@@ -203,7 +201,7 @@ TEST_P(DiskMaker, StopsAtAFileThatCannotBeExtracted) {
 
 TEST_P(DiskMaker, StopsAtARecordWithoutData) {
     auto files = emergencyFiles();
-    files[4].content.clear();
+    files[4].data.clear();
     pc.writeArchive(files);
     maker.configure(pc.archiveFolder());
     find();

@@ -9,6 +9,7 @@
 #include "FormatDiskLib/test_diskette.h"
 #include "boot_files.h"
 #include "make_zar_disks.h"
+#include "support/zar_bytes.h"
 
 // A disk maker that writes down what its hooks are told, and shows its insides.
 class RecordingDiskMaker : public MakeZARDisks {
@@ -62,44 +63,9 @@ private:
     }
 };
 
-// One file of an archive.
-struct ArchiveFile {
-    std::string name;
-    std::string content;
-    DWORD attributes = 32;
-};
-
-// The bytes of an archive, put together field by field.
-inline std::string makeArchive(const std::vector<ArchiveFile>& files) {
-    std::string archive;
-    const auto field = [&](DWORD value) {
-        for (unsigned shift = 0; shift < 32; shift += 8) {
-            archive += static_cast<char>(value >> shift);
-        }
-    };
-    const auto scrambled = [&](const std::string& text) {
-        for (const char byte : text) {
-            archive += static_cast<char>(byte ^ 0x93);
-        }
-    };
-    for (const ArchiveFile& file : files) {
-        for (const DWORD value : {0xEFB04FA7U, 0xEFB036CDU, static_cast<DWORD>(file.name.size())}) {
-            field(value);
-        }
-        scrambled(file.name);
-        for (const DWORD value : {0xEFB143CDU, 0xEFB232CDU, static_cast<DWORD>(file.content.size()),
-                                  0xEFB323CDU, 0xEFB000CDU, file.attributes, 0xEFB111CDU, 0xEFBFDFCDU}) {
-            field(value);
-        }
-        scrambled(file.content);
-        field(0xEFBDFDCD);
-    }
-    return archive;
-}
-
 // Fourteen files that belong on an emergency diskette; the loader is a sound one.
-inline std::vector<ArchiveFile> emergencyFiles() {
-    std::vector<ArchiveFile> files;
+inline std::vector<test::ZarFile> emergencyFiles() {
+    std::vector<test::ZarFile> files;
     std::size_t size = 300;
     for (const BootFile& file : bootFiles) {
         std::string content;
@@ -109,7 +75,7 @@ inline std::vector<ArchiveFile> emergencyFiles() {
         files.push_back({file.name, content});
     }
     const auto loader = makeLoader(5);
-    files[2].content.assign(loader.begin(), loader.end());
-    files[12].content.resize(20000, '!');  // more than two steps of the extractor's copy
+    files[2].data.assign(loader.begin(), loader.end());
+    files[12].data.resize(20000, '!');  // more than two steps of the extractor's copy
     return files;
 }

@@ -11,10 +11,10 @@ namespace {
 using winlayer::WindowsVersion;
 
 // With a loader that ends the emulated PC.
-std::vector<ArchiveFile> filesThatStart() {
-    std::vector<ArchiveFile> files = emergencyFiles();
+std::vector<test::ZarFile> filesThatStart() {
+    std::vector<test::ZarFile> files = emergencyFiles();
     const auto loader = builtSample("exit_loader.bin");
-    files[2].content.assign(loader.begin(), loader.end());
+    files[2].data.assign(loader.begin(), loader.end());
     return files;
 }
 
