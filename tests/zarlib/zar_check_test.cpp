@@ -153,40 +153,28 @@ TEST(ZarCheckTest, ACutAnywhereButBetweenRecordsIsAFault) {
 TEST(ZarCheckTest, GivesTheDataInPieces) {
     const std::string data = test::pattern(200000);
     const std::string archive = newRecord({"A", "a"}) + newRecord({"B", data}) + newRecord({"C", "c"});
+    const TempFolder folder;
+    UTILS::DiskIO file(folder.file("a.zar", archive).c_str());
     // Pieces that are cut short by the source are put together.
-    Checker checker(reader(archive, 777), archive.size());
-    Entry entry;
-    ASSERT_TRUE(checker.Next(entry));
-    ASSERT_TRUE(checker.Next(entry));
-    std::string read;
-    const auto take = [&](const unsigned char* bytes, std::size_t count) {
-        read.append(reinterpret_cast<const char*>(bytes), count);
-        return true;
-    };
-    EXPECT_TRUE(checker.ReadData(entry, take));
-    EXPECT_EQ(read, data);
-    EXPECT_FALSE(checker.ReadData(entry, [](const unsigned char*, std::size_t) { return false; }));
-    EXPECT_TRUE(checker.Next(entry)) << "the walk goes on";
-    EXPECT_EQ(entry.name, "C");
-    EXPECT_FALSE(checker.FirstFault());
-}
-
-TEST(ZarCheckTest, ReadsAnOpenFile) {
-    TempFolder folder;
-    const std::string data = test::pattern(100000);
-    UTILS::DiskIO file(folder.file("a.zar", newRecord({"A", data}) + newRecord({"B", "b"})).c_str());
-    Checker checker(file);
-    Entry entry;
-    ASSERT_TRUE(checker.Next(entry));
-    std::string read;
-    EXPECT_TRUE(checker.ReadData(entry, [&](const unsigned char* bytes, std::size_t count) {
-        read.append(reinterpret_cast<const char*>(bytes), count);
-        return true;
-    }));
-    EXPECT_EQ(read, data);
-    EXPECT_TRUE(checker.Next(entry));
-    EXPECT_FALSE(checker.Next(entry));
-    EXPECT_FALSE(checker.FirstFault());
+    Checker inMemory(reader(archive, 777), archive.size());
+    Checker onDisk(file);
+    for (Checker* const checker : {&inMemory, &onDisk}) {
+        Entry entry;
+        ASSERT_TRUE(checker->Next(entry));
+        ASSERT_TRUE(checker->Next(entry));
+        std::string read;
+        const auto take = [&](const unsigned char* bytes, std::size_t count) {
+            read.append(reinterpret_cast<const char*>(bytes), count);
+            return true;
+        };
+        EXPECT_TRUE(checker->ReadData(entry, take));
+        EXPECT_EQ(read, data);
+        EXPECT_FALSE(checker->ReadData(entry, [](const unsigned char*, std::size_t) { return false; }));
+        EXPECT_TRUE(checker->Next(entry)) << "the walk goes on";
+        EXPECT_EQ(entry.name, "C");
+        EXPECT_FALSE(checker->Next(entry));
+        EXPECT_FALSE(checker->FirstFault());
+    }
 }
 
 TEST(ZarCheckTest, AnArchiveThatCannotBeReadIsAFault) {

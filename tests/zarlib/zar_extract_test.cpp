@@ -391,22 +391,4 @@ TEST_F(ZarExtractTest, ACopyTakesPathsAndFlagsAndSharesTheCancel) {
     EXPECT_EQ(extract(assigned), success);
 }
 
-// A class of the disk maker's shape: the extractor is a virtual base beside another.
-struct Formatter {
-    virtual ~Formatter() = default;
-    virtual void UPDATE_WINDOW(const char*, int) {}
-};
-struct DiskMaker : Formatter, virtual Extract_ZAR {
-    void UPDATE_WINDOW(const char* text, int flag) override { last = text + std::to_string(flag); }
-    const char* derived_class() const override { return "class DiskMaker"; }
-    std::string last;
-};
-
-TEST_F(ZarExtractTest, CanBeAVirtualBase) {
-    archive(test::newArchive({{"A", "a"}}));
-    DiskMaker maker;
-    maker.Extract(folder.path().c_str(), "a.zar", out().c_str(), nullptr, 1, 0);
-    EXPECT_EQ(maker.last, extracting + out("A") + "1");
-}
-
 }  // namespace
