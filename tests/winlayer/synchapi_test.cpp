@@ -21,6 +21,14 @@ TEST(Event, isSeenOnceOrUntilItIsReset) {
             SetEvent(event);
             SetEvent(event);
         }
+        ResetEvent(event);
+        std::thread signaller([&] {
+            Sleep(20);
+            SetEvent(event);
+        });
+        EXPECT_EQ(WaitForSingleObject(event, INFINITE), WAIT_OBJECT_0);
+        signaller.join();
+        EXPECT_EQ(WaitForSingleObject(event, 0), manual != 0 ? WAIT_OBJECT_0 : DWORD{WAIT_TIMEOUT});
         CloseHandle(event);
     }
 }
@@ -35,8 +43,9 @@ TEST(Event, pulseLetsGoThoseThatWait) {
         std::atomic<int> released{0};
         std::vector<std::thread> waiting;
         for (int i = 0; i < 3; ++i) {
-            waiting.emplace_back(
-                [&] { released += WaitForSingleObject(event, INFINITE) == WAIT_OBJECT_0 ? 1 : 0; });
+            waiting.emplace_back([&, limit = i == 0 ? INFINITE : DWORD{5000}] {
+                released += WaitForSingleObject(event, limit) == WAIT_OBJECT_0 ? 1 : 0;
+            });
         }
         Sleep(100);
         PulseEvent(event);
@@ -50,6 +59,8 @@ TEST(Event, pulseLetsGoThoseThatWait) {
         for (std::thread& thread : waiting) {
             thread.join();
         }
+        PulseEvent(event);
+        EXPECT_EQ(WaitForSingleObject(event, 1), DWORD{WAIT_TIMEOUT}) << "nobody waits any more";
         CloseHandle(event);
     }
 }

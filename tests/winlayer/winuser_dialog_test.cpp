@@ -125,6 +125,7 @@ TEST_F(Dialogs, TemplatesOfBothFormsGiveTheSameDialog) {
         EXPECT_EQ(rectangle.left, unitX);
         EXPECT_EQ(rectangle.top, (20 * unitY + 4) / 8);
         EXPECT_EQ(rectangle.right - rectangle.left, 10 * unitX);
+        EXPECT_EQ(rectangle.bottom - rectangle.top, (10 * unitY + 4) / 8);
         DestroyWindow(dialog_);
     }
 }
