@@ -27,7 +27,8 @@ endif()
 if(WIN32)
     target_compile_definitions(project_options INTERFACE
         WINVER=0x0501 _WIN32_WINNT=0x0501 WIN32_LEAN_AND_MEAN NOMINMAX)
-    target_link_options(project_options INTERFACE -static)
+    # The same sources give the same bytes.
+    target_link_options(project_options INTERFACE -static LINKER:--no-insert-timestamp)
     if(EMDISK_WINDOWS_CPU STREQUAL "i686")
         # Comes before the compiler's own libraries, which are searched after all others.
         add_library(old_windows STATIC ${PROJECT_SOURCE_DIR}/oldwindows/old_windows.cpp)
