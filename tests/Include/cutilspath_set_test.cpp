@@ -91,6 +91,16 @@ TEST(CUtilsPathSet, CompletesRelativePathsWithTheCurrentDirectory) {
     }
 }
 
+TEST(CUtilsPathSet, ClimbsNoHigherThanTheDrive) {
+    std::string many;
+    for (int i = 0; i < 500; ++i) {
+        many += "..\\";
+    }
+    const std::string drive = InDirectory::now().substr(0, 2);
+    EXPECT_EQ(drive + "\\x", path(many + "x").GetPath());
+    EXPECT_EQ(drive, path(many).GetPath());
+}
+
 TEST(CUtilsPathSet, TellsRegistryPathsUnderTheCaseFlagOfTheText) {
     EXPECT_EQ(path("HKEY_LOCAL_MACHINE\\Software").GetRegFlag(), 1);
     EXPECT_EQ(path("hklm\\Software").GetRegFlag(), 0);
