@@ -203,7 +203,7 @@ TEST(UtilsStringList, EveryChangeClearsTheSortedFlag) {
     }
     UtilsStringList list = ListOf({"a", "b"});
     list.Sort(2).SetSearchDirection(1).SetCurrentString(1).SearchList("b");
-    list.SetSearchDirection(0);
+    list.SetSearchDirection(0).AddStringSorted("c");
     EXPECT_TRUE(BelievesToBeSorted(list));
 }
 
