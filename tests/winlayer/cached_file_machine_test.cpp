@@ -4,7 +4,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -121,10 +120,8 @@ protected:
     bool rarely() { return below(40) == 0; }
 
     void openAnother() {
-        Opened file{nullptr,
-                    std::array<DWORD, 4>{0, GENERIC_READ, GENERIC_WRITE,
-                                         readWrite}[std::min<std::size_t>(below(8), 3)],
-                    std::make_shared<std::size_t>(0)};
+        static constexpr DWORD kinds[] = {0, GENERIC_READ, GENERIC_WRITE, readWrite, readWrite, readWrite};
+        Opened file{nullptr, kinds[below(std::size(kinds))], std::make_shared<std::size_t>(0)};
         const bool cut =
             opened_.empty() && (file.access & GENERIC_WRITE) != 0 && exists(path_) && below(4) == 0;
         model_.resize(cut ? 0 : model_.size());
