@@ -25,7 +25,7 @@ using winlayer::WindowsVersion;
 namespace {
 
 Problem deviceProblem(const Path& device, DWORD error) {
-    const std::string name = device.string();
+    const std::string& name = device.string();
     switch (error) {
         case ERROR_BAD_DEVICE:
             return {ExitCode::refused, name + " is not a block device"};

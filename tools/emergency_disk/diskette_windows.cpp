@@ -171,7 +171,7 @@ private:
 };
 
 char letterOf(const Target& target) {
-    const std::string name = target.device.string();
+    const std::string& name = target.device.string();
     const char letter = static_cast<char>(name.empty() ? 0 : name[0] & ~0x20);
     const bool drive = letter >= 'A' && letter <= 'Z' &&
                        (name.size() == 1 || name.substr(1) == ":" || name.substr(1) == ":\\");

@@ -32,7 +32,7 @@ std::string checkedLabel(const std::string& text) {
 // What would be lost must be a diskette, and its owner must agree.
 void confirm(const MakeOptions& options, const TargetFacts& facts, Console& console) {
     if (!facts.exists) return;
-    const std::string name = options.target.path().string();
+    const std::string& name = options.target.path().string();
     if (!facts.isDiskette) {
         throw Problem(ExitCode::refused,
                       name + " does not hold a formatted 1.44 MB FAT12 diskette; nothing was changed" +
@@ -58,7 +58,7 @@ void setUp(DiskMaker& maker, const MakeOptions& options, const std::string& labe
 
 // The maker takes the first drive that it finds, which must be the one that the user agreed to.
 void findDrive(DiskMaker& maker, const MakeOptions& options, const Diskette& diskette) {
-    const std::string name = options.target.path().string();
+    const std::string& name = options.target.path().string();
     if (maker.FindFloppyDrive() != 1) throw Problem(ExitCode::noDiskette, name + ": " + maker.shownError());
     if (maker.GetDriveRoot() == diskette.root().c_str()) return;
     throw Problem(ExitCode::refused, std::string("the diskette would be made in ") +

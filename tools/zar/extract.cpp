@@ -73,7 +73,7 @@ Path hostName(const std::string& name) {
 Path onlyFileBelow(const Path& folder) {
     for (const Path& entry : host_files::entries(folder)) {
         if (host_files::kindOf(entry) != host_files::Kind::folder) return entry;
-        const Path below = onlyFileBelow(entry);
+        Path below = onlyFileBelow(entry);
         if (!below.empty()) return below;
     }
     return {};
