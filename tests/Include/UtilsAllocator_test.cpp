@@ -180,4 +180,15 @@ TEST(Bytes, RefuseToReverseNothing) {
     EXPECT_EQ(bytes[0], 5);
 }
 
+TEST(Bytes, AreMovedWithTheirElements) {
+    UtilsByte first;
+    first.Append(5);
+    UtilsByte second(std::move(first));
+    EXPECT_EQ(second[0], 5);
+    UtilsByte third;
+    third = std::move(second);
+    EXPECT_EQ(third.length(), 1u);
+    EXPECT_EQ(third[0], 5);
+}
+
 }  // namespace
