@@ -187,7 +187,7 @@ Problem driveProblem(const DriveView& drive, DWORD error) {
         case ERROR_PATH_NOT_FOUND:
             return {ExitCode::noDiskette, "there is no drive " + drive.name()};
         default:
-            return {ExitCode::failure, "cannot read " + drive.name() + ": " + errorText(error)};
+            return {ExitCode::failure, drive.name() + " cannot be read: " + errorText(error)};
     }
 }
 
