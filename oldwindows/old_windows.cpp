@@ -1,7 +1,6 @@
 // The compiler's runtime library asks Windows for functions that Windows 98 has only by name, or not at all.
 // Here they are done with what it has. The library reaches each through a pointer that the import libraries
-// name
-// __imp_...; the pointers of these names lead here instead.
+// call "__imp_" and its name; the pointers of these names lead here instead.
 #include <windows.h>
 
 #include <sys/stat.h>
