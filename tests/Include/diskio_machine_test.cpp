@@ -279,8 +279,8 @@ class AnsweringDrive : public test::MemoryDrive {
 public:
     DWORD error = 0;
     std::vector<unsigned char> reply;
-    DWORD code = 0;                    // received
-    std::vector<unsigned char> input;  // received
+    DWORD received = 0;                // the command code
+    std::vector<unsigned char> input;  // and what came with it
 
     DWORD openDevice(const winlayer::OpenRequest&, std::unique_ptr<winlayer::OpenFile>& device) override {
         device = std::make_unique<Device>(*this);
@@ -299,7 +299,7 @@ private:
         DWORD control(DWORD code, std::span<const std::byte> in, std::span<std::byte> out,
                       DWORD& returned) override {
             const auto* const bytes = reinterpret_cast<const unsigned char*>(in.data());
-            drive_.code = code;
+            drive_.received = code;
             drive_.input.assign(bytes, bytes + in.size());
             const std::size_t size = std::min(out.size(), drive_.reply.size());
             std::copy_n(std::as_bytes(std::span(drive_.reply)).begin(), size, out.begin());
@@ -342,7 +342,7 @@ TEST(DiskIOMachineTest, AFailedCommandTakesItsErrorFromTheReply) {
                   (Report{0, row.error,
                           "DiskIO::DeviceControl - Cannot Execute Device Cmd " + std::to_string(row.code),
                           source}));
-        EXPECT_EQ(drive->code, row.code);
+        EXPECT_EQ(drive->received, row.code);
         EXPECT_EQ(drive->input, (std::vector<unsigned char>{1, 2, 3}));
         EXPECT_TRUE(device.IsOpen());
     }

@@ -36,11 +36,11 @@ NUMBERFMTA plain() {
 }
 
 std::string number(const char* value, const NUMBERFMTA& format) {
-    return written(GetNumberFormatA, german, 0, value, &format);
+    return written(GetNumberFormatA, german, DWORD{0}, value, &format);
 }
 
 std::string date(LCID locale, const SYSTEMTIME& time, const char* picture) {
-    return written(GetDateFormatA, locale, 0, &time, picture);
+    return written(GetDateFormatA, locale, DWORD{0}, &time, picture);
 }
 
 std::string timeOfDay(LCID locale, DWORD flags, const SYSTEMTIME& time, const char* picture) {
