@@ -1,14 +1,15 @@
-# Toolchain for Windows: -DEMDISK_WINDOWS_CPU=i686 (what ships) or x86_64 (what the tests run as).
+# Toolchain for Windows: -DEMDISK_WINDOWS_CPU=i686 (what ships, and with -DBUILD_TESTING=ON the tests of it) or x86_64
+# (what the tests run as under a 64-bit Wine).
 set(CMAKE_SYSTEM_NAME Windows)
 set(EMDISK_WINDOWS_CPU i686 CACHE STRING "i686 or x86_64")
-set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES EMDISK_WINDOWS_CPU)
+set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES EMDISK_WINDOWS_CPU BUILD_TESTING)
 set(CMAKE_SYSTEM_PROCESSOR ${EMDISK_WINDOWS_CPU})
 set(prefix ${EMDISK_WINDOWS_CPU}-w64-mingw32)
 # The library of POSIX threads asks for functions that came after Windows 98 and Windows NT 4.0, so what ships is
 # built without it. The tests start threads of the standard library, which need it.
-if(EMDISK_WINDOWS_CPU STREQUAL "i686")
+if(EMDISK_WINDOWS_CPU STREQUAL "i686" AND NOT BUILD_TESTING)
     set(threads win32)
-    set(BUILD_TESTING OFF CACHE BOOL "The tests run as x86_64")
+    set(BUILD_TESTING OFF CACHE BOOL "Build the tests, with POSIX threads")
 else()
     set(threads posix)
 endif()
