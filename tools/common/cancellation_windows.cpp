@@ -58,9 +58,10 @@ void Cancellation::check() const {
     if (requested()) throw Problem(ExitCode::cancelled, "cancelled");
 }
 
+// A cancel that comes between the look and the handler waits for the lock and then finds the handler.
 Cancellation::Scope::Scope(const Cancellation& cancellation, std::function<void()> handler) {
-    cancellation.check();
     const UTILS::SectionGuard lock(current().guard);
+    cancellation.check();
     current().handler = std::move(handler);
 }
 
