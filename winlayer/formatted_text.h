@@ -39,7 +39,7 @@ struct TextParagraph {
     ParagraphFormat format;
 };
 
-// Formatted text. Paragraphs end with "\r\n", which is part of the text; bullets are not.
+// Formatted text. Paragraphs but the last end with "\r\n", which is part of the text; bullets are not.
 struct RichText {
     std::string text;  // ANSI
     std::vector<TextRun> runs;

@@ -33,6 +33,7 @@ public:
         if (!groups_.empty()) {
             return std::nullopt;
         }
+        dropLastEnd();
         return std::move(result_);
     }
 
@@ -282,6 +283,17 @@ private:
     void endParagraph() {
         append("\r\n");
         atParagraph_ = group().destination == Destination::Text || atParagraph_;
+    }
+
+    // The last paragraph ends with the text anyway.
+    void dropLastEnd() {
+        if (!atParagraph_ || !result_.text.ends_with("\r\n")) {
+            return;
+        }
+        const std::size_t size = result_.text.size() - 2;
+        result_.text.resize(size);
+        std::erase_if(result_.runs, [size](const TextRun& run) { return run.start >= size; });
+        std::erase_if(result_.paragraphs, [size](const TextParagraph& each) { return each.start >= size; });
     }
 
     std::string_view rtf_;

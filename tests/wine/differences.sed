@@ -1,9 +1,6 @@
 # The lines in which the transcripts of one script may differ between the layer and Windows' own API, each made the
 # same here; scripts/wine_wizard compares what is left.
 
-# Windows' rich-edit control drops the end of the last paragraph of the RTF that it is given; the layer keeps it.
-/^  1029 /s/\\n$//
-
 # The layer is told by a step of the script that its diskette is write-protected; the test under Wine takes away the
 # right to write.
 /^> medium write-protected$/d
