@@ -8,6 +8,7 @@
 
 #include "boot_sector.h"
 #include "diskio.h"
+#include "raw_diskette.h"
 #include "tools/common/names.h"
 #include "tools/common/reasons.h"
 #include "tools/emergency_disk/command_line.h"
@@ -61,11 +62,9 @@ public:
     DWORD settle() override {
         const NoBoxes quiet;
         device_.CloseQuietly();
-        if (!isNT()) return NO_ERROR;
-        if (const DWORD error = errorOf([&] { openDevice(); })) return error;
-        for (const DWORD step : {FSCTL_LOCK_VOLUME, FSCTL_DISMOUNT_VOLUME, FSCTL_UNLOCK_VOLUME}) {
-            if (errorOf([&] { device_.DeviceControl(step, nullptr, 0, nullptr, 0); }) != NO_ERROR) break;
-        }
+        if (const DWORD error = errorOf([&] { device_.OpenDrive(letter_); })) return error;
+        device_.DropCache();
+        if (isNT()) dismount();
         device_.CloseQuietly();
         return NO_ERROR;
     }
@@ -73,12 +72,8 @@ public:
     DWORD readSectors(DWORD first, std::span<std::byte> buffer) override {
         const NoBoxes quiet;
         return errorOf([&] {
-            if (!device_.IsOpen()) openDevice();
-            if (isNT()) {
-                readThroughDevice(first, buffer);
-            } else {
-                readThroughVwin32(first, buffer);
-            }
+            if (!device_.IsOpen()) device_.OpenDrive(letter_);
+            device_.ReadSectors(first, buffer);
         });
     }
 
@@ -139,7 +134,7 @@ public:
         if (!isNT()) return NO_ERROR;
         DISK_GEOMETRY geometry{};
         const DWORD error = errorOf([&] {
-            if (!device_.IsOpen()) openDevice();
+            if (!device_.IsOpen()) device_.OpenDrive(letter_);
             device_.DeviceControl(IOCTL_DISK_GET_DRIVE_GEOMETRY, nullptr, 0, &geometry, sizeof geometry);
         });
         count = static_cast<DWORD>(geometry.Cylinders.QuadPart) * geometry.TracksPerCylinder *
@@ -148,26 +143,14 @@ public:
     }
 
 private:
-    void openDevice() {
-        const std::string device = isNT() ? "\\\\.\\" + name() : std::string("\\\\.\\VWIN32");
-        device_.Open(device.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING, 0);
-    }
-
-    void readThroughDevice(DWORD first, std::span<std::byte> buffer) {
-        LARGE_INTEGER offset{};
-        offset.QuadPart = LONGLONG{first} * LONGLONG{boot_sector::size};
-        device_.SetFilePointer(offset, FILE_BEGIN);
-        device_.Read(buffer.data(), static_cast<DWORD>(buffer.size()));
-    }
-
-    void readThroughVwin32(DWORD first, std::span<std::byte> buffer) {
-        _ABSREADWRITE packet{first, static_cast<WORD>(buffer.size() / boot_sector::size),
-                             PtrToUlong(buffer.data())};
-        device_.DeviceRead(packet, static_cast<DWORD>(letter_ - 'A'));
+    void dismount() {
+        for (const DWORD step : {FSCTL_LOCK_VOLUME, FSCTL_DISMOUNT_VOLUME, FSCTL_UNLOCK_VOLUME}) {
+            if (errorOf([&] { device_.DeviceControl(step, nullptr, 0, nullptr, 0); }) != NO_ERROR) break;
+        }
     }
 
     char letter_;
-    UTILS::DiskIO device_;
+    RawDiskette device_;
 };
 
 char letterOf(const Target& target) {

@@ -1,0 +1,35 @@
+#pragma once
+#include <windows.h>
+
+#include <cstddef>
+#include <span>
+
+#include "diskio.h"
+
+// The sectors of the diskette in a drive, below its file system: through \\.\A: on NT, through VWIN32 on
+// Windows 95/98/Me.
+//
+//   RawDiskette diskette;
+//   diskette.OpenDrive('A');
+//   diskette.DropCache();
+//   diskette.ReadSectors(0, std::as_writable_bytes(std::span(bootSector)));
+class RawDiskette : public UTILS::DiskIO {
+public:
+    // Opens the way to the drive of that letter, for reading; what was open before is closed. Throws
+    // DiskIoException type 1.
+    void OpenDrive(char letter);
+
+    // Has Windows 95/98/Me write what it holds back for the drive that is open and forget what it has read
+    // of it; a refusal is not reported. NT needs no asking: it reads the sectors of a volume from the medium.
+    void DropCache();
+
+    // Reads whole sectors of 512 bytes, at most 65535, from number `first` on (0 = boot sector). Throws
+    // DiskIoException when one of them cannot be read; the buffer is then undefined.
+    void ReadSectors(DWORD first, std::span<std::byte> buffer);
+
+private:
+    void ReadThroughDevice(DWORD first, std::span<std::byte> buffer);
+    void ReadThroughVwin32(DWORD first, std::span<std::byte> buffer);
+
+    char letter_ = 'A';
+};
