@@ -1,5 +1,6 @@
 #include "CDlgFloppy.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "CBSTR.h"
@@ -23,6 +24,8 @@ void CDlgFloppy::Destroy() {
 void CDlgFloppy::OnSetUp() {
     messageWindow_ = Window();
     textControl_ = Control(IDC_RUNNING_TEXT);
+    const RECT text = page_layout::Place(Window(), IDC_RUNNING_TEXT);
+    usualTextHeight_ = text.bottom - text.top;
     ShowText(IDS_INSERT_DISK);
     OfferButtons(wizard::buttonsAtRest);
     state_ = PageState::Ready;
@@ -56,13 +59,18 @@ void CDlgFloppy::OnActivate() {
 
 void CDlgFloppy::OnLayOut(const RECT& client) {
     constexpr LONG margin = 8;
-    const RECT text = page_layout::Place(Window(), IDC_RUNNING_TEXT);
-    const LONG height = text.bottom - text.top;
+    const LONG width = client.right - client.left - margin;
+    const LONG height = TextHeight(width);
     const LONG top = client.bottom - margin - height;
-    page_layout::Move(Window(), IDC_RUNNING_TEXT, client.left + margin, top,
-                      client.right - client.left - margin, height, true);
+    page_layout::Move(Window(), IDC_RUNNING_TEXT, client.left + margin, top, width, height, true);
     page_layout::Move(Window(), IDC_PICTURE, client.left, client.top, client.right - client.left,
                       top - client.top, true);
+    laidOut_ = true;
+}
+
+// A text that needs more room than the template has for it gets that from the picture.
+LONG CDlgFloppy::TextHeight(LONG width) const {
+    return std::max(usualTextHeight_, page_layout::TextHeight(Window(), IDC_RUNNING_TEXT, width));
 }
 
 void CDlgFloppy::OnClose() {
@@ -82,10 +90,14 @@ void CDlgFloppy::OnClose() {
     textControl_ = nullptr;
 }
 
-void CDlgFloppy::ShowText(UINT text) const {
+void CDlgFloppy::ShowText(UINT text) {
     CBSTR shown;
     shown.LoadString(Module(), text, 256);
     ::SetWindowTextA(textControl_, shown.Text());
+    const RECT place = page_layout::Place(Window(), IDC_RUNNING_TEXT);
+    if (laidOut_ && TextHeight(place.right - place.left) != place.bottom - place.top) {
+        LayOut();
+    }
 }
 
 void CDlgFloppy::TellFrame(UINT message, LPARAM parameter) const {
@@ -143,7 +155,7 @@ void CDlgFloppy::Proceed() {
     }
 }
 
-void CDlgFloppy::ShowResult() const {
+void CDlgFloppy::ShowResult() {
     ShowText(IDS_DISK_MADE);
     QXSetWizButtons(Window(), wizard::buttonsWhenDone);
     QXEnableHomeButton(Window(), FALSE);

@@ -37,12 +37,13 @@ private:
 
     void ReadInstallDirectory();
     void ConfigureDiskMaker();
-    void ShowText(UINT text) const;
+    void ShowText(UINT text);
+    LONG TextHeight(LONG width) const;
     void TellFrame(UINT message, LPARAM parameter) const;
     void Press(WORD command) const;
 
     void Proceed();
-    void ShowResult() const;
+    void ShowResult();
     void Restart();
 
     // CDlgFloppy_attempt.cpp
@@ -65,6 +66,8 @@ private:
     HWND textControl_ = nullptr;
     char installDir_[MAX_PATH] = {};
     PageState state_ = PageState::Ready;
+    LONG usualTextHeight_ = 0;  // pixels, as the template has it
+    bool laidOut_ = false;
     LONG progressStep_ = 3;
     LONG progressPos_ = 0;
     // The page of which MakeAttempt is on the stack. One for all components: a second one would work on the

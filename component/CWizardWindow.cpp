@@ -18,13 +18,9 @@ LONG CWizardWindow::OnMessage(UINT message, WPARAM wParam, LPARAM, BOOL* handled
         case WM_ACTIVATE:
             OnActivate();
             break;
-        case WM_SIZE: {
-            RECT client{};
-            ::GetClientRect(Window(), &client);
-            OnLayOut(client);
-            ::InvalidateRect(Window(), nullptr, TRUE);
+        case WM_SIZE:
+            LayOut();
             break;
-        }
         case WM_PAINT:
             picture_.Paint(Window());
             break;
@@ -56,6 +52,13 @@ BOOL CWizardWindow::Show(BOOL show, DWORD arg) {
     }
     ::ShowWindow(Window(), show ? SW_SHOW : SW_HIDE);
     return TRUE;
+}
+
+void CWizardWindow::LayOut() {
+    RECT client{};
+    ::GetClientRect(Window(), &client);
+    OnLayOut(client);
+    ::InvalidateRect(Window(), nullptr, TRUE);
 }
 
 void CWizardWindow::CloseWindow() {

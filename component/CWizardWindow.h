@@ -36,6 +36,8 @@ protected:
     virtual bool OnCommand(WORD id) = 0;
     virtual void OnClose() {}
 
+    // Places the controls for the window's size, and paints anew.
+    void LayOut();
     HWND Control(int id) const { return ::GetDlgItem(Window(), id); }
     HWND Frame() const { return frameWindow_; }
     HINSTANCE Module() const;

@@ -6,6 +6,8 @@ namespace page_layout {
 
 // Empty when there is no such control.
 RECT Place(HWND page, int control);
+// The height that a control's text takes in lines of this width; 0 when it cannot be told.
+LONG TextHeight(HWND page, int control, LONG width);
 void Move(HWND page, int control, int left, int top, int width, int height, bool redraw);
 
 }  // namespace page_layout

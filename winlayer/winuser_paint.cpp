@@ -1,9 +1,19 @@
 // Painting.
+#include <limits>
+#include <string>
+#include <string_view>
+
 #include "winlayer/machine.h"
 #include "winlayer/window_paint.h"
 #include "winlayer/window_tree.h"
 
 using namespace winlayer;
+
+namespace {
+
+constexpr LONG systemFontHeight = 16;  // pixels, of the font that a new context has
+
+}  // namespace
 
 BOOL WINAPI InvalidateRect(HWND handle, const RECT* rectangle, BOOL erase) {
     const auto window = windowFor(__func__, handle);
@@ -63,6 +73,30 @@ HDC WINAPI GetDC(HWND handle) {
 int WINAPI ReleaseDC(HWND handle, HDC context) {
     entered(__func__);
     return releaseContext(handle, context) ? 1 : 0;
+}
+
+int WINAPI DrawTextA(HDC context, LPCSTR text, int length, LPRECT place, UINT format) {
+    if (denied(__func__)) {
+        return 0;
+    }
+    Machine& machine = Machine::current();
+    const DeviceContext* const target = machine.graphics.context(context);
+    if (target == nullptr || (format & DT_CALCRECT) == 0) {
+        SetLastError(target == nullptr ? ERROR_INVALID_HANDLE : ERROR_CALL_NOT_IMPLEMENTED);
+        return 0;
+    }
+    const LOGFONTA* const selected = machine.graphics.font(static_cast<HFONT>(target->font));
+    LOGFONTA font{};
+    font.lfHeight = systemFontHeight;
+    const std::string_view measured =
+        length < 0 ? std::string_view(text) : std::string_view(text, static_cast<std::size_t>(length));
+    const int width =
+        (format & DT_WORDBREAK) != 0 ? place->right - place->left : std::numeric_limits<int>::max();
+    const SIZE extent = machine.windows.peer().textExtent(std::string(measured),
+                                                          selected != nullptr ? *selected : font, width);
+    place->right = place->left + extent.cx;
+    place->bottom = place->top + extent.cy;
+    return extent.cy;
 }
 
 // The icons and cursors of the system itself, by their numbers; the peer knows what they look like.

@@ -164,6 +164,15 @@ TEST_F(Pages, TheFloppyPagesTextLiesAtTheBottom) {
         EXPECT_EQ(place(IDC_RUNNING_TEXT), "8," + std::to_string(top) + " 472x" + std::to_string(height));
         EXPECT_EQ(place(IDC_PICTURE), "0,0 480x" + std::to_string(top));
     }
+    PostMessageA(frame.page(), WM_COMMAND, wizard::cancelCommand, 0);
+    press(wizard::nextCommand);
+    GetWindowRect(control(IDC_RUNNING_TEXT), &text);
+    const int grown = static_cast<int>(text.bottom - text.top);
+    EXPECT_GT(grown, height) << "the text of a stopped attempt has more lines";
+    EXPECT_EQ(place(IDC_RUNNING_TEXT), "8," + std::to_string(192 - grown) + " 472x" + std::to_string(grown));
+    EXPECT_EQ(place(IDC_PICTURE), "0,0 480x" + std::to_string(192 - grown));
+    send(WM_ACTIVATE, WA_ACTIVE, 0);
+    EXPECT_EQ(place(IDC_PICTURE), "0,0 480x" + std::to_string(192 - height));
 }
 
 TEST_F(Pages, APageThatIsNoneChangesNothing) {

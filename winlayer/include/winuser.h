@@ -194,6 +194,8 @@ HDC WINAPI BeginPaint(HWND window, PAINTSTRUCT* paint);
 BOOL WINAPI EndPaint(HWND window, const PAINTSTRUCT* paint);
 HDC WINAPI GetDC(HWND window);
 int WINAPI ReleaseDC(HWND window, HDC context);
+// With DT_CALCRECT only, which measures: texts are drawn by what shows the windows.
+int WINAPI DrawTextA(HDC context, LPCSTR text, int length, LPRECT place, UINT format);
 HICON WINAPI LoadIconA(HINSTANCE instance, LPCSTR name);
 HCURSOR WINAPI LoadCursorA(HINSTANCE instance, LPCSTR name);
 

@@ -254,6 +254,12 @@ inline constexpr int VK_UP = 0x26;
 inline constexpr int VK_RIGHT = 0x27;
 inline constexpr int VK_DOWN = 0x28;
 
+// Texts.
+inline constexpr UINT DT_WORDBREAK = 0x0010;
+inline constexpr UINT DT_EXPANDTABS = 0x0040;
+inline constexpr UINT DT_CALCRECT = 0x0400;
+inline constexpr UINT DT_NOPREFIX = 0x0800;
+
 // System colours (a class's background brush is one of them plus one).
 inline constexpr int COLOR_WINDOW = 5;
 inline constexpr int COLOR_BTNFACE = 15;
