@@ -1,9 +1,12 @@
 #include "make_zar_disks.h"
 
 #include <string>
+#include <vector>
 
 #include "CUtilsPath.h"
 #include "ansi_literal.h"
+#include "disk_verification.h"
+#include "raw_diskette.h"
 
 using namespace UTILS::literals;
 
@@ -175,6 +178,39 @@ bool MakeZARDisks::WriteDiskFile(const UTILS::UtilsString& name, DWORD attribute
         ShowStatus(("Fehler beim Extrahieren der Datei " + file + " zu " + root).c_str());
     }
     return false;
+}
+
+int MakeZARDisks::VerifyDisk(const std::function<bool(int percent)>& goOn) {
+    if (driveRoot_.length() == 0) {
+        return 0;
+    }
+    std::vector<std::string> names;
+    for (DWORD i = 0; i < files_.size(); ++i) {
+        names.emplace_back(files_.GetValueAsUString(i).c_str());
+    }
+    try {
+        if (IsNT() && IsOpen()) {
+            Flush();  // writes what NT holds back for the drive
+        }
+        RawDiskette diskette;
+        diskette.OpenDrive(driveRoot_.c_str()[0]);
+        diskette.DropCache();
+        UTILS::CUtilsPath path(archiveDirectory_);
+        path += archiveName_;
+        UTILS::DiskIO file(path.GetPath(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE);
+        zar::Checker archive(file);
+        const auto read = [&](DWORD first, std::span<std::byte> buffer) {
+            try {
+                diskette.ReadSectors(first, buffer);
+                return true;
+            } catch (const UTILS::DiskIoException&) {
+                return false;
+            }
+        };
+        return DiskVerification(read, goOn).Passes(names, archive) ? 1 : 0;
+    } catch (const UTILS::DiskIoException&) {
+        return 0;
+    }
 }
 
 int MakeZARDisks::EraseTree(const char* directory) {

@@ -1,6 +1,8 @@
 #pragma once
 #include <windows.h>
 
+#include <functional>
+
 #include "UtilsMap.h"
 #include "UtilsString.h"
 #include "boot_sector.h"
@@ -52,6 +54,13 @@ public:
     // through SHOW_ERROR. Failures after the list was counted are told, not thrown; what the hooks throw
     // outside the steps passes through.
     int MakeDisk();
+
+    // Reads the disk in the drive that was found back, from the medium as far as Windows lets programs, and
+    // compares it with the archive, as DiskVerification does. goOn is called again and again with the per
+    // cent done; false ends it. Result: 1 when the disk starts and holds what the archive holds; 0 when it
+    // does not, when the disk or the archive cannot be read, and when it was ended. Throws std::bad_alloc,
+    // and what goOn throws.
+    int VerifyDisk(const std::function<bool(int percent)>& goOn);
 
     // Deletes all files and directories below a directory, whatever their attributes; reports nothing.
     // Result: 1, also when nothing can be found there; 0 at the first failure, where it stops, and for an

@@ -52,6 +52,8 @@ private:
     void EndAttempt() const;
     void ReturnButtons() const;
     Outcome TryDisk();
+    bool DiskIsSound();
+    bool GoOnVerifying(int percent);
     Outcome GiveUp();
     bool AskForRetry();
     bool IsAttempting() const { return atWork_ == this; }
@@ -64,10 +66,10 @@ private:
 
     HWND messageWindow_ = nullptr;
     HWND textControl_ = nullptr;
-    char installDir_[MAX_PATH] = {};
-    PageState state_ = PageState::Ready;
     LONG usualTextHeight_ = 0;  // pixels, as the template has it
     bool laidOut_ = false;
+    char installDir_[MAX_PATH] = {};
+    PageState state_ = PageState::Ready;
     LONG progressStep_ = 3;
     LONG progressPos_ = 0;
     // The page of which MakeAttempt is on the stack. One for all components: a second one would work on the

@@ -106,8 +106,7 @@ CDlgFloppy::Outcome CDlgFloppy::TryDisk() {
     }
     ::Sleep(settlingTime);
     state_ = PageState::Making;
-    const bool made = done([this] { return MakeDisk(); });
-    if (made && !closed_) {
+    if (done([this] { return MakeDisk(); }) && !stopped_ && DiskIsSound()) {
         state_ = PageState::Made;
         Press(wizard::nextCommand);
         QXEnableWizButtons(Window(), wizard::nextButton, 0);
@@ -118,6 +117,22 @@ CDlgFloppy::Outcome CDlgFloppy::TryDisk() {
     }
     ::Sleep(settlingTime);
     return AskForRetry() ? Outcome::again : GiveUp();
+}
+
+// The disk maker does not look at all that it writes, and a drive may lose what it was given.
+bool CDlgFloppy::DiskIsSound() {
+    MoveSlider(1, 0);
+    UPDATE_WINDOW("Die Diskette wird geprüft..."_ansi, 1);
+    return done([this] { return VerifyDisk([this](int percent) { return GoOnVerifying(percent); }); }) &&
+           !stopped_;
+}
+
+bool CDlgFloppy::GoOnVerifying(int percent) {
+    if (percent != progressPos_) {
+        MoveSlider(1, percent);
+    }
+    PumpMessages();
+    return !stopped_;
 }
 
 CDlgFloppy::Outcome CDlgFloppy::GiveUp() {

@@ -2,6 +2,8 @@
 // meanwhile.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "component/entry_points.h"
 #include "component/resources/resource.h"
 #include "wizard_fixture.h"
@@ -52,10 +54,13 @@ TEST_P(AttemptOnBothFamilies, MakesTheDisketteAndTellsTheFrame) {
     EXPECT_EQ((Lines{lines.begin(), lines.begin() + 7}),
               (Lines{"range 0 100", "position 0", "status ", "buttons 1A", "enable 0 disable 1A", "home 0",
                      "position 0"}));
-    EXPECT_EQ((Lines{lines.end() - 12, lines.end()}),
-              (Lines{"position 100", "status Die Diskette wurde erfolgreich erstellt.", "buttons 282",
-                     "home 0", "enable 10 disable 0", "position 0", "status ", "range 0 0", "buttons 282",
-                     "enable 282 disable 0", "enable 21A disable 0", "home 1"}));
+    const auto written = std::find(lines.begin(), lines.end(), "position 100");
+    EXPECT_EQ((Lines{written, written + 5}),
+              (Lines{"position 100", "status Die Diskette wurde erfolgreich erstellt.", "position 0",
+                     "status Die Diskette wird geprüft...", "position 6"}));
+    EXPECT_EQ((Lines{lines.end() - 11, lines.end()}),
+              (Lines{"position 100", "buttons 282", "home 0", "enable 10 disable 0", "position 0", "status ",
+                     "range 0 0", "buttons 282", "enable 282 disable 0", "enable 21A disable 0", "home 1"}));
     press(wizard::finishCommand);
     press(wizard::nextCommand);
     EXPECT_TRUE(atRest());
@@ -110,25 +115,44 @@ TEST_F(Attempt, BackFromAMadeDiskMakesAnother) {
     EXPECT_EQ(hostLog.take(), (Lines{"buttons 282", "home 0"})) << "a made disk is only shown";
 }
 
-TEST_F(Attempt, AFailedBootSectorRestartsThePageAndTheDiskGoesOn) {
+TEST_P(AttemptOnBothFamilies, AFailedBootSectorRestartsThePageAndTheDiskIsAskedForAgain) {
     bool restarted = false;
+    winlayer::SectorFault bootSector;
+    bootSector.kind = winlayer::SectorFault::Kind::WriteFails;
+    bootSector.times = 1;
+    winlayer::DisketteState state;
+    state.faults.push_back(bootSector);
+    pc.drive().setState(state);
     hostLog.duringStatus = [&](const std::string& status) {
-        if (status.starts_with("Datenträgerbezeichnung")) {
-            winlayer::DisketteState state;
-            winlayer::SectorFault bootSector;
-            bootSector.kind = winlayer::SectorFault::Kind::WriteFails;
-            state.faults.push_back(bootSector);
-            pc.drive().setState(state);
-        }
-        if (status.starts_with("Vorbereiten")) {
-            restarted = atRest();
-            pc.drive().setState({});
-        }
+        restarted = restarted || (status.starts_with("Vorbereiten") && atRest());
     };
     press(wizard::nextCommand);
     EXPECT_EQ(hostLog.count("box Systemfehler [30] Fehler beim Schreiben des Bootsektors"), 1);
     EXPECT_TRUE(restarted);
+    EXPECT_EQ(hostLog.count("box CBSTR DEFAULT PRODUCT NAME [1]"), 1);
     EXPECT_TRUE(made());
+    EXPECT_EQ(pc.faultOfDiskette(), "");
+}
+
+// Of the boot sector, both FATs, the directory, the loader and the last file.
+TEST_P(AttemptOnBothFamilies, AWriteThatTheDriveLostIsFoundAndTheDiskIsAskedForAgain) {
+    std::size_t last = 32;
+    for (const test::ZarFile& file : emergencyFiles()) {
+        last += (file.data.size() + 511) / 512;
+    }
+    for (const DWORD sector : {0U, 1U, 10U, 19U, 41U, static_cast<DWORD>(last)}) {
+        send(WM_ACTIVATE, WA_ACTIVE, 0);
+        pc.insertBlank();
+        winlayer::DisketteState state;
+        state.faults.push_back({sector, winlayer::SectorFault::Kind::WriteLost, NO_ERROR});
+        pc.drive().setState(state);
+        hostLog.take();
+        hostLog.duringBox = [&] { pc.drive().setState({}); };
+        press(wizard::nextCommand);
+        EXPECT_EQ(hostLog.count("box CBSTR DEFAULT PRODUCT NAME [1]"), 1) << sector;
+        EXPECT_TRUE(made()) << sector;
+        EXPECT_EQ(pc.faultOfDiskette(), "") << sector;
+    }
 }
 
 // What is asked for at each of an attempt's status lines in turn.

@@ -276,7 +276,6 @@ private:
     void attempt(int page, WORD command) {
         const Medium atStart = medium_;
         mediumChanged_ = false;
-        toldOfSystem_ = false;
         calm_ = oneIn(2);
         ComponentUI* const maker = ui;
         SendMessageA(window(page), WM_COMMAND, command, 0);
@@ -292,13 +291,12 @@ private:
         if (model_.lastMade()) {
             ++madeDisks_;
             expectEqual(false, steady && atStart == Medium::hopeless, "made on a hopeless diskette");
-            if (!toldOfSystem_) judgeDiskette();
+            judgeDiskette();
         } else {
             expectEqual(false, steady && atStart == Medium::good, "failed on a good diskette");
         }
     }
-    // A bad sector may hide what is not told of: a label, attributes, a file that an archive seems to end
-    // before.
+    // A bad sector may hide what is not told of: a label, attributes.
     void judgeDiskette() {
         const auto state = pc.drive().state();
         mountDrive(true);
@@ -330,9 +328,7 @@ private:
             moment(false);
             return;
         }
-        const std::string caption = line.substr(4, style - 4);
-        toldOfSystem_ = toldOfSystem_ || caption == "Systemfehler";
-        retry ? model_.retryBox() : model_.errorBox(caption);
+        retry ? model_.retryBox() : model_.errorBox(line.substr(4, style - 4));
         ComponentUI* const asker = ui;
         moment(oneIn(2));
         if (oneIn(4)) changeMedium(false);
@@ -420,8 +416,7 @@ private:
     std::shared_ptr<winlayer::FileSystem> drive_;
     Medium medium_ = Medium::good;
     bool mediumChanged_ = false;
-    bool toldOfSystem_ = false;  // the attempt has shown a system error
-    bool calm_ = false;          // nothing happens within this attempt
+    bool calm_ = false;  // nothing happens within this attempt
     int depth_ = 0;
     int leaves_ = 0;
     int quitCode_ = 0;

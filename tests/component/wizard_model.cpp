@@ -170,8 +170,8 @@ void WizardModel::statusLine(const std::string& text) {
             fault_ = "a status line outside the attempt: " + text;
         } else if (text.ends_with(" gefunden")) {
             phase_ = Phase::found;
-        } else if (text == "Die Diskette wurde erfolgreich erstellt.") {
-            phase_ = Phase::finished;
+        } else if (text == "Die Diskette wird geprüft...") {
+            phase_ = Phase::checking;
         }
     } else if (phase_ == Phase::starting) {
         phase_ = Phase::begun;
@@ -182,15 +182,15 @@ void WizardModel::statusLine(const std::string& text) {
 }
 
 void WizardModel::conclude() {
-    if (phase_ == Phase::finished) {
+    if (stopped_ || declined_) {
+        face_.state = PageState::Ready;
+        face_.text = IDS_STOPPED;
+    } else if (phase_ == Phase::checking) {
         lastMade_ = true;
         face_.state = PageState::Made;
         face_.text = IDS_DISK_MADE;
         offer(whenDone, false);
         face_.enabled |= wizard::nextButton;
-    } else if (stopped_ || declined_) {
-        face_.state = PageState::Ready;
-        face_.text = IDS_STOPPED;
     } else if (phase_ != Phase::searching) {
         fault_ = "a disk failed and nobody was asked to try again";
     }
@@ -203,7 +203,7 @@ void WizardModel::errorBox(const std::string& caption) {
 
 void WizardModel::retryBox() {
     settle();
-    if (phase_ != Phase::working || stopped_) {
+    if ((phase_ != Phase::working && phase_ != Phase::checking) || stopped_) {
         fault_ = "a question to try again without a failed disk";
     }
     last_ = Last::retry;

@@ -54,7 +54,7 @@ public:
     void attemptReturned();
 
 private:
-    enum class Phase { none, starting, begun, searching, found, working, finished, ending };
+    enum class Phase { none, starting, begun, searching, found, working, checking, ending };
     enum class Last { quiet, status, generalError, driveError, retry };
 
     void offer(DWORD mask, bool home);
