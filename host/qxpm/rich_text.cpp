@@ -39,6 +39,7 @@ HRESULT WINAPI RichText::AttachRichEdit(HWND control, HINSTANCE) {
     control_ = control;
     former_ = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrA(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&RichText::controlProcedure)));
+    SendMessageA(control, EM_SETREADONLY, TRUE, 0);  // a text of the product is not the user's to change
     return S_OK;
 }
 

@@ -185,6 +185,7 @@ TEST(RichText, ShowsRichTextAndGoesWithItsControl) {
     DWORD result = 77;
     EXPECT_LT(text->StreamRichText(2, "{\\rtf1 x}", &result), 0) << "not attached yet";
     ASSERT_GE(text->AttachRichEdit(control.window, nullptr), 0);
+    EXPECT_NE(GetWindowLongA(control.window, GWL_STYLE) & LONG{ES_READONLY}, 0);
 
     // What follows the outermost group belongs to somebody else.
     constexpr const char* rtf =
