@@ -24,6 +24,8 @@ struct ParagraphFormat {
     bool bullet = false;
     int leftIndent = 0;   // twips: twentieths of a point
     int firstIndent = 0;  // of the first line, beside leftIndent
+    int spaceBefore = 0;
+    int spaceAfter = 0;  // added to the next paragraph's spaceBefore
     TextAlignment alignment = TextAlignment::Left;
 
     friend bool operator==(const ParagraphFormat&, const ParagraphFormat&) = default;
@@ -49,8 +51,8 @@ struct RichText {
 RichText plainText(std::string text);
 
 // Reads RTF: characters (plain, \'xx, \u), fonts and sizes, bold, italic, underlined, paragraphs with
-// indents, alignment and bullets (\pn). What it does not know is left out, as RTF asks for. Characters beyond
-// the code page become "?". None when the bytes are not RTF or end within a group.
+// indents, spaces, alignment and bullets (\pn). What it does not know is left out, as RTF asks for.
+// Characters beyond the code page become "?". None when the bytes are not RTF or end within a group.
 std::optional<RichText> readRtf(std::string_view rtf, UINT codePage);
 
 }  // namespace winlayer

@@ -220,6 +220,10 @@ private:
             paragraph.leftIndent = number.value_or(0);
         } else if (word == "fi") {
             paragraph.firstIndent = number.value_or(0);
+        } else if (word == "sb") {
+            paragraph.spaceBefore = number.value_or(0);
+        } else if (word == "sa") {
+            paragraph.spaceAfter = number.value_or(0);
         } else if (word == "ql") {
             paragraph.alignment = TextAlignment::Left;
         } else if (word == "qc") {

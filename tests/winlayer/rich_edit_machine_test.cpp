@@ -53,9 +53,10 @@ TEST(Rtf, FormatsHoldWithinTheirGroups) {
     EXPECT_EQ(runs, "0A20 1A20b 2A20bi 3A20 4T20b 5T36 6A24 ");
 }
 
-TEST(Rtf, ParagraphsCarryBulletsAndIndents) {
+TEST(Rtf, ParagraphsCarryBulletsIndentsAndSpaces) {
     const auto content = readRtf(
-        "{\\rtf1 Kopf\\par\\pard{\\pntext\\'b7\\tab}{\\*\\pn\\pnlvlblt\\pnf1{\\pntxtb\\'b7}}\\fi-200\\li400 "
+        "{\\rtf1\\sb40 "
+        "Kopf\\par\\pard\\sa120{\\pntext\\'b7\\tab}{\\*\\pn\\pnlvlblt\\pnf1{\\pntxtb\\'b7}}\\fi-200\\li400 "
         "eins\\par zwei\\par\\pard\\qc Ende}",
         1252);
     ASSERT_TRUE(content.has_value());
@@ -66,6 +67,9 @@ TEST(Rtf, ParagraphsCarryBulletsAndIndents) {
         EXPECT_EQ(content->paragraphs[i].format.bullet, bullets[i]) << i;
     }
     EXPECT_EQ(content->paragraphs[1].start, 6u);
+    EXPECT_EQ(content->paragraphs[0].format.spaceBefore, 40);
+    EXPECT_EQ(content->paragraphs[2].format.spaceAfter, 120);
+    EXPECT_EQ(content->paragraphs[3].format.spaceAfter, 0);
     EXPECT_EQ(content->paragraphs[2].format.leftIndent, 400);
     EXPECT_EQ(content->paragraphs[2].format.firstIndent, -200);
     EXPECT_EQ(content->paragraphs[3].format.alignment, winlayer::TextAlignment::Centre);

@@ -27,8 +27,11 @@ QTextCharFormat characters(const TextFormat& format) {
     return shown;
 }
 
-QTextBlockFormat block(const ParagraphFormat& format) {
+// `above`: the space that the paragraph before asks for. Qt takes the greater of two margins that meet, not
+// their sum, so one of them has it all.
+QTextBlockFormat block(const ParagraphFormat& format, int above) {
     QTextBlockFormat shown;
+    shown.setTopMargin((above + format.spaceBefore) / twipsPerPixel);
     if (format.bullet) {
         shown.setMarker(QTextBlockFormat::MarkerType::NoMarker);
         shown.setLeftMargin(bulletStep);
@@ -70,7 +73,8 @@ void showRichText(QTextEdit& widget, const RichText& text) {
         if (i > 0) {
             cursor.insertBlock();
         }
-        cursor.setBlockFormat(block(paragraph.format));
+        const int above = i > 0 ? text.paragraphs[i - 1].format.spaceAfter : 0;
+        cursor.setBlockFormat(block(paragraph.format, above));
         if (paragraph.format.bullet) {
             cursor.insertText(QString(QChar(0x2022)) + QChar(0x2003));
         }
