@@ -1,6 +1,7 @@
 #include "winlayer/message_box.h"
 
 #include <algorithm>
+#include <limits>
 #include <map>
 
 #include "winlayer/dialog.h"
@@ -23,6 +24,7 @@ constexpr int buttonHeight = 14;
 constexpr int buttonGap = 4;
 constexpr int iconSize = 21;
 constexpr int widestText = 240;
+constexpr int captionMargins = 24;  // around the caption, with the button that closes the box
 
 std::vector<int> buttonsOf(UINT style) {
     static const std::map<UINT, std::vector<int>> buttons = {
@@ -71,12 +73,19 @@ LPCSTR iconOf(UINT style) {
     }
 }
 
-// The room that the text takes as it is drawn, in whole dialog units.
-SIZE roomFor(const char* text, const DialogFont& font) {
-    const SIZE units = baseUnitsOf(font);
-    const auto width = static_cast<int>(widestText * units.cx / 4);
-    const SIZE drawn = Machine::current().windows.peer().textExtent(text, describe(font), width);
+// The room that a text takes as it is drawn, broken to lines of `width` pixels, in whole dialog units.
+SIZE roomFor(const char* text, const LOGFONTA& font, const SIZE& units, int width) {
+    const SIZE drawn = Machine::current().windows.peer().textExtent(text, font, width);
     return {(drawn.cx * 4 + units.cx - 1) / units.cx, (drawn.cy * 8 + units.cy - 1) / units.cy};
+}
+
+// Captions are bold and never broken; one that is wider than the screen is cut.
+int captionWidth(const char* caption, LOGFONTA font, const SIZE& units) {
+    font.lfWeight = FW_BOLD;
+    const RECT screen = Machine::current().windows.peer().workArea();
+    const auto widest = static_cast<int>((screen.right - screen.left) * 4 / units.cx) - 2 * margin;
+    const auto width = static_cast<int>(roomFor(caption, font, units, std::numeric_limits<int>::max()).cx);
+    return std::min(width + captionMargins, widest);
 }
 
 DialogItem makeItem(WORD windowClass, DWORD style, DWORD id, const RECT& place, std::string title) {
@@ -109,7 +118,8 @@ void addButtons(DialogTemplate& box, UINT style, const std::vector<int>& buttons
 
 DialogTemplate design(const char* text, const char* caption, UINT style, const std::vector<int>& buttons) {
     const DialogFont font{8, 400, false, "MS Sans Serif"};
-    const SIZE room = roomFor(text, font);
+    const SIZE units = baseUnitsOf(font);
+    const SIZE room = roomFor(text, describe(font), units, static_cast<int>(widestText * units.cx / 4));
     const bool hasIcon = iconOf(style) != nullptr;
     const int textLeft = margin + (hasIcon ? iconSize + margin : 0);
     const int bodyHeight = std::max(static_cast<int>(room.cy), hasIcon ? iconSize : 0);
@@ -118,8 +128,9 @@ DialogTemplate design(const char* text, const char* caption, UINT style, const s
     box.style = WS_POPUP | WS_VISIBLE | WS_CAPTION | WS_SYSMENU | DS_MODALFRAME | DS_SETFONT | DS_CENTER;
     box.title = caption;
     box.font = font;
-    box.width =
-        std::max(textLeft + static_cast<int>(room.cx), margin + count * (buttonWidth + buttonGap)) + margin;
+    box.width = std::max({textLeft + static_cast<int>(room.cx) + margin,
+                          margin + count * (buttonWidth + buttonGap) + margin,
+                          captionWidth(caption, describe(font), units)});
     box.height = margin + bodyHeight + margin + buttonHeight + margin;
     if (hasIcon) {
         box.items.push_back(makeItem(staticClass, SS_ICON, iconId,

@@ -38,6 +38,7 @@ public:
 
     std::string seen;
     LRESULT icon = 0;
+    LONG width = 0;
 
 private:
     static std::string textOf(HWND window) {
@@ -52,6 +53,9 @@ private:
             seen += isDefault ? " [" + textOf(child) + ']' : ' ' + textOf(child);
         }
         icon = SendMessageA(GetDlgItem(box, 20), STM_GETICON, 0, 0);
+        RECT place{};
+        GetWindowRect(box, &place);
+        width = place.right - place.left;
     }
 
     std::vector<UINT> keys_;
@@ -117,6 +121,18 @@ TEST(MessageBoxMachine, BreaksLinesBetweenWordsAndHasRoomForEach) {
         EXPECT_EQ(extent.cy, each.lines * 13) << each.text;
         EXPECT_EQ(extent.cx, each.columns * 6) << each.text;
     }
+}
+
+TEST(MessageBoxMachine, IsAsWideAsItsCaptionNeedsAndNoWiderThanTheScreen) {
+    const auto widthOf = [](std::size_t letters) {
+        ScopedMachine machine;
+        BoxUser user({VK_RETURN});
+        machine->windows.setPeer(&user);
+        MessageBoxA(nullptr, "Text", std::string(letters, 'M').c_str(), MB_OK);
+        return user.width;
+    };
+    EXPECT_GT(widthOf(60), 60 * 6);
+    EXPECT_LE(widthOf(600), 1024);
 }
 
 TEST(MessageBoxMachine, ShowsItsIconAndRefusesWhatItCannotShow) {
