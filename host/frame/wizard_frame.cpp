@@ -191,16 +191,25 @@ void WizardFrame::onCommand(WORD id) {
 
 void WizardFrame::command(Button button) {
     if (!buttons_.pressable(button)) return;
-    if (button == Button::home) {
-        leave();
-    } else if (page_) {
-        SendMessageA(page_, WM_COMMAND, static_cast<WORD>(button), 0);
+    if (button != Button::home) {
+        sendToPage(button);
+        return;
     }
 }
 
 void WizardFrame::leave() {
     if (left_) return;
     left_ = true;
+    // A page at work would go on to its end, and the user with it: Cancel stops it.
+    if (commandsUnderWay_ > 0) sendToPage(Button::cancel);
+    leave();
+}
+
+void WizardFrame::sendToPage(Button button) {
+    if (!page_) return;
+    ++commandsUnderWay_;
+    SendMessageA(page_, WM_COMMAND, static_cast<WORD>(button), 0);
+    --commandsUnderWay_;
     events_.leaving();
 }
 

@@ -54,6 +54,7 @@ private:
     void onActivate(bool active);
     void onCommand(WORD id);
     void command(Button button);
+    void sendToPage(Button button);
     void leave();
     void setCurrentPage(HWND page, WPARAM argument);
     void layOutPage(HWND page);
@@ -73,6 +74,7 @@ private:
     FrameLayout layout_;
     ButtonState buttons_;
     FrameEvents& events_;
+    int commandsUnderWay_ = 0;  // of the page's, on the stack
     bool pageArrives_ = false;  // the current page has not had the focus yet
     bool left_ = false;
 };

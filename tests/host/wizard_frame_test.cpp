@@ -39,6 +39,9 @@ protected:
     static LRESULT CALLBACK pageProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         auto* const record = static_cast<Record*>(GetPropA(window, "TEST"));
         if (record && message == WM_COMMAND) record->push_back("command " + std::to_string(wParam));
+        const HANDLE home = GetPropA(window, "PRESS ON NEXT");
+        if (home && message == WM_COMMAND && wParam == static_cast<WPARAM>(Button::next))
+            SendMessageA(static_cast<HWND>(home), BM_CLICK, 0, 0);
         if (record && message == WM_SIZE) record->push_back("size");
         return DefWindowProcA(window, message, wParam, lParam);
     }
@@ -244,6 +247,13 @@ TEST_F(FrameTest, IsLeftAtThePagesWishOrByHomeOnce) {
 TEST_F(FrameTest, HomeCanBeSwitchedOff) {
     makeCurrent(0x212);
     send(messageEnableHome, FALSE);
+TEST_F(FrameTest, HomeStopsAPageAtWork) {
+    makeCurrent(0x212);
+    SetPropA(page, "PRESS ON NEXT", control(Button::home));
+    frame->press(Button::next);
+    EXPECT_EQ(record, (Record{"command 33772", "command 33769", "leaving"}));
+}
+
     EXPECT_FALSE(frame->press(Button::home));
     EXPECT_FALSE(frame->left());
     send(messageEnableHome, TRUE);
