@@ -10,7 +10,7 @@ int main(int argc, char** argv) {
     try {
         const Options options = parseOptions(argc, argv);
         if (options.action == Options::Action::help) {
-            std::cout << helpText(platformHelp());
+            std::cout << helpText(platformHelp(), mediumHelp());
             return static_cast<int>(ExitCode::success);
         }
         const std::unique_ptr<Platform> platform = makePlatform(options.platform);

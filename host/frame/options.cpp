@@ -64,7 +64,7 @@ Options parseOptions(int argc, const char* const* argv) {
     return options;
 }
 
-std::string helpText(const std::string& platform) {
+std::string helpText(const std::string& platform, const std::string& media) {
     return std::string(
                "Usage: host [options]\n"
                "\n"
@@ -81,6 +81,9 @@ std::string helpText(const std::string& platform) {
            "\n"
            "Steps of a script, separated by semicolons:\n" +
            scriptHelp() +
+           "\n"
+           "States of a diskette:\n" +
+           media +
            "\n"
            "Examples:\n"
            "  host --install product\n"

@@ -18,7 +18,7 @@ struct Options {
 
 // Throws Failure (usage) for what is not understood.
 Options parseOptions(int argc, const char* const* argv);
-// `platform`: what the platform says of the options that only it has.
-std::string helpText(const std::string& platform);
+// `platform`, `media`: what the platform says of the options that only it has, and of a diskette's states.
+std::string helpText(const std::string& platform, const std::string& media);
 
 }  // namespace host

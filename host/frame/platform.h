@@ -34,7 +34,9 @@ public:
 
 // Throws Failure for an option that this system cannot follow.
 std::unique_ptr<Platform> makePlatform(const Platform::Options& options);
-// The options that only this system has, for the program's help.
+// For the program's help: the options that only this system has, and the states that a diskette can be put
+// into.
 const char* platformHelp();
+std::string mediumHelp();
 
 }  // namespace host

@@ -131,6 +131,12 @@ std::unique_ptr<Platform> makePlatform(const Platform::Options& options) {
     return std::make_unique<LayerPlatform>(options);
 }
 
+std::string mediumHelp() {
+    std::string lines;
+    for (const std::string_view name : winlayer::stateNames()) lines += "  " + std::string(name) + '\n';
+    return lines + "  normal\nN is a sector from 0 to 2879.\n";
+}
+
 const char* platformHelp() {
     return "  --image FILE         the diskette image in drive A: (without it the drive is empty)\n"
            "  --no-drive           there is no drive A:\n"

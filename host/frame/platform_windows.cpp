@@ -98,4 +98,8 @@ const char* platformHelp() {
     return "";
 }
 
+std::string mediumHelp() {
+    return "  none can be chosen here\n";
+}
+
 }  // namespace host

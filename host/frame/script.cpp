@@ -125,8 +125,7 @@ const char* scriptHelp() {
            "  key NAME                   Tab, Enter, Escape, Space, Up, Down, Left, Right, Alt+LETTER\n"
            "  wait                       handles every message that waits\n"
            "  resize W H                 gives the frame a size in pixels\n"
-           "  medium STATE               puts the diskette into a state, as in write-protected; normal\n"
-           "                             ends it (where --image is known)\n";
+           "  medium STATE               puts the diskette into a state; normal ends it\n";
 }
 
 }  // namespace host

@@ -41,6 +41,7 @@ TEST_F(HostProgram, EndsWithACodeForEachReason) {
         int code;
         const char* reason;
     } cases[] = {
+        {"--help", 0, "lost-write=N"},
         {"--jump", 2, "there is no option '--jump'"},
         {"--windows 7 --script ''", 2, "there is no Windows '7'"},
         {"--component QXSample --script 'medium wet'", 2, "a diskette is never 'wet'"},
