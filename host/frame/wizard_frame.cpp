@@ -14,6 +14,9 @@ namespace {
 constexpr Button allButtons[] = {Button::home,   Button::back,   Button::next,
                                  Button::finish, Button::cancel, Button::help};
 
+// In dialog units. The template's room for pages is higher, which leaves air around their picture.
+constexpr LONG largestPageHeight = 180;
+
 // Null for a page that the Tab key passes over.
 HWND firstTabStop(HWND page) {
     const HWND stop = GetNextDlgTabItem(page, nullptr, FALSE);
@@ -83,15 +86,18 @@ INT_PTR CALLBACK WizardFrame::dialogProcedure(HWND window, UINT message, WPARAM 
 
 void WizardFrame::initialise() {
     headingFont_ = boldFontOf(window_);
-    // The template holds the largest page and the row of buttons, and nothing that could shrink.
     RECT place{};
+    RECT pageArea{};
+    RECT largestPage{0, 0, 0, largestPageHeight};
     GetWindowRect(window_, &place);
-    leastSize_ = {place.right - place.left, place.bottom - place.top};
+    GetClientRect(GetDlgItem(window_, CONTROL_PAGE_AREA), &pageArea);
+    MapDialogRect(window_, &largestPage);
+    leastSize_ = {place.right - place.left, place.bottom - place.top - pageArea.bottom + largestPage.bottom};
     layout_ = FrameLayout(window_);
     layout_.add(CONTROL_PAGE_AREA, {true, true, true, true});
-    for (const int control : {CONTROL_STATUS, CONTROL_PROGRESS, CONTROL_SEPARATOR}) {
-        layout_.add(control, {true, false, true, true});
-    }
+    layout_.add(CONTROL_STATUS, {true, false, true, true});
+    layout_.add(CONTROL_PROGRESS, {false, false, true, true});
+    layout_.add(CONTROL_SEPARATOR, {true, false, true, true});
     layout_.add(BUTTON_HOME, {true, false, false, true});
     for (const int button : {BUTTON_BACK, BUTTON_NEXT, BUTTON_FINISH, BUTTON_CANCEL, BUTTON_HELP}) {
         layout_.add(button, {false, false, true, true});
@@ -195,11 +201,6 @@ void WizardFrame::command(Button button) {
         sendToPage(button);
         return;
     }
-}
-
-void WizardFrame::leave() {
-    if (left_) return;
-    left_ = true;
     // A page at work would go on to its end, and the user with it: Cancel stops it.
     if (commandsUnderWay_ > 0) sendToPage(Button::cancel);
     leave();
@@ -210,6 +211,11 @@ void WizardFrame::sendToPage(Button button) {
     ++commandsUnderWay_;
     SendMessageA(page_, WM_COMMAND, static_cast<WORD>(button), 0);
     --commandsUnderWay_;
+}
+
+void WizardFrame::leave() {
+    if (left_) return;
+    left_ = true;
     events_.leaving();
 }
 
