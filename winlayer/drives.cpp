@@ -26,6 +26,26 @@ std::string withoutEndingSlash(std::string path) {
     return path;
 }
 
+// The host path without links on its way, so that ".." is the folder that the host takes it for. The last
+// name stays even if it is a link's: it is the name that was asked for.
+std::string physicalPath(const fs::path& hostPath) {
+    const fs::path path = withoutEndingSlash(fs::absolute(hostPath).string());
+    const bool named = path.filename() != "." && path.filename() != "..";
+    std::error_code error;
+    const fs::path folder = fs::weakly_canonical(named ? path.parent_path() : path, error);
+    if (error) {
+        return withoutEndingSlash(path.lexically_normal().string());
+    }
+    return withoutEndingSlash((named ? folder / path.filename() : folder).string());
+}
+
+// Whether every name on the way is one that Windows neither cuts short nor takes apart.
+bool hasWindowsNames(const std::string& below) {
+    const fs::path path = below;
+    return std::all_of(path.begin(), path.end(),
+                       [](const fs::path& name) { return isWindowsName(name.string()); });
+}
+
 // Whether a host path lies in a folder, and then what is below it.
 bool liesIn(const std::string& path, const std::string& folder, std::string& below) {
     if (path.compare(0, folder.size(), folder) != 0) {
@@ -59,8 +79,7 @@ void Drives::mount(char letter, std::shared_ptr<FileSystem> files, UINT type) {
 }
 
 void Drives::mountFolder(char letter, const fs::path& folder, UINT type) {
-    std::string root = withoutEndingSlash(fs::absolute(folder).lexically_normal().string());
-    mount(letter, std::make_shared<HostFolder>(machine_, knowledge_, std::move(root)), type);
+    mount(letter, std::make_shared<HostFolder>(machine_, knowledge_, physicalPath(folder / ".")), type);
 }
 
 void Drives::mountPrivateFolder(char letter, UINT type) {
@@ -131,7 +150,7 @@ DWORD Drives::resolve(const std::string& path, std::shared_ptr<FileSystem>& file
 }
 
 std::string Drives::fromHost(const fs::path& hostPath) const {
-    const std::string path = withoutEndingSlash(fs::absolute(hostPath).lexically_normal().string());
+    const std::string path = physicalPath(hostPath);
     std::string best;
     std::string bestRoot;
     char letter = 0;
@@ -146,9 +165,10 @@ std::string Drives::fromHost(const fs::path& hostPath) const {
             bestRoot = folder->root();
         }
     }
+    const bool named = letter != 0 && hasWindowsNames(best);
     std::replace(best.begin(), best.end(), '/', '\\');
     std::string ansi;
-    if (letter == 0 || !fromUtf8(machine_, best, ansi)) {
+    if (!named || !fromUtf8(machine_, best, ansi)) {
         throw std::invalid_argument("no Windows path leads to " + path);
     }
     return std::string(1, letter) + ":\\" + ansi;

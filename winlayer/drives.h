@@ -53,8 +53,9 @@ public:
     // can have.
     DWORD resolve(const std::string& path, std::shared_ptr<FileSystem>& files, std::string& below) const;
 
-    // The Windows path of a host path, through the drive whose folder holds it ("Z:" holds everything).
-    // Throws std::invalid_argument when a character has no place in the ANSI code page.
+    // The Windows path of a host path, through the drive whose folder holds it ("Z:" holds everything). Links
+    // on the way are followed. Throws std::invalid_argument when a name ends in a dot or a blank or has a
+    // character that Windows names or the ANSI code page lack.
     std::string fromHost(const std::filesystem::path& hostPath) const;
     // The host path behind a Windows path. Throws std::invalid_argument when it is on no host folder.
     std::filesystem::path toHost(const std::string& path) const;

@@ -31,7 +31,9 @@ void PrivateFolder::make() {
         folder_ = "/dev/null";
         return;
     }
-    folder_ = pattern;
+    // Host paths are looked for in it without the links that lead here.
+    const fs::path physical = fs::canonical(pattern, error);
+    folder_ = error ? pattern : physical.string();
     for (std::string below : directories()) {
         std::replace(below.begin(), below.end(), '\\', '/');
         fs::create_directories(fs::path(folder_) / below, error);

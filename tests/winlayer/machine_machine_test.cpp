@@ -143,7 +143,12 @@ TEST(Drives, translateHostPathsBothWays) {
     EXPECT_EQ(machine->drives.fromHost(host.string() + "x/a"), folder.path() + "x\\a");
     EXPECT_EQ(hostPath(folder / "SUB\\new"), host / "Sub" / "new");
     EXPECT_EQ(hostPath("Z:\\"), fs::path("/"));
-    EXPECT_THROW(machine->drives.fromHost("/tmp/\xE4\xBD\xA0"), std::invalid_argument);
+    fs::create_directories(host / "deep/er");
+    fs::create_directory_symlink("deep/er", host / "link");
+    EXPECT_EQ(machine->drives.fromHost(host / "link/../a.txt"), folder / "deep\\a.txt");
+    for (const char* name : {"\xE4\xBD\xA0", "a.", "a ", "a /b", "a\\b", "a?"}) {
+        EXPECT_THROW(machine->drives.fromHost(host / name), std::invalid_argument) << name;
+    }
     EXPECT_THROW(machine->drives.toHost("Q:\\x"), std::invalid_argument);
     machine->drives.unmount('Z');
     EXPECT_THROW(machine->drives.fromHost("/nowhere"), std::invalid_argument);
