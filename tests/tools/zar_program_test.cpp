@@ -9,6 +9,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tests/tools/program_run.h"
+#include "tools/common/staging.h"
 
 namespace {
 
@@ -101,10 +102,10 @@ TEST_F(ZarProgram, UnpacksNamedFilesToTheirPlaces) {
     EXPECT_EQ(read("out/A.TXT"), "first");
     ASSERT_EQ(zar({"extract", "a.zar", "DEEP/Ä.TXT", "-C", "short", "--strip-first"}).exitCode, 0);
     EXPECT_EQ(read("short/DEEP/Ä.TXT"), "umlaut");
-    const ProgramRun missing = zar({"extract", "a.zar", "A.TXT", "NONE.TXT", "-C", "none"});
+    const ProgramRun missing = zar({"extract", "a.zar", "A.TXT", "NONE.TXT", "-C", "none/of/these/"});
     EXPECT_EQ(missing.exitCode, 1);
     EXPECT_NE(missing.err.find("NONE.TXT"), std::string::npos);
-    EXPECT_FALSE(fs::exists(folder_ / "none"));
+    EXPECT_FALSE(fs::exists(folder_ / "none")) << "of all the folders that it made none stays";
 }
 
 TEST_F(ZarProgram, LeavesOldFilesAloneWhenItFails) {
@@ -138,17 +139,44 @@ TEST_F(ZarProgram, ReplacesNothingButFilesAndFollowsLinks) {
     ASSERT_EQ(zar({"create", "link.zar", "in"}).exitCode, 0);
     EXPECT_TRUE(fs::is_symlink(folder_ / "link.zar"));
     EXPECT_EQ(read("elsewhere/b.zar"), read("a.zar"));
+    fs::create_symlink("elsewhere/c.zar", folder_ / "dangling.zar");
+    ASSERT_EQ(zar({"create", "dangling.zar", "in"}).exitCode, 0);
+    EXPECT_EQ(read("elsewhere/c.zar"), read("a.zar"));
 }
 
-TEST_F(ZarProgram, ChangesNothingWhenAFolderIsInTheWay) {
+TEST_F(ZarProgram, RemovesWhatKilledRunsLeft) {
+    packThree();
+    {
+        const tools::StagedFile living((folder_ / "a.zar").string());
+        const tools::StagedFolder livingFolder((folder_ / "out").string());
+        write(".a.zar.part-killed", "half an archive");
+        write("out/.unpacked.part-killed/A.TXT", "half a file");
+        ASSERT_EQ(zar({"create", "a.zar", "in"}).exitCode, 0);
+        ASSERT_EQ(zar({"extract", "a.zar", "-C", "out"}).exitCode, 0);
+        EXPECT_TRUE(fs::exists(living.path().string()));
+        EXPECT_TRUE(fs::exists(livingFolder.path().string()));
+    }
+    EXPECT_EQ(names(), (Words{"a.zar", "in", "out"}));
+    EXPECT_FALSE(fs::exists(folder_ / "out/.unpacked.part-killed"));
+}
+
+TEST_F(ZarProgram, ChangesNothingWhenAFileOrALinkIsInTheWay) {
     packThree();
     write("out/A.TXT", "old");
     write("out/SUB/DEEP", "a file");
-    const ProgramRun run = zar({"extract", "a.zar", "-C", "out"});
-    EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.err.find("out/SUB/DEEP"), std::string::npos) << run.err;
-    EXPECT_EQ(read("out/A.TXT"), "old");
-    EXPECT_FALSE(fs::exists(folder_ / "out/SUB/B.TXT"));
+    fs::create_directory(folder_ / "away");
+    const auto expect = [&](int code) {
+        const ProgramRun run = zar({"extract", "a.zar", "-C", "out"});
+        EXPECT_EQ(run.exitCode, code);
+        EXPECT_NE(run.err.find("out/SUB/DEEP"), std::string::npos) << run.err;
+        EXPECT_EQ(read("out/A.TXT"), "old");
+        EXPECT_FALSE(fs::exists(folder_ / "out/SUB/B.TXT"));
+    };
+    expect(1);
+    fs::remove(folder_ / "out/SUB/DEEP");
+    fs::create_directory_symlink("../../away", folder_ / "out/SUB/DEEP");
+    expect(6);
+    EXPECT_TRUE(fs::is_empty(folder_ / "away"));
 }
 
 TEST_F(ZarProgram, UnpacksAnArchiveOfNoFiles) {

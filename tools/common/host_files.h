@@ -27,26 +27,23 @@ private:
 // Unless a comment says otherwise these throw HostError when the host refuses.
 namespace host_files {
 
-enum class Kind { missing, file, folder, other };
+enum class Kind { missing, file, folder, link, other };
 
-// What a name stands for; links are followed. Throws nothing: what cannot be looked at is missing, and `why`
-// says what the host said.
+// What a name stands for; links are followed, so that none is a link. Throws nothing: what cannot be looked
+// at is missing, and `why` says what the host said.
 Kind kindOf(const Path& name, std::string* why = nullptr);
 std::uint64_t sizeOf(const Path& file);
 // The entries of a folder, in any order.
 std::vector<Path> entries(const Path& folder);
 // Whether a file of that name would lie in the folder or below it.
 bool liesIn(const Path& file, const Path& folder);
-// Where a file that is to be written really is: behind a link.
+// Where a file that is to be written really is: behind a link, also one to a file that is not there yet.
 Path behindLink(const Path& file);
 // Room on the disk that holds a folder, in bytes; the largest number when the host does not tell.
 std::uint64_t freeBytes(const Path& folder);
 
-// Makes a folder and those above it. False when it was there.
-bool makeFolders(const Path& folder);
-// An empty file or folder with a hidden name of its own. `like` is what the name begins with.
-Path makeHiddenFile(const Path& folder, const std::string& like);
-Path makeHiddenFolder(const Path& folder, const std::string& like);
+// Makes one folder.
+void makeFolder(const Path& folder);
 // Gives an entry another name on the same disk. A file takes the place of an older one, which is whole under
 // its name as long as the new one is not.
 void move(const Path& from, const Path& to);
@@ -57,19 +54,64 @@ void removeEmptyFolder(const Path& folder);
 
 // Puts the contents of a file on the medium.
 void synchronise(const Path& file);
-// Puts everything on the medium that was written into a folder since the object was made.
-class FolderOnMedium {
+
+// A folder that is open. What is done in it follows no link below it, and where the host can hold a folder
+// open it stays this one, whatever takes its name meanwhile.
+class Folder {
 public:
-    explicit FolderOnMedium(const Path& folder);
-    ~FolderOnMedium();
-    FolderOnMedium(const FolderOnMedium&) = delete;
-    FolderOnMedium& operator=(const FolderOnMedium&) = delete;
-    void synchronise();
+    struct Entry {
+        std::string name;
+        Kind kind;  // of the entry itself
+    };
+
+    // The folder that a path leads to, through links if need be.
+    explicit Folder(const Path& path);
+    ~Folder();
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+
+    const Path& path() const { return path_; }
+    // In any order.
+    std::vector<Entry> entries() const;
+    Kind kindOf(const std::string& name) const;
+    // A folder in it, which must be no link.
+    Folder below(const std::string& name) const;
+    // Moves an entry to another folder on the same disk, as host_files::move does.
+    void move(const std::string& name, const Folder& to) const;
+    // Puts everything on the medium that was written into the folder since it was opened.
+    void synchronise() const;
 
 private:
-    Path folder_;
+    Folder(const Folder& above, const std::string& name);
+
+    Path path_;
     int descriptor_ = -1;  // where the host has such
 };
+
+// An empty file or folder with a hidden name of its own, ".LIKE.part-" and something, and a lock that shows
+// other runs that it is in use. It is removed at the end, a folder with everything in it.
+class HiddenEntry {
+public:
+    // kind: file or folder.
+    HiddenEntry(const Path& folder, const std::string& like, Kind kind);
+    ~HiddenEntry();
+    HiddenEntry(const HiddenEntry&) = delete;
+    HiddenEntry& operator=(const HiddenEntry&) = delete;
+
+    const Path& path() const { return path_; }
+    // Moves it to its place, where it stays; the lock ends at the latest with the object.
+    void moveTo(const Path& place);
+
+private:
+    struct Lock;
+
+    std::unique_ptr<Lock> lock_;
+    Path path_;
+    bool moved_ = false;
+};
+// Removes the hidden entries of such names that no living process has: what runs left that were killed.
+// Throws nothing: what cannot be removed stays.
+void removeAbandoned(const Path& folder, const std::string& like);
 
 // A whole text file of people, as UTF-8.
 std::string readText(const Path& file);

@@ -1,5 +1,7 @@
 // The host's files where Windows is played by the layer: a POSIX system.
+#include <dirent.h>
 #include <fcntl.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -38,8 +40,52 @@ void giveUsualPermissions(int file) {
     (void)!fchmod(file, 0666 & ~mask);
 }
 
-std::string hiddenName(const Path& folder, const std::string& like) {
-    return (folder / ("." + like + "part-XXXXXX")).string();
+Kind kindFrom(mode_t mode) {
+    if (S_ISREG(mode)) return Kind::file;
+    if (S_ISDIR(mode)) return Kind::folder;
+    return S_ISLNK(mode) ? Kind::link : Kind::other;
+}
+
+constexpr int asFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
+
+// A folder that may not be listed can still be worked in.
+int openFolder(int above, const char* name, int flags = 0) {
+    const int folder = openat(above, name, asFolder | flags);
+    if (folder >= 0 || errno != EACCES) return folder;
+    return openat(above, name, O_PATH | O_DIRECTORY | O_CLOEXEC | flags);
+}
+
+// What the host replaces in the name of a new entry.
+constexpr std::string_view pattern = "XXXXXX";
+
+std::string hiddenPrefix(const std::string& like) {
+    return "." + like + ".part-";
+}
+
+// Each makes an entry, completes its name and opens it.
+int makeHiddenFile(const Path& folder, std::string& name) {
+    const int file = mkostemp(name.data(), O_CLOEXEC);
+    if (file < 0) throw failure(folder, errno);
+    giveUsualPermissions(file);
+    return file;
+}
+
+// Nothing is opened when another run removed it at once.
+int makeHiddenFolder(const Path& folder, std::string& name) {
+    if (mkdtemp(name.data()) == nullptr) throw failure(folder, errno);
+    const int opened = open(name.c_str(), asFolder);
+    const int error = errno;
+    if (opened >= 0 || error == ENOENT) return opened;
+    rmdir(name.c_str());
+    throw failure(folder, error);
+}
+
+// Where a link to another name leads, in one step.
+Path linkTarget(const Path& link) {
+    std::error_code error;
+    const fs::path target = fs::read_symlink(link.string(), error);
+    check(link, error);
+    return (fs::path(link.string()).parent_path() / target).string();
 }
 
 }  // namespace
@@ -71,16 +117,24 @@ std::vector<Path> entries(const Path& folder) {
     return found;
 }
 
+// Where the file's folder is not there, it lies in none.
 bool liesIn(const Path& file, const Path& folder) {
-    const fs::path inside =
-        fs::weakly_canonical(file.string()).lexically_relative(fs::canonical(folder.string()));
-    return !inside.empty() && *inside.begin() != "..";
+    const fs::path holder = fs::path(behindLink(file).string()).parent_path();
+    std::error_code error;
+    const fs::path inside = fs::canonical(holder.empty() ? "." : holder, error)
+                                .lexically_relative(fs::canonical(folder.string(), error));
+    return !error && !inside.empty() && *inside.begin() != "..";
 }
 
 Path behindLink(const Path& file) {
-    std::error_code error;
-    const bool link = fs::is_symlink(fs::symlink_status(file.string(), error));
-    return link ? Path(fs::weakly_canonical(file.string()).string()) : file;
+    constexpr int mostLinks = 40;  // as the host has it
+    Path place = file;
+    std::error_code ignored;
+    for (int links = 0; fs::is_symlink(fs::symlink_status(place.string(), ignored)); ++links) {
+        if (links == mostLinks) throw failure(file, ELOOP);
+        place = linkTarget(place);
+    }
+    return place;
 }
 
 std::uint64_t freeBytes(const Path& folder) {
@@ -89,26 +143,8 @@ std::uint64_t freeBytes(const Path& folder) {
     return error ? std::numeric_limits<std::uint64_t>::max() : space.available;
 }
 
-bool makeFolders(const Path& folder) {
-    std::error_code error;
-    const bool made = fs::create_directories(folder.string(), error);
-    check(folder, error);
-    return made;
-}
-
-Path makeHiddenFile(const Path& folder, const std::string& like) {
-    std::string name = hiddenName(folder, like);
-    const int file = mkstemp(name.data());
-    if (file < 0) throw failure(folder, errno);
-    giveUsualPermissions(file);
-    close(file);
-    return name;
-}
-
-Path makeHiddenFolder(const Path& folder, const std::string& like) {
-    std::string name = hiddenName(folder, like);
-    if (mkdtemp(name.data()) == nullptr) throw failure(folder, errno);
-    return name;
+void makeFolder(const Path& folder) {
+    if (mkdir(folder.c_str(), 0777) != 0) throw failure(folder, errno);
 }
 
 void move(const Path& from, const Path& to) {
@@ -139,17 +175,114 @@ void synchronise(const Path& file) {
     if (error != 0) throw failure(file, error);
 }
 
-FolderOnMedium::FolderOnMedium(const Path& folder)
-    : folder_(folder), descriptor_(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC)) {}
+Folder::Folder(const Path& path) : path_(path), descriptor_(openFolder(AT_FDCWD, path.c_str())) {
+    if (descriptor_ < 0) throw failure(path_, errno);
+}
 
-FolderOnMedium::~FolderOnMedium() {
+Folder::Folder(const Folder& above, const std::string& name)
+    : path_(above.path_ / name), descriptor_(openFolder(above.descriptor_, name.c_str(), O_NOFOLLOW)) {
+    if (descriptor_ < 0) throw failure(path_, errno);
+}
+
+Folder::~Folder() {
     close(descriptor_);
+}
+
+std::vector<Folder::Entry> Folder::entries() const {
+    // Opened anew: a descriptor has one place in the listing for all who read by it.
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(fdopendir(openat(descriptor_, ".", asFolder)),
+                                                      closedir);
+    if (listing == nullptr) throw failure(path_, errno);
+    std::vector<Entry> found;
+    for (errno = 0; const dirent* entry = readdir(listing.get()); errno = 0) {
+        const std::string name = entry->d_name;
+        if (name == "." || name == "..") continue;
+        const bool told = entry->d_type != DT_UNKNOWN;
+        found.push_back({name, told ? kindFrom(DTTOIF(entry->d_type)) : kindOf(name)});
+    }
+    if (errno != 0) throw failure(path_, errno);
+    return found;
+}
+
+Kind Folder::kindOf(const std::string& name) const {
+    struct stat facts {};
+    if (fstatat(descriptor_, name.c_str(), &facts, AT_SYMLINK_NOFOLLOW) == 0) {
+        return kindFrom(facts.st_mode);
+    }
+    if (errno != ENOENT) throw failure(path_ / name, errno);
+    return Kind::missing;
+}
+
+Folder Folder::below(const std::string& name) const {
+    return {*this, name};
+}
+
+void Folder::move(const std::string& name, const Folder& to) const {
+    if (renameat(descriptor_, name.c_str(), to.descriptor_, name.c_str()) != 0) {
+        throw failure(to.path_ / name, errno);
+    }
 }
 
 // Once for all files: waiting for each takes a hundred times as long. The descriptor is older than the files,
 // so that what went wrong with any of them is told.
-void FolderOnMedium::synchronise() {
-    if (syncfs(descriptor_) != 0) throw failure(folder_, errno);
+void Folder::synchronise() const {
+    if (syncfs(descriptor_) != 0) throw failure(path_, errno);
+}
+
+// The entry is open and locked. Host file systems that know no locks cannot tell who uses it; there nothing
+// counts as abandoned.
+struct HiddenEntry::Lock {
+    ~Lock() { release(); }
+
+    void release() {
+        if (entry >= 0) close(entry);
+        entry = -1;
+    }
+
+    // False when another run found the entry before it was locked, and removed it.
+    bool take(int opened) {
+        release();
+        entry = opened;
+        struct stat facts {};
+        flock(entry, LOCK_EX);
+        return fstat(entry, &facts) == 0 && facts.st_nlink != 0;
+    }
+
+    int entry = -1;
+};
+
+HiddenEntry::HiddenEntry(const Path& folder, const std::string& like, Kind kind)
+    : lock_(std::make_unique<Lock>()) {
+    const auto make = kind == Kind::folder ? makeHiddenFolder : makeHiddenFile;
+    std::string name;
+    do {
+        name = (folder / (hiddenPrefix(like) + std::string(pattern))).string();
+    } while (!lock_->take(make(folder, name)));
+    path_ = std::move(name);
+}
+
+HiddenEntry::~HiddenEntry() {
+    if (!moved_) removeTree(path_);
+}
+
+void HiddenEntry::moveTo(const Path& place) {
+    move(path_, place);
+    moved_ = true;
+}
+
+void removeAbandoned(const Path& folder, const std::string& like) {
+    const std::string prefix = hiddenPrefix(like);
+    std::error_code error;
+    for (fs::directory_iterator at(folder.string(), error), end; !error && at != end; at.increment(error)) {
+        const std::string name = at->path().filename().string();
+        if (!name.starts_with(prefix) || name.size() != prefix.size() + pattern.size()) continue;
+        std::error_code ignored;
+        const fs::file_status status = at->symlink_status(ignored);
+        if (!fs::is_regular_file(status) && !fs::is_directory(status)) continue;
+        const int entry = open(at->path().c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+        if (flock(entry, LOCK_EX | LOCK_NB) == 0) removeTree(at->path().string());
+        close(entry);
+    }
 }
 
 std::string readText(const Path& file) {

@@ -19,6 +19,8 @@ namespace {
 
 // Names that are tried before it is given up.
 constexpr DWORD attempts = 1000;
+// What the lock of a hidden entry has behind its name.
+constexpr std::string_view lockEnding = ".held";
 
 std::string native(const Path& path) {
     return ansi(path.string());
@@ -68,6 +70,19 @@ private:
     HANDLE handle_;
 };
 
+// A link of Windows (a junction, for one) stands for another name. Other entries with such data of a file
+// system driver are what they seem.
+bool isLink(const WIN32_FIND_DATAA& facts) {
+    constexpr DWORD standsForAName = 0x20000000;
+    return (facts.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
+           (facts.dwReserved0 & standsForAName) != 0;
+}
+
+Kind kindFrom(const WIN32_FIND_DATAA& facts) {
+    if (isLink(facts)) return Kind::link;
+    return (facts.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? Kind::folder : Kind::file;
+}
+
 // The one spelling of a path that all others lead to; parts that are not there stay as they are.
 std::string uniquePath(const Path& path) {
     std::string whole = windowsPath(path);
@@ -78,12 +93,16 @@ std::string uniquePath(const Path& path) {
     return whole;
 }
 
+std::string hiddenPrefix(const std::string& like) {
+    return "." + like + ".part-";
+}
+
 // A new entry under a hidden name; `make` says whether it could be made.
 template <class Make>
 Path makeHidden(const Path& folder, const std::string& like, Make make) {
     const DWORD start = GetTickCount();
     for (DWORD i = 0; i < attempts; ++i) {
-        Path name = folder / ("." + like + "part-" + std::to_string(start + i));
+        Path name = folder / (hiddenPrefix(like) + std::to_string(start + i));
         if (make(name)) return name;
         if (GetLastError() != ERROR_FILE_EXISTS && GetLastError() != ERROR_ALREADY_EXISTS) break;
     }
@@ -115,7 +134,8 @@ private:
 
 // Where Windows cannot replace a file in one step, the old one steps aside for as long as that takes.
 void replaceInSteps(const Path& from, const Path& to) {
-    const Path aside = makeHidden(to.parent(), "", [&](const Path& name) { return moveFile(to, name); });
+    const Path aside = makeHidden(to.parent(), to.filename().string() + ".old",
+                                  [&](const Path& name) { return moveFile(to, name); });
     if (!moveFile(from, to)) {
         const HostError why = failure(to);
         moveFile(aside, to);
@@ -124,13 +144,30 @@ void replaceInSteps(const Path& from, const Path& to) {
     removeFile(aside);
 }
 
-void forEachFile(const Path& folder, const std::function<void(const Path&)>& work) {
-    for (const Path& entry : entries(folder)) {
-        if (kindOf(entry) == Kind::folder) {
-            forEachFile(entry, work);
+void forEachFile(const Folder& folder, const std::function<void(const Path&)>& work) {
+    for (const Folder::Entry& entry : folder.entries()) {
+        if (entry.kind == Kind::folder) {
+            forEachFile(folder.below(entry.name), work);
         } else {
-            work(entry);
+            work(folder.path() / entry.name);
         }
+    }
+}
+
+// The lock of an entry is a file that Windows removes when its process ends, however it ends.
+Path lockOf(const Path& entry) {
+    return entry.string() + std::string(lockEnding);
+}
+
+bool isHeld(const Path& entry) {
+    return !DeleteFileA(native(lockOf(entry)).c_str()) && GetLastError() != ERROR_FILE_NOT_FOUND;
+}
+
+void removeEntry(const Path& entry) {
+    if (kindOf(entry) == Kind::folder) {
+        removeTree(entry);
+    } else {
+        removeFile(entry);
     }
 }
 
@@ -152,14 +189,8 @@ std::uint64_t sizeOf(const Path& file) {
 }
 
 std::vector<Path> entries(const Path& folder) {
-    Search search(folder / "*");
-    if (!search.good()) throw failure(folder);
     std::vector<Path> found;
-    do {
-        const std::string name = utf8(search.facts.cFileName);
-        if (name != "." && name != "..") found.push_back(folder / name);
-    } while (search.next());
-    if (GetLastError() != ERROR_NO_MORE_FILES) throw failure(folder);
+    for (const Folder::Entry& entry : Folder(folder).entries()) found.push_back(folder / entry.name);
     return found;
 }
 
@@ -183,23 +214,8 @@ std::uint64_t freeBytes(const Path& folder) {
     return std::uint64_t{sectors} * bytes * available;
 }
 
-bool makeFolders(const Path& folder) {
-    if (kindOf(folder) == Kind::folder) return false;
-    const Path above = folder.parent();
-    if (!above.empty() && !(above == folder)) makeFolders(above);
-    if (kindOf(folder) == Kind::folder) return true;  // named with a separator at its end
+void makeFolder(const Path& folder) {
     check(folder, CreateDirectoryA(native(folder).c_str(), nullptr));
-    return true;
-}
-
-Path makeHiddenFile(const Path& folder, const std::string& like) {
-    return makeHidden(folder, like,
-                      [](const Path& name) { return Handle(name, GENERIC_WRITE, CREATE_NEW).good(); });
-}
-
-Path makeHiddenFolder(const Path& folder, const std::string& like) {
-    return makeHidden(folder, like,
-                      [](const Path& name) { return CreateDirectoryA(native(name).c_str(), nullptr) != 0; });
 }
 
 void move(const Path& from, const Path& to) {
@@ -218,14 +234,14 @@ void removeFile(const Path& file) {
     DeleteFileA(native(file).c_str());
 }
 
+// A link goes, and what it leads to stays.
 void removeTree(const Path& folder) {
     try {
-        for (const Path& entry : entries(folder)) {
-            if (kindOf(entry) == Kind::folder) {
-                removeTree(entry);
-            } else {
-                removeFile(entry);
-            }
+        for (const Folder::Entry& entry : Folder(folder).entries()) {
+            const Path path = folder / entry.name;
+            if (entry.kind == Kind::folder) removeTree(path);
+            if (entry.kind == Kind::link) removeEmptyFolder(path);
+            if (entry.kind != Kind::folder) removeFile(path);
         }
     } catch (const std::exception&) {  // then the folder is not empty and stays
     }
@@ -244,12 +260,91 @@ void synchronise(const Path& file) {
     check(file, opened.good() && FlushFileBuffers(opened.get()));
 }
 
-FolderOnMedium::FolderOnMedium(const Path& folder) : folder_(folder) {}
+// Older Windows opens no folders.
+Folder::Folder(const Path& path) : path_(path) {}
 
-FolderOnMedium::~FolderOnMedium() = default;
+Folder::Folder(const Folder& above, const std::string& name) : path_(above.path_ / name) {
+    if (above.kindOf(name) != Kind::folder) throw HostError(path_, errorText(ERROR_DIRECTORY));
+}
 
-void FolderOnMedium::synchronise() {
-    forEachFile(folder_, [](const Path& file) { host_files::synchronise(file); });
+Folder::~Folder() = default;
+
+std::vector<Folder::Entry> Folder::entries() const {
+    Search search(path_ / "*");
+    if (!search.good()) throw failure(path_);
+    std::vector<Entry> found;
+    do {
+        const std::string name = utf8(search.facts.cFileName);
+        if (name != "." && name != "..") found.push_back({name, kindFrom(search.facts)});
+    } while (search.next());
+    if (GetLastError() != ERROR_NO_MORE_FILES) throw failure(path_);
+    return found;
+}
+
+Kind Folder::kindOf(const std::string& name) const {
+    const Search search(path_ / name);
+    return search.good() ? kindFrom(search.facts) : Kind::missing;
+}
+
+Folder Folder::below(const std::string& name) const {
+    return {*this, name};
+}
+
+void Folder::move(const std::string& name, const Folder& to) const {
+    host_files::move(path_ / name, to.path_ / name);
+}
+
+void Folder::synchronise() const {
+    forEachFile(*this, [](const Path& file) { host_files::synchronise(file); });
+}
+
+struct HiddenEntry::Lock {
+    explicit Lock(const Path& entry)
+        : file(CreateFileA(native(lockOf(entry)).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW,
+                           FILE_ATTRIBUTE_HIDDEN | FILE_FLAG_DELETE_ON_CLOSE, nullptr)) {}
+    ~Lock() {
+        if (good()) CloseHandle(file);
+    }
+    Lock(const Lock&) = delete;
+    Lock& operator=(const Lock&) = delete;
+
+    bool good() const { return file != INVALID_HANDLE_VALUE; }
+
+    HANDLE file;
+};
+
+// The lock is there before the entry and goes after it.
+HiddenEntry::HiddenEntry(const Path& folder, const std::string& like, Kind kind) {
+    path_ = makeHidden(folder, like, [&](const Path& name) {
+        lock_ = std::make_unique<Lock>(name);
+        if (!lock_->good()) return false;
+        return kind == Kind::folder ? CreateDirectoryA(native(name).c_str(), nullptr) != 0
+                                    : Handle(name, GENERIC_WRITE, CREATE_NEW).good();
+    });
+}
+
+HiddenEntry::~HiddenEntry() {
+    if (!moved_) removeEntry(path_);
+}
+
+void HiddenEntry::moveTo(const Path& place) {
+    move(path_, place);
+    moved_ = true;
+}
+
+void removeAbandoned(const Path& folder, const std::string& like) {
+    const std::string prefix = hiddenPrefix(like);
+    try {
+        const Folder here(folder);
+        for (const Folder::Entry& entry : here.entries()) {
+            if (!entry.name.starts_with(prefix)) continue;
+            std::string name = entry.name;
+            if (name.ends_with(lockEnding)) name.resize(name.size() - lockEnding.size());
+            if (name.find_first_not_of("0123456789", prefix.size()) != std::string::npos) continue;
+            if (here.kindOf(name) != Kind::link && !isHeld(folder / name)) removeEntry(folder / name);
+        }
+    } catch (const std::exception&) {  // then they stay
+    }
 }
 
 std::string readText(const Path& file) {

@@ -1,22 +1,22 @@
 #include "tools/common/staging.h"
 
+#include <algorithm>
+
 #include "tools/common/exit_code.h"
 
 namespace tools {
 
+using host_files::Folder;
+using host_files::HiddenEntry;
 using host_files::Kind;
 
 namespace {
 
+// A target has many spellings, and what lies in it one name.
+constexpr const char* folderLike = "unpacked";
+
 Path folderOf(const Path& file) {
     return file.parent().empty() ? Path(".") : file.parent();
-}
-
-// Where a file that is to be written really is: behind a link, and nothing but a file.
-Path placeOf(const Path& target) {
-    const Kind kind = host_files::kindOf(target);
-    if (kind == Kind::file || kind == Kind::missing) return host_files::behindLink(target);
-    throw Problem(ExitCode::refused, target.string() + " is there and is not a file; name another");
 }
 
 // What `work` gives; a failure of the host becomes a problem that says what could not be done.
@@ -29,74 +29,107 @@ auto orProblem(const std::string& what, Work work) {
     }
 }
 
-// A file cannot take a folder's place nor a folder a file's; better told before the first one is moved.
-void refuseConflicts(const Path& from, const Path& to) {
-    for (const Path& entry : host_files::entries(from)) {
-        const Path place = to / entry.filename();
-        const Kind there = host_files::kindOf(place);
+// Where a file that is to be written really is: behind a link, and nothing but a file.
+Path placeOf(const Path& target) {
+    const Kind kind = host_files::kindOf(target);
+    if (kind != Kind::file && kind != Kind::missing) {
+        throw Problem(ExitCode::refused, target.string() + " is there and is not a file; name another");
+    }
+    return orProblem("cannot write " + target.string(), [&] { return host_files::behindLink(target); });
+}
+
+// A new hidden entry; what killed runs have left under such names goes.
+HiddenEntry hiddenEntry(const Path& folder, const std::string& like, Kind kind, const std::string& what) {
+    host_files::removeAbandoned(folder, like);
+    return orProblem(what, [&] { return HiddenEntry(folder, like, kind); });
+}
+
+Problem inTheWay(const Path& place, Kind wanted, Kind there) {
+    if (there == Kind::link) {
+        return {ExitCode::refused, place.string() + " is a link, and none is followed; nothing was changed"};
+    }
+    return {ExitCode::failure, "cannot put " + place.string() + " in place: a " +
+                                   (wanted == Kind::folder ? "file" : "folder") +
+                                   " of that name is in the way; nothing was changed"};
+}
+
+// Only a file takes a file's place, and only folders are merged; better told before the first one is moved.
+void refuseConflicts(const Folder& from, const Folder& to) {
+    for (const auto& [name, kind] : from.entries()) {
+        const Kind there = to.kindOf(name);
         if (there == Kind::missing) continue;
-        const bool folder = host_files::kindOf(entry) == Kind::folder;
-        if (folder != (there == Kind::folder)) {
-            throw Problem(ExitCode::failure, "cannot put " + place.string() + " in place: a " +
-                                                 (folder ? "file" : "folder") +
-                                                 " of that name is in the way; nothing was changed");
-        }
-        if (folder) refuseConflicts(entry, place);
+        if (there != kind) throw inTheWay(to.path() / name, kind, there);
+        if (kind == Kind::folder) refuseConflicts(from.below(name), to.below(name));
     }
 }
 
-void moveEntries(const Path& from, const Path& to) {
-    for (const Path& entry : host_files::entries(from)) {
-        const Path place = to / entry.filename();
-        if (host_files::kindOf(entry) == Kind::folder && host_files::kindOf(place) == Kind::folder) {
-            moveEntries(entry, place);
+void moveEntries(const Folder& from, const Folder& to) {
+    for (const auto& [name, kind] : from.entries()) {
+        if (kind == Kind::folder && to.kindOf(name) == Kind::folder) {
+            moveEntries(from.below(name), to.below(name));
         } else {
-            orProblem("cannot put " + place.string() + " in place", [&] { host_files::move(entry, place); });
+            orProblem("cannot put " + (to.path() / name).string() + " in place",
+                      [&] { from.move(name, to); });
         }
     }
+}
+
+std::size_t filesIn(const Folder& folder) {
+    std::size_t count = 0;
+    for (const auto& [name, kind] : folder.entries()) {
+        count += kind == Kind::folder ? filesIn(folder.below(name)) : 1;
+    }
+    return count;
 }
 
 }  // namespace
 
-StagedFile::StagedFile(const Path& target) : target_(placeOf(target)) {
-    path_ = orProblem("cannot write " + target_.string(), [&] {
-        return host_files::makeHiddenFile(folderOf(target_), target_.filename().string() + ".");
-    });
-}
-
-StagedFile::~StagedFile() {
-    if (!committed_) host_files::removeFile(path_);
-}
+StagedFile::StagedFile(const Path& target)
+    : target_(placeOf(target)),
+      staged_(hiddenEntry(folderOf(target_), target_.filename().string(), Kind::file,
+                          "cannot write " + target_.string())) {}
 
 void StagedFile::commit() {
-    orProblem("cannot write " + target_.string(), [&] { host_files::synchronise(path_); });
-    orProblem("cannot replace " + target_.string(), [&] { host_files::move(path_, target_); });
-    committed_ = true;
+    orProblem("cannot write " + target_.string(), [&] { host_files::synchronise(path()); });
+    orProblem("cannot replace " + target_.string(), [&] { staged_.moveTo(target_); });
 }
 
-StagedFolder::StagedFolder(Path target) : target_(std::move(target)) {
-    madeTarget_ =
-        orProblem("cannot make " + target_.string(), [&] { return host_files::makeFolders(target_); });
-    try {
-        path_ = orProblem("cannot write in " + target_.string(),
-                          [&] { return host_files::makeHiddenFolder(target_, ""); });
-    } catch (const Problem&) {
-        if (madeTarget_) host_files::removeEmptyFolder(target_);
-        throw;
-    }
-    medium_.emplace(path_);
+// The object exists for its destructor before the first folder is made.
+NewFolders::NewFolders(const Path& folder) : NewFolders() {
+    make(folder);
 }
 
-StagedFolder::~StagedFolder() {
-    medium_.reset();
-    host_files::removeTree(path_);
-    if (madeTarget_) host_files::removeEmptyFolder(target_);
+NewFolders::~NewFolders() {
+    std::for_each(made_.rbegin(), made_.rend(), host_files::removeEmptyFolder);
+}
+
+void NewFolders::make(const Path& folder) {
+    const auto isThere = [&] { return host_files::kindOf(folder) == Kind::folder; };
+    if (isThere()) return;
+    const Path above = folder.parent();
+    if (!above.empty() && !(above == folder)) make(above);
+    if (isThere()) return;  // named with a separator at its end
+    host_files::makeFolder(folder);
+    made_.push_back(folder);
+}
+
+StagedFolder::StagedFolder(const Path& target)
+    : made_(orProblem("cannot make " + target.string(), [&] { return NewFolders(target); })),
+      target_(orProblem("cannot write in " + target.string(), [&] { return Folder(target); })),
+      staged_(hiddenEntry(target, folderLike, Kind::folder, "cannot write in " + target.string())),
+      contents_(orProblem("cannot write in " + target.string(), [&] { return Folder(path()); })) {}
+
+std::size_t StagedFolder::files(const Path& below) const {
+    return orProblem("cannot read " + path().string(), [&] { return filesIn(Folder(path() / below)); });
 }
 
 void StagedFolder::commit(const Path& below) {
-    refuseConflicts(path_ / below, target_);
-    orProblem("cannot write in " + target_.string(), [&] { medium_->synchronise(); });
-    moveEntries(path_ / below, target_);
+    const std::string what = "cannot write in " + target_.path().string();
+    const Folder from = orProblem(what, [&] { return Folder(path() / below); });
+    orProblem(what, [&] { refuseConflicts(from, target_); });
+    orProblem(what, [&] { contents_.synchronise(); });
+    orProblem(what, [&] { moveEntries(from, target_); });
+    made_.keep();
 }
 
 }  // namespace tools

@@ -85,7 +85,7 @@ void extractNamed(const Extraction& extraction, const Path& work, const Path& wh
                   const std::string& name) {
     if (name.empty()) throw Problem(ExitCode::usage, "an empty name names no file");
     const Path folder = work / "one";
-    host_files::makeFolders(folder);
+    NewFolders(folder).keep();
     extraction.run(folder, engineName(name, extraction.options.stripFirst).c_str());
     const Path file = onlyFileBelow(folder);
     if (file.empty()) {
@@ -93,7 +93,7 @@ void extractNamed(const Extraction& extraction, const Path& work, const Path& wh
         throw Problem(ExitCode::failure, extraction.options.archive.string() + " holds no file " + name);
     }
     const Path place = whole / hostName(name);
-    host_files::makeFolders(place.parent());
+    NewFolders(place.parent()).keep();
     host_files::move(file, place);
     host_files::removeTree(folder);
 }
