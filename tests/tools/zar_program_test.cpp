@@ -144,6 +144,34 @@ TEST_F(ZarProgram, ReplacesNothingButFilesAndFollowsLinks) {
     EXPECT_EQ(read("elsewhere/c.zar"), read("a.zar"));
 }
 
+// The programs work by host paths, the libraries by Windows paths.
+TEST_F(ZarProgram, OnePathMeansOneFile) {
+    packThree();
+    write("fold/WRONG.TXT", "wrong");
+    write("fold./RIGHT.TXT", "right");
+    write("WRONG.TXT", "wrong");
+    write("deep/WRONG.TXT", "right");
+    write("list.txt", "link/../WRONG.TXT");
+    fs::create_directories(folder_ / "deep/er");
+    fs::create_directory_symlink("deep/er", folder_ / "link");
+    const Words before = names();
+    for (const char* folder : {"new.", "new... /x", "new ", "new\\x", "NUL"}) {
+        const ProgramRun run = zar({"extract", "a.zar", "-C", folder});
+        EXPECT_EQ(run.exitCode, 2) << folder;
+        EXPECT_NE(run.err.find(fs::path(folder).begin()->string() + "'"), std::string::npos) << run.err;
+    }
+    EXPECT_EQ(zar({"create", "fold./b.zar", "in"}).exitCode, 2);
+    EXPECT_EQ(zar({"create", "b.zar", "fold."}).exitCode, 2);
+    EXPECT_EQ(zar({"create", "b.zar", "--list", "list.txt"}).exitCode, 2);
+    EXPECT_EQ(names(), before);
+
+    ASSERT_EQ(zar({"extract", "link/../../a.zar", "-C", "link/../x"}).exitCode, 0);
+    EXPECT_EQ(read("deep/x/A.TXT"), "first");
+    ASSERT_EQ(zar({"create", "link/../b.zar", "link/../x"}).exitCode, 0);
+    EXPECT_EQ(read("deep/b.zar"), read("a.zar"));
+    EXPECT_EQ(names(), before);
+}
+
 TEST_F(ZarProgram, RemovesWhatKilledRunsLeft) {
     packThree();
     {

@@ -14,8 +14,11 @@ std::string converted(std::string_view text, unsigned from, unsigned to);
 std::string utf8(std::string_view ansi);
 // Throws Problem(usage) for a character that the code page has not.
 std::string ansi(std::string_view text);
-// The Windows path of a host file or folder. Throws Problem(usage) likewise.
+// The Windows path of a host file or folder that is there. Throws Problem: usage when no Windows path leads
+// to it, failure when it cannot be looked at.
 std::string windowsPath(const Path& host);
+// The same, spelt as it is but for the separators: a relative path stays one.
+std::string windowsSpelling(const Path& host);
 // The same for a file, as its folder and its name.
 struct WindowsFile {
     std::string folder;

@@ -5,6 +5,7 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -15,6 +16,8 @@
 #include "winlayer/machine.h"
 
 namespace tools {
+
+namespace fs = std::filesystem;
 
 std::vector<std::string> commandLine(int argc, const char* const* argv) {
     return {argv, argv + argc};
@@ -30,13 +33,65 @@ void workAlone() {
     winlayer::Machine::current().drives.workAlone();
 }
 
-std::string windowsPath(const Path& host) {
+namespace {
+
+fs::path physicalPath(const Path& host) {
+    std::error_code error;
+    fs::path physical = fs::canonical(host.string(), error);
+    if (error) throw Problem(ExitCode::failure, "cannot find " + host.string() + ": " + error.message());
+    return physical;
+}
+
+// Whether the libraries find that file of the host by a Windows path, and no other one.
+bool leadsTo(const std::string& path, const fs::path& physical) {
+    std::error_code ignored;
     try {
-        return winlayer::Machine::current().drives.fromHost(
-            std::filesystem::absolute(host.string()).lexically_normal());
+        return fs::equivalent(winlayer::Machine::current().drives.toHost(path), physical, ignored);
     } catch (const std::invalid_argument&) {
-        throw Problem(ExitCode::usage, "'" + host.string() + "' has a character outside the ANSI code page");
+        return false;
     }
+}
+
+// Empty when there is none.
+std::string pathTo(const fs::path& physical) {
+    try {
+        std::string path = winlayer::Machine::current().drives.fromHost(physical);
+        return leadsTo(path, physical) ? path : std::string();
+    } catch (const std::invalid_argument&) {
+        return {};
+    }
+}
+
+// Names the first folder on the way that stands in it.
+Problem unreachable(const fs::path& physical) {
+    fs::path obstacle;
+    for (const fs::path& name : physical) {
+        obstacle /= name;
+        if (pathTo(obstacle).empty()) break;
+    }
+    return {ExitCode::usage,
+            "no Windows path leads to '" + obstacle.string() +
+                "' (its name is a device's, ends in a dot or a blank, or has a character that "
+                "Windows names or the ANSI code page lack)"};
+}
+
+}  // namespace
+
+std::string windowsPath(const Path& host) {
+    const fs::path physical = physicalPath(host);
+    std::string path = pathTo(physical);
+    if (path.empty()) throw unreachable(physical);
+    return path;
+}
+
+std::string windowsSpelling(const Path& host) {
+    std::string path = ansi(host.string());
+    std::replace(path.begin(), path.end(), '/', '\\');
+    const fs::path physical = physicalPath(host);
+    if (pathTo(physical).empty()) throw unreachable(physical);
+    if (leadsTo(path, physical)) return path;
+    throw Problem(ExitCode::usage, "Windows takes '" + host.string() + "' for another file than " +
+                                       physical.string() + "; name it without links");
 }
 
 namespace terminal {

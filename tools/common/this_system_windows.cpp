@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <iostream>
 
 #include "tools/common/exit_code.h"
@@ -58,6 +59,12 @@ std::string windowsPath(const Path& host) {
     const bool root = size == 3 && whole[1] == ':';
     if (!root && whole.back() == '\\') whole.pop_back();
     return whole;
+}
+
+std::string windowsSpelling(const Path& host) {
+    std::string path = ansi(host.string());
+    std::replace(path.begin(), path.end(), '/', '\\');
+    return path;
 }
 
 namespace terminal {

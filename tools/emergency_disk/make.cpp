@@ -117,6 +117,7 @@ void make(const MakeOptions& options, Session& session) {
     const std::unique_ptr<Workplace> workplace = workplaceFor(options);
     const std::string label = checkedLabel(options.label);
     const DiskPlan plan = readPlan(options.archive);
+    windowsPath(options.archive);  // by which the maker reads what was checked
     confirm(options, examine(options.target), session.console);
     if (!options.dryRun) {
         Cancellation cancellation;

@@ -1,4 +1,3 @@
-#include <algorithm>
 #include <sstream>
 
 #include "tools/common/archive_reading.h"
@@ -24,9 +23,13 @@ public:
           console_(console) {}
 
     void UPDATE_WINDOW(const char* text, int) override {
+        ++files_;
         current_ = utf8(text);
         console_.status(current_);
     }
+
+    // How many files were packed.
+    std::size_t files() const { return files_; }
 
     // The status line of the file that was packed last.
     const std::string& current() const { return current_; }
@@ -34,6 +37,7 @@ public:
 private:
     Console& console_;
     std::string current_;
+    std::size_t files_ = 0;
 };
 
 // The names in a list as people write it: one host path a line, any line ends.
@@ -62,9 +66,7 @@ std::string engineList(const Path& list) {
             throw Problem(ExitCode::failure,
                           list.string() + ", line " + std::to_string(number) + ": no such file: " + name);
         }
-        std::string path = ansi(name);
-        std::replace(path.begin(), path.end(), '/', '\\');
-        text += path + "\r\n";
+        text += windowsSpelling(name) + "\r\n";
     }
     if (text.empty()) throw Problem(ExitCode::failure, "the list " + list.string() + " names no file");
     if (text.size() > maximumListBytes) {
@@ -115,8 +117,9 @@ void refuseEmptyFiles(const CreateOptions& options) {
     for (const std::string& name : namesIn(options.list)) refuseEmptyFile(name);
 }
 
-void pack(const CreateOptions& options, const std::string& source, const StagedFile& staged, Session& session,
-          Cancellation& cancellation) {
+// Gives the number of files.
+std::size_t pack(const CreateOptions& options, const std::string& source, const StagedFile& staged,
+                 Session& session, Cancellation& cancellation) {
     Packer packer(source, windowsPath(staged.path()), session.console);
     const Cancellation::Scope scope(cancellation, [&packer] { packer.SendCancelCommand(); });
     try {
@@ -128,6 +131,15 @@ void pack(const CreateOptions& options, const std::string& source, const StagedF
         throw explain(options, packer, fault);
     }
     cancellation.check();
+    return packer.files();
+}
+
+// What was packed must be in the archive that is about to get its name.
+void refuseOtherCount(const CreateOptions& options, std::size_t packed, std::size_t found) {
+    if (packed == found) return;
+    throw Problem(ExitCode::failure, "cannot write " + options.archive.string() + ": it would hold " +
+                                         std::to_string(found) + " of the " + std::to_string(packed) +
+                                         " files that were packed; nothing was changed");
 }
 
 }  // namespace
@@ -156,8 +168,9 @@ void create(const CreateOptions& options, Session& session) {
         source = windowsPath(list->path());
     }
     StagedFile staged(options.archive);
-    pack(options, source, staged, session, cancellation);
+    const std::size_t packed = pack(options, source, staged, session, cancellation);
     const std::size_t files = countSoundArchive(staged.path());
+    refuseOtherCount(options, packed, files);
     cancellation.check();
     staged.commit();
     session.result["archive"] = options.archive.string();

@@ -1,4 +1,6 @@
 #include <algorithm>
+#include <array>
+#include <set>
 
 #include "tools/common/archive_reading.h"
 #include "tools/common/host_files.h"
@@ -7,6 +9,7 @@
 #include "tools/common/staging.h"
 #include "tools/zar/commands.h"
 #include "zar_extract.h"
+#include "zar_name.h"
 
 namespace tools::zar {
 
@@ -63,12 +66,6 @@ std::string engineName(const std::string& name, bool stripFirst) {
     return text;
 }
 
-Path hostName(const std::string& name) {
-    std::string text = name;
-    std::replace(text.begin(), text.end(), '\\', pathSeparators[0]);
-    return text.substr(std::min(text.find_first_not_of(pathSeparators), text.size()));
-}
-
 // The one file below a folder; empty when there is none.
 Path onlyFileBelow(const Path& folder) {
     for (const Path& entry : host_files::entries(folder)) {
@@ -79,10 +76,35 @@ Path onlyFileBelow(const Path& folder) {
     return {};
 }
 
+constexpr DWORD longestPath = 4096;
+
+// How many files an archive's records give below a folder, where they are. Names that Windows takes for one
+// give one.
+std::size_t filesGiven(const ExtractOptions& options, const Path& folder) {
+    const std::string root = windowsPath(folder);
+    std::set<std::string> paths;
+    walkArchive(options.archive, [&](const ::zar::Entry& record) {
+        const bool stripped = options.stripFirst && !record.oldLayout;
+        const std::string name = stripped ? ::zar::WithoutFirstElement(record.name) : record.name;
+        std::array<char, longestPath> path;
+        const DWORD size = GetShortPathNameA(::zar::JoinPath(root, name).c_str(), path.data(), longestPath);
+        paths.emplace(path.data(), size < longestPath ? size : 0);
+    });
+    return paths.size();
+}
+
+// What was unpacked must be in the folder that is about to be moved to its place.
+void refuseOtherCount(const ExtractOptions& options, std::size_t unpacked, std::size_t staged) {
+    if (unpacked == staged) return;
+    throw Problem(ExitCode::failure, "cannot unpack " + options.archive.string() + ": " +
+                                         std::to_string(staged) + " of " + std::to_string(unpacked) +
+                                         " files were written; nothing was changed");
+}
+
 // The extractor does not tell whether the archive holds the name, so each file gets a folder of its own: what
-// lies there afterwards is the answer.
-void extractNamed(const Extraction& extraction, const Path& work, const Path& whole,
-                  const std::string& name) {
+// lies there afterwards is the answer. Gives how many files this added.
+std::size_t extractNamed(const Extraction& extraction, const Path& work, const Path& whole,
+                         const std::string& name) {
     if (name.empty()) throw Problem(ExitCode::usage, "an empty name names no file");
     const Path folder = work / "one";
     NewFolders(folder).keep();
@@ -92,10 +114,12 @@ void extractNamed(const Extraction& extraction, const Path& work, const Path& wh
         countSoundArchive(extraction.options.archive);
         throw Problem(ExitCode::failure, extraction.options.archive.string() + " holds no file " + name);
     }
-    const Path place = whole / hostName(name);
+    const Path place = whole / file.string().substr(folder.string().size() + 1);
     NewFolders(place.parent()).keep();
+    const bool again = host_files::kindOf(place) == host_files::Kind::file;
     host_files::move(file, place);
     host_files::removeTree(folder);
+    return again ? 0 : 1;
 }
 
 }  // namespace
@@ -107,15 +131,19 @@ void extract(const ExtractOptions& options, Session& session) {
     Unpacker unpacker(staged, options.folder, session.console);
     const Cancellation::Scope scope(cancellation, [&unpacker] { unpacker.SendCancelCommand(); });
     const Extraction extraction{options, unpacker, cancellation};
-    std::size_t files = options.names.size();
+    const Path below = options.names.empty() ? "" : "whole";
+    std::size_t unpacked = 0;
     if (options.names.empty()) {
-        files = countSoundArchive(options.archive);
+        unpacked = countSoundArchive(options.archive);
         extraction.run(staged.path(), nullptr);
-    } else {
-        const Path whole = staged.path() / "whole";
-        for (const std::string& name : options.names) extractNamed(extraction, staged.path(), whole, name);
     }
-    staged.commit(options.names.empty() ? "" : "whole");
+    for (const std::string& name : options.names) {
+        unpacked += extractNamed(extraction, staged.path(), staged.path() / below, name);
+    }
+    const std::size_t files = staged.files(below);
+    if (files != unpacked && options.names.empty()) unpacked = filesGiven(options, staged.path());
+    refuseOtherCount(options, unpacked, files);
+    staged.commit(below);
     session.result["files"] = files;
     session.result["directory"] = options.folder.string();
     if (session.json) return;
