@@ -27,11 +27,15 @@ std::string withoutEndingSlash(std::string path) {
 }
 
 // The host path without links on its way, so that ".." is the folder that the host takes it for. The last
-// name stays even if it is a link's: it is the name that was asked for.
+// name stays even if it is a link's: it is the name that was asked for. Throws std::invalid_argument for a
+// relative path when the current directory is gone.
 std::string physicalPath(const fs::path& hostPath) {
-    const fs::path path = withoutEndingSlash(fs::absolute(hostPath).string());
-    const bool named = path.filename() != "." && path.filename() != "..";
     std::error_code error;
+    const fs::path path = withoutEndingSlash(fs::absolute(hostPath, error).string());
+    if (error) {
+        throw std::invalid_argument("no Windows path leads to " + hostPath.string());
+    }
+    const bool named = path.filename() != "." && path.filename() != "..";
     const fs::path folder = fs::weakly_canonical(named ? path.parent_path() : path, error);
     if (error) {
         return withoutEndingSlash(path.lexically_normal().string());

@@ -109,9 +109,9 @@ private:
     Path path_;
     bool moved_ = false;
 };
-// Removes the hidden entries of such names that no living process has: what runs left that were killed.
-// Throws nothing: what cannot be removed stays.
-void removeAbandoned(const Path& folder, const std::string& like);
+// Removes the hidden entries of such names and that kind that no living process has: what runs left that were
+// killed. Throws nothing: what cannot be removed stays.
+void removeAbandoned(const Path& folder, const std::string& like, Kind kind);
 
 // A whole text file of people, as UTF-8.
 std::string readText(const Path& file);

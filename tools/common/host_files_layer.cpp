@@ -58,6 +58,16 @@ int openFolder(int above, const char* name, int flags = 0) {
 // What the host replaces in the name of a new entry.
 constexpr std::string_view pattern = "XXXXXX";
 
+// Opened anew: a descriptor has one place in the listing for all who read by it.
+DIR* openListing(int folder) {
+    const int again = openat(folder, ".", asFolder);
+    DIR* const listing = fdopendir(again);
+    const int error = errno;
+    if (listing == nullptr) close(again);
+    errno = error;
+    return listing;
+}
+
 std::string hiddenPrefix(const std::string& like) {
     return "." + like + ".part-";
 }
@@ -78,6 +88,12 @@ int makeHiddenFolder(const Path& folder, std::string& name) {
     if (opened >= 0 || error == ENOENT) return opened;
     rmdir(name.c_str());
     throw failure(folder, error);
+}
+
+void removeUnlocked(const Path& path) {
+    const int entry = open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
+    if (flock(entry, LOCK_EX | LOCK_NB) == 0) removeTree(path);
+    close(entry);
 }
 
 // Where a link to another name leads, in one step.
@@ -189,9 +205,7 @@ Folder::~Folder() {
 }
 
 std::vector<Folder::Entry> Folder::entries() const {
-    // Opened anew: a descriptor has one place in the listing for all who read by it.
-    const std::unique_ptr<DIR, int (*)(DIR*)> listing(fdopendir(openat(descriptor_, ".", asFolder)),
-                                                      closedir);
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(openListing(descriptor_), closedir);
     if (listing == nullptr) throw failure(path_, errno);
     std::vector<Entry> found;
     for (errno = 0; const dirent* entry = readdir(listing.get()); errno = 0) {
@@ -240,12 +254,13 @@ struct HiddenEntry::Lock {
     }
 
     // False when another run found the entry before it was locked, and removed it.
-    bool take(int opened) {
+    bool take(int opened, const std::string& name) {
         release();
         entry = opened;
-        struct stat facts {};
         flock(entry, LOCK_EX);
-        return fstat(entry, &facts) == 0 && facts.st_nlink != 0;
+        struct stat held {
+        }, named{};
+        return fstat(entry, &held) == 0 && lstat(name.c_str(), &named) == 0 && held.st_ino == named.st_ino;
     }
 
     int entry = -1;
@@ -255,9 +270,11 @@ HiddenEntry::HiddenEntry(const Path& folder, const std::string& like, Kind kind)
     : lock_(std::make_unique<Lock>()) {
     const auto make = kind == Kind::folder ? makeHiddenFolder : makeHiddenFile;
     std::string name;
+    int entry = -1;
     do {
         name = (folder / (hiddenPrefix(like) + std::string(pattern))).string();
-    } while (!lock_->take(make(folder, name)));
+        entry = make(folder, name);
+    } while (!lock_->take(entry, name));
     path_ = std::move(name);
 }
 
@@ -270,18 +287,16 @@ void HiddenEntry::moveTo(const Path& place) {
     moved_ = true;
 }
 
-void removeAbandoned(const Path& folder, const std::string& like) {
+void removeAbandoned(const Path& folder, const std::string& like, Kind kind) {
     const std::string prefix = hiddenPrefix(like);
-    std::error_code error;
-    for (fs::directory_iterator at(folder.string(), error), end; !error && at != end; at.increment(error)) {
-        const std::string name = at->path().filename().string();
-        if (!name.starts_with(prefix) || name.size() != prefix.size() + pattern.size()) continue;
-        std::error_code ignored;
-        const fs::file_status status = at->symlink_status(ignored);
-        if (!fs::is_regular_file(status) && !fs::is_directory(status)) continue;
-        const int entry = open(at->path().c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC);
-        if (flock(entry, LOCK_EX | LOCK_NB) == 0) removeTree(at->path().string());
-        close(entry);
+    const auto isHidden = [&](const std::string& name) {
+        return name.starts_with(prefix) && name.size() == prefix.size() + pattern.size();
+    };
+    try {
+        for (const Folder::Entry& entry : Folder(folder).entries()) {
+            if (entry.kind == kind && isHidden(entry.name)) removeUnlocked(folder / entry.name);
+        }
+    } catch (const HostError&) {  // then they stay
     }
 }
 

@@ -332,7 +332,7 @@ void HiddenEntry::moveTo(const Path& place) {
     moved_ = true;
 }
 
-void removeAbandoned(const Path& folder, const std::string& like) {
+void removeAbandoned(const Path& folder, const std::string& like, Kind kind) {
     const std::string prefix = hiddenPrefix(like);
     try {
         const Folder here(folder);
@@ -341,7 +341,10 @@ void removeAbandoned(const Path& folder, const std::string& like) {
             std::string name = entry.name;
             if (name.ends_with(lockEnding)) name.resize(name.size() - lockEnding.size());
             if (name.find_first_not_of("0123456789", prefix.size()) != std::string::npos) continue;
-            if (here.kindOf(name) != Kind::link && !isHeld(folder / name)) removeEntry(folder / name);
+            const Kind there = here.kindOf(name);
+            if ((there == kind || there == Kind::missing) && !isHeld(folder / name)) {
+                removeEntry(folder / name);
+            }
         }
     } catch (const std::exception&) {  // then they stay
     }

@@ -40,7 +40,7 @@ Path placeOf(const Path& target) {
 
 // A new hidden entry; what killed runs have left under such names goes.
 HiddenEntry hiddenEntry(const Path& folder, const std::string& like, Kind kind, const std::string& what) {
-    host_files::removeAbandoned(folder, like);
+    host_files::removeAbandoned(folder, like, kind);
     return orProblem(what, [&] { return HiddenEntry(folder, like, kind); });
 }
 
