@@ -44,12 +44,16 @@ HiddenEntry hiddenEntry(const Path& folder, const std::string& like, Kind kind, 
     return orProblem(what, [&] { return HiddenEntry(folder, like, kind); });
 }
 
-Problem inTheWay(const Path& place, Kind wanted, Kind there) {
+Problem inTheWay(const Path& place, Kind there) {
+    const std::string& name = place.string();
     if (there == Kind::link) {
-        return {ExitCode::refused, place.string() + " is a link, and none is followed; nothing was changed"};
+        return {ExitCode::refused, name + " is a link, and none is followed; nothing was changed"};
     }
-    return {ExitCode::failure, "cannot put " + place.string() + " in place: a " +
-                                   (wanted == Kind::folder ? "file" : "folder") +
+    if (there == Kind::other) {
+        return {ExitCode::refused, name + " is neither a file nor a folder; nothing was changed"};
+    }
+    return {ExitCode::failure, "cannot put " + name + " in place: a " +
+                                   (there == Kind::folder ? "folder" : "file") +
                                    " of that name is in the way; nothing was changed"};
 }
 
@@ -58,7 +62,7 @@ void refuseConflicts(const Folder& from, const Folder& to) {
     for (const auto& [name, kind] : from.entries()) {
         const Kind there = to.kindOf(name);
         if (there == Kind::missing) continue;
-        if (there != kind) throw inTheWay(to.path() / name, kind, there);
+        if (there != kind) throw inTheWay(to.path() / name, there);
         if (kind == Kind::folder) refuseConflicts(from.below(name), to.below(name));
     }
 }
@@ -119,13 +123,13 @@ StagedFolder::StagedFolder(const Path& target)
       staged_(hiddenEntry(target, folderLike, Kind::folder, "cannot write in " + target.string())),
       contents_(orProblem("cannot write in " + target.string(), [&] { return Folder(path()); })) {}
 
-std::size_t StagedFolder::files(const Path& below) const {
-    return orProblem("cannot read " + path().string(), [&] { return filesIn(Folder(path() / below)); });
+std::size_t StagedFolder::files(const std::string& below) const {
+    return orProblem("cannot read " + path().string(), [&] { return filesIn(contents_.below(below)); });
 }
 
-void StagedFolder::commit(const Path& below) {
+void StagedFolder::commit(const std::string& below) {
     const std::string what = "cannot write in " + target_.path().string();
-    const Folder from = orProblem(what, [&] { return Folder(path() / below); });
+    const Folder from = orProblem(what, [&] { return contents_.below(below); });
     orProblem(what, [&] { refuseConflicts(from, target_); });
     orProblem(what, [&] { contents_.synchronise(); });
     orProblem(what, [&] { moveEntries(from, target_); });

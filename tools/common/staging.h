@@ -59,14 +59,14 @@ public:
     StagedFolder& operator=(const StagedFolder&) = delete;
 
     const Path& path() const { return staged_.path(); }
-    // How many files are staged below one of its folders, or below itself.
-    std::size_t files(const Path& below = {}) const;
-    // Puts everything on the medium, then moves it (or what is below one of its folders) to its place below
+    // How many files are staged below one of its folders ("." is itself).
+    std::size_t files(const std::string& below) const;
+    // Puts everything on the medium, then moves what is below one of its folders to its place below
     // the target, replacing files, merging folders, following no link. Throws Problem before anything is
     // moved when something is in the way (refused for a link, failure for a file or folder that is needed as
     // the other), and otherwise one that names the first entry that could not be moved; the entries before it
     // are in place, each whole.
-    void commit(const Path& below = {});
+    void commit(const std::string& below);
 
 private:
     NewFolders made_;

@@ -131,7 +131,7 @@ void extract(const ExtractOptions& options, Session& session) {
     Unpacker unpacker(staged, options.folder, session.console);
     const Cancellation::Scope scope(cancellation, [&unpacker] { unpacker.SendCancelCommand(); });
     const Extraction extraction{options, unpacker, cancellation};
-    const Path below = options.names.empty() ? "" : "whole";
+    const std::string below = options.names.empty() ? "." : "whole";
     std::size_t unpacked = 0;
     if (options.names.empty()) {
         unpacked = countSoundArchive(options.archive);
