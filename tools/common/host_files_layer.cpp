@@ -211,8 +211,8 @@ std::vector<Folder::Entry> Folder::entries() const {
     for (errno = 0; const dirent* entry = readdir(listing.get()); errno = 0) {
         const std::string name = entry->d_name;
         if (name == "." || name == "..") continue;
-        const bool told = entry->d_type != DT_UNKNOWN;
-        found.push_back({name, told ? kindFrom(DTTOIF(entry->d_type)) : kindOf(name)});
+        const auto mode = static_cast<mode_t>(DTTOIF(entry->d_type));
+        found.push_back({name, entry->d_type == DT_UNKNOWN ? kindOf(name) : kindFrom(mode)});
     }
     if (errno != 0) throw failure(path_, errno);
     return found;

@@ -68,12 +68,12 @@ void refuseConflicts(const Folder& from, const Folder& to) {
 }
 
 void moveEntries(const Folder& from, const Folder& to) {
-    for (const auto& [name, kind] : from.entries()) {
-        if (kind == Kind::folder && to.kindOf(name) == Kind::folder) {
-            moveEntries(from.below(name), to.below(name));
+    for (const Folder::Entry& entry : from.entries()) {
+        if (entry.kind == Kind::folder && to.kindOf(entry.name) == Kind::folder) {
+            moveEntries(from.below(entry.name), to.below(entry.name));
         } else {
-            orProblem("cannot put " + (to.path() / name).string() + " in place",
-                      [&] { from.move(name, to); });
+            orProblem("cannot put " + (to.path() / entry.name).string() + " in place",
+                      [&] { from.move(entry.name, to); });
         }
     }
 }
