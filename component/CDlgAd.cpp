@@ -63,10 +63,9 @@ void CDlgAd::OnLayOut(const RECT& client) {
     const LONG pictureHeight = height / 5;
     page_layout::Move(Window(), IDC_PICTURE, client.left + (width - pictureWidth) / 2, client.top,
                       pictureWidth, pictureHeight, false);
-    const LONG textWidth = static_cast<LONG>(width * 0.8);
+    const LONG textWidth = width * 4 / 5;
     page_layout::Move(Window(), IDC_RICH_TEXT, client.left + (width - textWidth) / 2,
-                      client.top - static_cast<LONG>(pictureHeight * -1.2), textWidth, richTextHeight_,
-                      false);
+                      client.top + pictureHeight * 12 / 10, textWidth, richTextHeight_, false);
 }
 
 bool CDlgAd::OnCommand(WORD id) {

@@ -6,10 +6,9 @@
 RECT FitPicture(const RECT& place, LONG pictureWidth, LONG pictureHeight) {
     const LONG placeWidth = place.right - place.left;
     const LONG placeHeight = place.bottom - place.top;
-    const double proportion = static_cast<double>(pictureWidth) / pictureHeight;
-    const bool wider = static_cast<double>(placeWidth) / placeHeight > proportion;
-    const LONG width = wider ? static_cast<LONG>(placeHeight * proportion) : placeWidth;
-    const LONG height = wider ? placeHeight : static_cast<LONG>(placeWidth / proportion);
+    const bool wider = placeWidth * pictureHeight > placeHeight * pictureWidth;
+    const LONG width = wider ? placeHeight * pictureWidth / pictureHeight : placeWidth;
+    const LONG height = wider ? placeHeight : placeWidth * pictureHeight / pictureWidth;
     const LONG left = place.left + (placeWidth - width) / 2;
     const LONG top = place.top + (placeHeight - height) / 2;
     return {left, top, left + width, top + height};
