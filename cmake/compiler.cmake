@@ -28,13 +28,18 @@ if(WIN32)
     target_compile_definitions(project_options INTERFACE
         WINVER=0x0501 _WIN32_WINNT=0x0501 WIN32_LEAN_AND_MEAN NOMINMAX)
     # The same sources give the same bytes.
-    target_link_options(project_options INTERFACE -static LINKER:--no-insert-timestamp)
+    target_link_options(project_options INTERFACE LINKER:--no-insert-timestamp)
+    # The compiler's runtime library is inside, but for a target that sets this property of its own.
+    set(own_runtime "$<NOT:$<BOOL:$<TARGET_PROPERTY:SHARED_RUNTIME>>>")
+    target_link_options(project_options INTERFACE "$<${own_runtime}:-static>")
     if(EMDISK_WINDOWS_CPU STREQUAL "i686")
         # Comes before the compiler's own libraries, which are searched after all others.
-        add_library(old_windows STATIC ${PROJECT_SOURCE_DIR}/oldwindows/old_windows.cpp)
+        file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/oldwindows/*.cpp)
+        add_library(old_windows STATIC ${sources})
         target_compile_options(old_windows PRIVATE -Wall -Wextra -Wpedantic -Werror)
-        target_link_libraries(project_options INTERFACE old_windows)
-        target_link_options(project_options INTERFACE LINKER:-u,__imp__CreateSemaphoreW@16)
+        target_link_libraries(project_options INTERFACE "$<${own_runtime}:old_windows>")
+        target_link_options(project_options INTERFACE
+            "$<${own_runtime}:LINKER:-u,__imp__CreateSemaphoreW@16,--wrap=_imp__GetModuleHandleA@4>")
     endif()
 else()
     find_package(Threads REQUIRED)
