@@ -53,4 +53,4 @@ packages_windows="g++-mingw-w64-i686-win32 zip"
 packages_test="$packages_run $packages_wizard libgtest-dev libunicorn-dev qemu-system-x86 mtools dosfstools attr
     pkg-config man-db zsh fish dpkg-dev"
 packages_ci="$packages_test $packages_windows clang clang-format clang-tidy cppcheck libclang-rt-14-dev googletest git
-    g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix wine64 wine xvfb"
+    g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix wine64 wine xvfb mmdebstrap arch-test"

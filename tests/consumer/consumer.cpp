@@ -2,7 +2,6 @@
 #include <zar_archive.h>
 #include <zar_extract.h>
 
-#include <exception>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -25,6 +24,14 @@ private:
     int files_ = 0;
 };
 
+struct Stop {};
+
+// A program's own exception on its way through the library.
+class Stopper : public Extract_ZAR {
+public:
+    void MoveSlider(int, int) override { throw Stop(); }
+};
+
 std::string contents(const char* name) {
     std::ifstream file(name, std::ios::binary);
     return {std::istreambuf_iterator<char>(file), {}};
@@ -45,19 +52,29 @@ void roundTrip() {
     std::cout << unpacker.files() << " file unpacked: " << contents("unpacked/consumer.txt");
 }
 
-}  // namespace
-
-int main() {
-    UtilsString text = "C:\\temp";
-    text.ReplaceAll("\\", "/");
-    std::cout << text.GetString() << '\n';
+void exceptionsThatLeaveTheLibrary() {
     try {
-        roundTrip();
+        Stopper().Extract(nullptr, here("consumer.zar"), here("unpacked"), nullptr, 1, 0);
+    } catch (const Stop&) {
+        std::cout << "stopped by the program\n";
+    }
+    try {
         Extract_ZAR().Extract(nullptr, here("consumer.txt"), here("unpacked"), nullptr, 1, 0);
     } catch (const UTILS::std_exception& fault) {
         // The report ends with what went wrong, behind the type code.
         const std::string report = fault.what();
         std::cout << "no archive: " << report.substr(report.find("Type:")) << '\n';
     }
+}
+
+}  // namespace
+
+// With the argument "inside" for a module whose exceptions cannot leave it.
+int main(int count, char** arguments) {
+    UtilsString text = "C:\\temp";
+    text.ReplaceAll("\\", "/");
+    std::cout << text.GetString() << '\n';
+    roundTrip();  // whose end of the archive is an exception that the library catches
+    if (count == 1 || std::string(arguments[1]) != "inside") exceptionsThatLeaveTheLibrary();
     return std::cout.flush() ? 0 : 1;
 }
