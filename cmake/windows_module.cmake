@@ -44,7 +44,9 @@ function(windows_exports target decorated)
     target_link_options(${target} PRIVATE -Wl,--enable-stdcall-fixup)
     if(NOT plain STREQUAL names)
         add_custom_command(TARGET ${target} POST_BUILD
-            COMMAND ${CMAKE_DLLTOOL} --kill-at --input-def ${decorated} --output-lib $<TARGET_LINKER_FILE:${target}>
+            COMMAND ${CMAKE_DLLTOOL} --kill-at --input-def ${decorated}
+                --output-lib $<TARGET_LINKER_FILE_NAME:${target}>  # a path would be in the names of its members
+            WORKING_DIRECTORY $<TARGET_LINKER_FILE_DIR:${target}>
             VERBATIM)
     endif()
 endfunction()
