@@ -17,6 +17,24 @@ constexpr std::size_t headAt = 0x200;
 constexpr std::size_t blocksAt = 0x204;
 constexpr DWORD largestLoader = 127 * size;  // bits 9 to 15 of the size are all that the boot code takes
 
+struct Parameter {
+    std::size_t at;
+    std::size_t bytes;
+    const char* what;
+};
+constexpr Parameter parameters[] = {
+    {bytesPerSectorAt, 2, "number of bytes per sector"},
+    {sectorsPerClusterAt, 1, "number of sectors per cluster"},
+    {reservedSectorsAt, 2, "number of reserved sectors"},
+    {fatCountAt, 1, "number of FATs"},
+    {rootEntriesAt, 2, "number of root directory entries"},
+    {totalSectorsAt, 2, "number of sectors"},
+    {mediaDescriptorAt, 1, "media descriptor"},
+    {sectorsPerFatAt, 2, "number of sectors per FAT"},
+    {sectorsPerTrackAt, 2, "number of sectors per track"},
+    {headsAt, 2, "number of heads"},
+};
+
 // What the boot code sees from 8000h on: the root directory, over it the loader, zeros elsewhere.
 constexpr std::size_t memorySize = 0x200 + 255 * size;
 static_assert(memorySize > 0x10000);
@@ -48,12 +66,16 @@ public:
     explicit Findings(std::vector<Finding>& list) : list_(list) {}
 
     bool add(const char* name, bool passed, std::string good, std::string bad) {
-        list_.push_back({name, passed, passed ? std::move(good) : std::move(bad)});
+        list_.push_back({name, passed, passed ? std::move(good) : std::move(bad), !passed && unreadable_});
+        unreadable_ = false;
         return passed;
     }
+    // A sector could not be read, which the next finding is about.
+    void noteUnreadable() { unreadable_ = true; }
 
 private:
     std::vector<Finding>& list_;
+    bool unreadable_ = false;
 };
 
 // Checks what the boot code looks at in a loader that it has read to the start of `memory`, in its order.
@@ -71,8 +93,8 @@ bool checkContent(std::span<const unsigned char> memory, std::size_t sectors, Fi
     findings.add(
         "loader-blocks", blocks > 0 && blocks < sectors,
         "The checksum covers " + std::to_string(blocks) + " of the loader's sectors.",
-        "The loader's checksum is to cover " + std::to_string(blocks) + " sectors; " +
-            (sectors > 1 ? "1 to " + std::to_string(sectors - 1) + " are there." : "none are there."));
+        "The number of sectors that the loader's checksum is to cover is " + std::to_string(blocks) + "; " +
+            (sectors > 1 ? "from 1 to " + std::to_string(sectors - 1) + " can be." : "none can be."));
     WORD sum = 0;
     for (std::size_t offset = headAt; offset < headAt + blocks * size; offset += 2) {
         sum = static_cast<WORD>(sum + wordAt(memory, offset));
@@ -103,15 +125,24 @@ public:
         if (!entry) {
             return;
         }
-        checkLength(longAt(*entry, fileSizeAt), findings_);
-        const bool entered = readLoader(*entry);
-        checkChain(wordAt(*entry, firstClusterAt), longAt(*entry, fileSizeAt));
-        report_.loaderStarts = entered && bootable_;
+        const WORD cluster = wordAt(*entry, firstClusterAt);
+        const DWORD bytes = longAt(*entry, fileSizeAt);
+        checkLength(bytes, findings_);
+        checkFirstCluster(cluster);
+        checkChain(cluster, bytes);
+        report_.loaderStarts = readLoader(*entry) && bootable_;
     }
 
 private:
     bool readSector(DWORD sectorNumber, unsigned char* target) {
-        return sectorNumber < totalSectors && read_(sectorNumber, Sector(target, size));
+        if (sectorNumber >= totalSectors) {
+            return false;
+        }
+        const bool read = read_(sectorNumber, Sector(target, size));
+        if (!read) {
+            findings_.noteUnreadable();
+        }
+        return read;
     }
 
     // As the boot code and the BIOS between them turn a sector number into a place on the diskette.
@@ -159,39 +190,11 @@ private:
         const bool jumps = findings_.add("jump", equals(model, jumpAt, oemNameAt),
                                          "The boot sector begins with the jump to the boot code.",
                                          "The boot sector does not begin with the jump to the boot code.");
-        checkParameterBlock(model);
+        report_.findings.push_back(CheckParameterBlock(boot_));
         return findings_.add("boot-code", equals(model, templateAt, signatureAt),
                              "The boot code is that of the emergency diskette.",
                              "The boot code is not that of the emergency diskette.") &&
                jumps;
-    }
-
-    void checkParameterBlock(const Image& model) {
-        struct Field {
-            std::size_t at;
-            std::size_t bytes;
-            const char* what;
-        };
-        static constexpr Field fields[] = {
-            {bytesPerSectorAt, 2, "bytes per sector"},     {sectorsPerClusterAt, 1, "sectors per cluster"},
-            {reservedSectorsAt, 2, "reserved sectors"},    {fatCountAt, 1, "FATs"},
-            {rootEntriesAt, 2, "root directory entries"},  {totalSectorsAt, 2, "sectors"},
-            {mediaDescriptorAt, 1, "as media descriptor"}, {sectorsPerFatAt, 2, "sectors per FAT"},
-            {sectorsPerTrackAt, 2, "sectors per track"},   {headsAt, 2, "heads"},
-        };
-        const auto wrong = std::find_if(std::begin(fields), std::end(fields), [&](const Field& field) {
-            return !equals(model, field.at, field.at + field.bytes);
-        });
-        const bool sound = wrong == std::end(fields);
-        std::string bad;
-        if (!sound) {
-            const auto value = [&](const Image& image) {
-                return number(wrong->bytes == 1 ? image[wrong->at] : wordAt(image, wrong->at));
-            };
-            bad = "The parameter block states " + value(boot_) + " " + wrong->what +
-                  "; a 1.44 MB diskette has " + value(model) + ".";
-        }
-        findings_.add("parameter-block", sound, "The parameter block is that of a 1.44 MB diskette.", bad);
     }
 
     bool equals(const Image& model, std::size_t from, std::size_t to) const {
@@ -235,18 +238,21 @@ private:
         return std::nullopt;
     }
 
+    void checkFirstCluster(WORD cluster) {
+        findings_.add("loader-cluster", cluster >= 2 && cluster < clusterEnd(),
+                      "The loader begins in cluster " + number(cluster) + ".",
+                      "The loader is said to begin in cluster " + number(cluster) +
+                          ", which the diskette does not have.");
+    }
+
     // Result: whether the boot code would enter the loader.
     bool readLoader(std::span<const unsigned char> entry) {
         const WORD cluster = wordAt(entry, firstClusterAt);
         const auto first =
             static_cast<WORD>((cluster - 2) * boot_[sectorsPerClusterAt] + static_cast<int>(firstData_));
         const auto sectors = static_cast<unsigned char>(entry[fileSizeAt + 1] / 2);
-        findings_.add("loader-cluster", cluster >= 2 && cluster < clusterEnd(),
-                      "The loader begins in cluster " + number(cluster) + ".",
-                      "The loader is said to begin in cluster " + number(cluster) +
-                          ", which the diskette does not have.");
         return findings_.add("loader-readable", readRun(first, sectors),
-                             "The loader's " + number(sectors) + " sectors can be read.",
+                             "All sectors of the loader can be read.",
                              "Sector " + number(failed_) + ", where the loader should be, cannot be read.") &&
                checkContent(memory_, sectors, findings_);
     }
@@ -324,6 +330,21 @@ private:
 bool Report::passed() const {
     return !findings.empty() &&
            std::all_of(findings.begin(), findings.end(), [](const Finding& f) { return f.passed; });
+}
+
+Finding CheckParameterBlock(std::span<const unsigned char, size> bootSector) {
+    const Image model = boot_sector::Build(0);
+    for (const auto& [at, bytes, what] : parameters) {
+        const auto value = [at, bytes](std::span<const unsigned char> sector) {
+            return bytes == 1 ? DWORD{sector[at]} : DWORD{wordAt(sector, at)};
+        };
+        if (value(bootSector) != value(model)) {
+            return {"parameter-block", false,
+                    "The parameter block's " + std::string(what) + " is " + number(value(bootSector)) +
+                        "; a 1.44 MB diskette's is " + number(value(model)) + "."};
+        }
+    }
+    return {"parameter-block", true, "The parameter block is that of a 1.44 MB diskette."};
 }
 
 Report CheckDiskette(const SectorReader& read) {

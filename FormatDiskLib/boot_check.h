@@ -23,6 +23,8 @@ struct Finding {
     std::string name;      // short and fixed, as in "loader-checksum"
     bool passed;           //
     std::string sentence;  // what was found, in plain English
+
+    bool unreadable = false;  // it failed because a sector cannot be read
 };
 
 struct Report {
@@ -37,6 +39,9 @@ struct Report {
 // Walks a diskette. `read` is called on this thread, may be asked for a sector more than once, and may throw;
 // what it throws passes through. Result: the findings and both verdicts.
 Report CheckDiskette(const SectorReader& read);
+
+// Compares the parameter block of a boot sector with that of the emergency diskette.
+Finding CheckParameterBlock(std::span<const unsigned char, boot_sector::size> bootSector);
 
 // Checks the content of a loader file by itself, before it is put on a diskette: its length and what the boot
 // code looks at. Result: the findings; loaderStarts tells what the boot code would make of the file when it
