@@ -128,6 +128,11 @@ DWORD DisketteDrive::mediumGeometry(DiskGeometry& geometry) const {
     return error;
 }
 
+bool DisketteDrive::writeProtected() const {
+    const std::lock_guard lock(mutex_);
+    return medium_ && medium_->writeProtected();
+}
+
 DWORD DisketteDrive::layout(Fat12Layout& layout) {
     return onVolume([&](Fat12Volume& volume) { layout = volume.layout(); });
 }

@@ -50,6 +50,8 @@ public:
     // The media that the drive takes, the largest first, and the one in it.
     std::vector<DiskGeometry> supportedGeometries() const;
     DWORD mediumGeometry(DiskGeometry& geometry) const;
+    // Whether there is a medium in the drive that cannot be written.
+    bool writeProtected() const;
     // The parameter block of the volume in the drive.
     DWORD layout(Fat12Layout& layout);
 

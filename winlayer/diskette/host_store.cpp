@@ -97,6 +97,13 @@ DWORD HostStore::settle() {
     return NO_ERROR;
 }
 
+// The permissions are a medium's write-protect tab, which holds for the superuser, too.
+bool nobodyMayWrite(int descriptor) {
+    constexpr mode_t writing = S_IWUSR | S_IWGRP | S_IWOTH;
+    struct stat facts {};
+    return ::fstat(descriptor, &facts) == 0 && (facts.st_mode & writing) == 0;
+}
+
 // Opens for reading and writing, or else for reading alone.
 std::unique_ptr<HostStore> openHost(const std::filesystem::path& path, int flags, DWORD& error) {
     error = NO_ERROR;
@@ -109,7 +116,7 @@ std::unique_ptr<HostStore> openHost(const std::filesystem::path& path, int flags
         error = hostError();
         return nullptr;
     }
-    return std::make_unique<HostStore>(descriptor, writeProtected);
+    return std::make_unique<HostStore>(descriptor, writeProtected || nobodyMayWrite(descriptor));
 }
 
 // What only the kernel knows of a block device.

@@ -5,7 +5,8 @@
 #include "winlayer/diskette/sector_store.h"
 
 // Media that the host keeps. Each operation returns a Windows error code (0 = done) and gives the store to
-// the caller; a file or device that the host lets nobody write becomes a write-protected medium.
+// the caller; a file or device that the host does not let this process write, or whose permissions let nobody
+// write it, becomes a write-protected medium.
 
 namespace winlayer {
 
