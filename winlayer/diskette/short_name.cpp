@@ -51,6 +51,12 @@ bool isForbidden(char c) {
     return isControl(c) || std::string_view("\"*+,./:;<=>?[\\]|").find(c) != std::string_view::npos;
 }
 
+// Characters of code page 1252 that code page 850 really has: all but those below A0h, where it shares one.
+bool hasOem(char c) {
+    const auto value = static_cast<std::uint8_t>(c);
+    return value < 0x80 || value >= 0xA0 || value == 0x83;
+}
+
 char shown(std::byte oem) {
     const char c = toAnsi(oem);
     return isControl(c) || std::string_view("\"*./:<>?\\|").find(c) != std::string_view::npos ? '_' : c;
@@ -139,7 +145,7 @@ std::string labelText(const RawName& raw) {
 
 bool parseLabel(std::string_view text, RawName& raw) {
     if (text.size() > raw.size() || text.empty() || text.front() == ' ' ||
-        std::any_of(text.begin(), text.end(), isForbidden)) {
+        std::any_of(text.begin(), text.end(), [](char c) { return isForbidden(c) || !hasOem(c); })) {
         return false;
     }
     RawName parsed;

@@ -23,7 +23,8 @@ std::string foldName(std::string_view text);
 
 // A volume label: eleven characters without a dot, blanks at the end dropped.
 std::string labelText(const RawName& raw);
-// False for a character that no label may have. At most eleven characters.
+// The bytes for a label, in upper case; false for a character that no label may have, or that code page 850
+// lacks. At most eleven characters.
 bool parseLabel(std::string_view text, RawName& raw);
 
 }  // namespace winlayer
