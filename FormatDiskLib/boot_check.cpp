@@ -334,14 +334,15 @@ bool Report::passed() const {
 
 Finding CheckParameterBlock(std::span<const unsigned char, size> bootSector) {
     const Image model = boot_sector::Build(0);
-    for (const auto& [at, bytes, what] : parameters) {
-        const auto value = [at, bytes](std::span<const unsigned char> sector) {
-            return bytes == 1 ? DWORD{sector[at]} : DWORD{wordAt(sector, at)};
+    for (const Parameter& parameter : parameters) {
+        const auto value = [&](std::span<const unsigned char> sector) {
+            return parameter.bytes == 1 ? DWORD{sector[parameter.at]} : DWORD{wordAt(sector, parameter.at)};
         };
         if (value(bootSector) != value(model)) {
             return {"parameter-block", false,
-                    "The parameter block's " + std::string(what) + " is " + number(value(bootSector)) +
-                        "; a 1.44 MB diskette's is " + number(value(model)) + "."};
+                    "The parameter block's " + std::string(parameter.what) + " is " +
+                        number(value(bootSector)) + "; a 1.44 MB diskette's is " + number(value(model)) +
+                        "."};
         }
     }
     return {"parameter-block", true, "The parameter block is that of a 1.44 MB diskette."};

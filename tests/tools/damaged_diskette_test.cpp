@@ -7,8 +7,10 @@
 #include "tools/emergency_disk/commands.h"
 #include "tools/emergency_disk/disk_plan.h"
 #include "tools/emergency_disk/diskette.h"
+#include "tools/emergency_disk/erasing.h"
 #include "tools/emergency_disk/inspection.h"
-#include "winlayer/diskette/sector_store.h"
+#include "winlayer/diskette/diskette_drive.h"
+#include "winlayer/machine.h"
 
 // Whatever a single sector of the diskette does wrong, `make` never reports success for a diskette that does
 // not read back.
@@ -18,10 +20,8 @@ namespace {
 namespace fs = std::filesystem;
 using namespace tools;
 
-class DamagedDiskette : public ::testing::TestWithParam<std::tuple<const char*, unsigned>> {
+class DamagedDiskette : public ::testing::Test {
 protected:
-    static constexpr unsigned shards = 4;
-
     // The exit code of one run on a fresh image whose drive is in the given state.
     ExitCode makeDisk(const std::string& state) {
         fs::remove(image());
@@ -53,7 +53,13 @@ protected:
     SampleDisk disk_;
 };
 
-TEST_P(DamagedDiskette, NeverYieldsAFalseSuccess) {
+class DamagedSector : public DamagedDiskette,
+                      public ::testing::WithParamInterface<std::tuple<const char*, unsigned>> {
+protected:
+    static constexpr unsigned shards = 4;
+};
+
+TEST_P(DamagedSector, NeverYieldsAFalseSuccess) {
     const auto [fault, shard] = GetParam();
     unsigned failures = 0;
     for (unsigned sector = shard; sector < winlayer::sectors1440; sector += shards) {
@@ -73,7 +79,50 @@ TEST_P(DamagedDiskette, NeverYieldsAFalseSuccess) {
     EXPECT_GE(failures, 4U);
 }
 
-INSTANTIATE_TEST_SUITE_P(EverySector, DamagedDiskette,
+// A view of a diskette in which one sector cannot be read.
+class ViewWithBadSector : public emergency_disk::DisketteView {
+public:
+    ViewWithBadSector(emergency_disk::DisketteView& sound, DWORD bad) : sound_(sound), bad_(bad) {}
+
+    DWORD settle() override { return sound_.settle(); }
+    DWORD readSectors(DWORD first, std::span<std::byte> buffer) override {
+        const bool meets = bad_ >= first && bad_ - first < buffer.size() / winlayer::sectorSize;
+        return meets ? ERROR_CRC : sound_.readSectors(first, buffer);
+    }
+    DWORD fats(Fats& fats) override { return sound_.fats(fats); }
+    DWORD label(std::string& label) override { return sound_.label(label); }
+    DWORD file(const std::string& name, File& file) override { return sound_.file(name, file); }
+    DWORD readFile(const std::string& name, std::vector<unsigned char>& contents) override {
+        return sound_.readFile(name, contents);
+    }
+
+private:
+    emergency_disk::DisketteView& sound_;
+    DWORD bad_;
+};
+
+TEST_F(DamagedDiskette, ABadSectorFoundWhenReadingBackIsAMediumError) {
+    ASSERT_EQ(makeDisk(""), ExitCode::success);
+    const auto diskette = emergency_disk::openForReading({image().string(), {}});
+    for (const DWORD sector : {0U, 12U, 30U, 35U}) {  // boot sector, second FAT, root directory, loader
+        ViewWithBadSector view(*diskette, sector);
+        const auto inspection = emergency_disk::inspect(view, {});
+        ASSERT_NE(inspection.fault(), nullptr) << sector;
+        EXPECT_EQ(inspection.fault()->code, ExitCode::mediumError) << inspection.fault()->sentence;
+    }
+}
+
+TEST(Erasing, NamesTheEntryAtWhichItStopped) {
+    winlayer::ScopedMachine machine;
+    auto medium = std::make_unique<winlayer::MemoryStore>();
+    winlayer::formatDiskette(*medium, 1);
+    machine->drives.mount('A', winlayer::DisketteDrive::make(std::move(medium)), DRIVE_REMOVABLE);
+    ASSERT_TRUE(CreateDirectoryA("A:\\OUTER", nullptr) && CreateDirectoryA("A:\\OUTER\\KEPT", nullptr));
+    ASSERT_TRUE(SetFileAttributesA("A:\\OUTER\\KEPT", FILE_ATTRIBUTE_READONLY));
+    EXPECT_EQ(emergency_disk::erasingStoppedAt("A:\\").find("A:\\OUTER\\KEPT could not be deleted: "), 0U);
+}
+
+INSTANTIATE_TEST_SUITE_P(EverySector, DamagedSector,
                          ::testing::Combine(::testing::Values("bad-sector", "bad-write", "lost-write"),
                                             ::testing::Range(0U, 4U)),
                          [](const auto& row) {

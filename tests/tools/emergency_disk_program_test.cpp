@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <csignal>
 #include <fstream>
+#include <functional>
 #include <iterator>
 #include <nlohmann/json.hpp>
 
@@ -34,6 +35,15 @@ protected:
 
     void write(const std::string& name, const std::string& contents) const {
         std::ofstream(disk_.folder() / name, std::ios::binary) << contents;
+    }
+
+    // A blank image with the damage that is done to its bytes.
+    void writeBlank(const std::string& name, const std::function<void(std::string&)>& damage) const {
+        fs::remove(disk_.folder() / name);
+        ASSERT_EQ(run({"format", "--image", name}).exitCode, 0);
+        std::string image = read(name);
+        damage(image);
+        write(name, image);
     }
 
     bool exists(const std::string& name) const { return fs::exists(disk_.folder() / name); }
@@ -101,22 +111,100 @@ TEST_F(EmergencyDiskProgram, ReplacesADisketteOnlyWhenTold) {
     EXPECT_EQ(read("note.txt"), "no diskette");
 }
 
-TEST_F(EmergencyDiskProgram, ADryRunChangesNothing) {
-    EXPECT_EQ(make("d.img", {"--dry-run"}).exitCode, 0);
-    EXPECT_FALSE(exists("d.img"));
-    disk_.write("BOOTPRG.BIN", std::string(imageBytes, 'x'));
+// The entry of an even cluster number in both FATs.
+void setFat(std::string& image, std::size_t cluster, unsigned value) {
+    for (const std::size_t fat : {512, 10 * 512}) {
+        char* at = &image[fat + cluster + cluster / 2];
+        at[0] = static_cast<char>(value);
+        at[1] = static_cast<char>((at[1] & 0xF0) | static_cast<char>(value >> 8));
+    }
+}
+
+void putEntry(std::string& image, const std::string& name, char attributes, unsigned cluster) {
+    std::string entry = name + std::string(32 - name.size(), '\0');
+    entry[11] = attributes;
+    entry[26] = static_cast<char>(cluster);
+    image.replace(19 * 512, 32, entry);
+}
+
+// A run and its dry run end alike, and what cannot become an emergency diskette stays as it is.
+TEST_F(EmergencyDiskProgram, ChecksEverythingBeforeItErasesAnything) {
+    struct Case {
+        int code;
+        const char* text;
+        std::function<void(std::string&)> damage;
+    };
+    const Case cases[] = {
+        {6, "sectors per cluster is 2", [](std::string& i) { i[0x0D] = 2; }},
+        {6, "reserved sectors is 2", [](std::string& i) { i[0x0E] = 2; }},
+        {6, "FATs is 1", [](std::string& i) { i[0x10] = 1; }},
+        {6, "not formatted", [](std::string& i) { i.replace(0, 512, 512, '\0'); }},
+        {6, "two file allocation tables differ", [](std::string& i) { ++i[9 * 512 + 511]; }},
+        {6, "A:\\AUX cannot be deleted", [](std::string& i) { putEntry(i, "AUX        ", 0x20, 0); }},
+        {6, "A:\\LOST cannot be deleted", [](std::string& i) { putEntry(i, "LOST       ", 0x10, 0); }},
+        {6, "A:\\KEPT cannot be deleted: the directory is read-only",
+         [](std::string& i) {
+             putEntry(i, "KEPT       ", 0x11, 40);
+             setFat(i, 40, 0xFFF);
+         }},
+        {6, "cluster 6, where the loader", [](std::string& i) { setFat(i, 6, 0xFFF); }},
+        {7, "cluster 6, where the loader", [](std::string& i) { setFat(i, 6, 0xFF7); }},
+        {9, "5 are marked as bad and 1417 are in use",
+         [](std::string& i) {
+             for (std::size_t cluster = 4; cluster <= 2846; cluster += 2) setFat(i, cluster, 0xFFF);
+             for (std::size_t cluster = 2838; cluster <= 2846; cluster += 2) setFat(i, cluster, 0xFF7);
+         }},
+    };
+    // With the files before it, the loader has to lie in clusters 5 and 6.
+    disk_.write("IBMDOS.COM", std::string(600, 'x'));
+    disk_.write("COMMAND.COM", std::string(1430 * 512, 'x'));
     disk_.pack();
-    EXPECT_EQ(make("d.img", {"--dry-run"}).exitCode, 9);
+    for (const auto& [code, text, damage] : cases) {
+        writeBlank("d.img", damage);
+        const std::string before = read("d.img");
+        for (const Words& more : {Words{"--dry-run"}, Words{"--yes"}, Words{"--yes", "--windows", "98"}}) {
+            const ProgramRun run = make("d.img", more);
+            EXPECT_EQ(run.exitCode, code) << run.err;
+            EXPECT_NE(run.err.find(text), std::string::npos) << run.err;
+            EXPECT_TRUE(read("d.img") == before) << text;
+        }
+    }
+    writeBlank("d.img", [](std::string&) {});
+    EXPECT_EQ(make("d.img", {"--dry-run"}).exitCode, 0);
+    EXPECT_EQ(make("e.img", {"--dry-run"}).exitCode, 0);
+    EXPECT_FALSE(exists("e.img"));
+    fs::permissions(disk_.folder() / "d.img", fs::perms::owner_read);
+    EXPECT_EQ(make("d.img", {"--dry-run"}).exitCode, 5) << "for the superuser, too";
+    EXPECT_EQ(make("d.img", {"--yes"}).exitCode, 5);
 }
 
 TEST_F(EmergencyDiskProgram, EveryExitCodeIsReached) {
-    const auto code = [&](const std::string& state) { return make("d.img", {"--simulate", state}).exitCode; };
-    EXPECT_EQ(code("lost-write=19"), 3) << "a root directory sector that is silently not written";
-    EXPECT_EQ(code("no-medium"), 4);
-    EXPECT_EQ(code("720k"), 4);
-    EXPECT_EQ(code("write-protected"), 5);
-    EXPECT_EQ(code("bad-sector=33"), 7);
-    EXPECT_EQ(code("nonsense"), 2);
+    struct Simulation {
+        const char* state;
+        int code;
+        const char* sentence;
+        bool foundBefore;
+    };
+    for (const auto& [state, code, sentence, foundBefore] : {
+             Simulation{"lost-write=19", 3, "verification failed", false},
+             Simulation{"no-medium", 4, "there is no diskette in the drive", true},
+             Simulation{"write-protected", 5, "the diskette is write-protected", true},
+             Simulation{"unformatted", 6, "not formatted", true},
+             Simulation{"bad-sector=12", 7, "sector 12", true},
+             Simulation{"bad-write=33", 7, "sector 33", false},
+             Simulation{"720k", 10, "takes 720 KB diskettes", true},
+             Simulation{"nonsense", 2, "lost-write=N", true},
+         }) {
+        for (const char* windows : {"98", "xp"}) {
+            const ProgramRun run = make("d.img", {"--simulate", state, "--windows", windows, "-q"});
+            EXPECT_EQ(run.exitCode, code) << run.err;
+            EXPECT_NE(run.err.find(sentence), std::string::npos) << run.err;
+            EXPECT_EQ(run.err.find("Fehler"), std::string::npos) << run.err;
+            EXPECT_EQ(run.err.find("gefunden"), std::string::npos) << run.err;
+        }
+        EXPECT_EQ(make("d.img", {"--simulate", state, "--dry-run"}).exitCode, foundBefore ? code : 0);
+    }
+    EXPECT_EQ(make("nowhere/d.img", {"--dry-run"}).exitCode, 1);
     EXPECT_EQ(make("nowhere/d.img").exitCode, 1);
     EXPECT_EQ(run({"make", "--image", "d.img"}).exitCode, 2);
     EXPECT_EQ(run({"make", "--archive", "mwdisk1.dat"}).exitCode, 2);
@@ -155,6 +243,14 @@ TEST_F(EmergencyDiskProgram, AFullDiskIsNotABadSector) {
         EXPECT_EQ(run.out, "");
         EXPECT_NE(run.err.find("full/d.img"), std::string::npos) << run.err;
     }
+    // An image with a hole in it takes less room than the new one.
+    ASSERT_EQ(make("d.img").exitCode, 0);
+    ProgramRun run;
+    runWithSmallDisk(
+        "cp --sparse=always d.img full && emergency-disk make --archive mwdisk1.dat --image full/d.img --yes",
+        disk_.folder(), run);
+    EXPECT_EQ(run.exitCode, 1);
+    EXPECT_NE(run.err.find("no space"), std::string::npos) << run.err;
 }
 
 TEST_F(EmergencyDiskProgram, ABadArchiveNeverCostsADiskette) {
@@ -192,7 +288,7 @@ TEST_F(EmergencyDiskProgram, AnInterruptKeepsTheOldImage) {
         const std::string before = read("d.img");
         const ProgramRun run =
             runAndSignal("emergency-disk", {"make", "--image", "d.img", "--archive", "mwdisk1.dat", "--yes"},
-                         disk_.folder(), "Diskettenlaufwerk", SIGINT);
+                         disk_.folder(), "Datenträgerbezeichnung", SIGINT);
         if (run.exitCode == 130) {
             ++cancelled;
             EXPECT_EQ(read("d.img"), before);
@@ -218,12 +314,20 @@ TEST_F(EmergencyDiskProgram, CheckNamesWhatIsWrong) {
     EXPECT_EQ(json["result"], "verification_failed");
     EXPECT_TRUE(std::any_of(json["checks"].begin(), json["checks"].end(),
                             [](const auto& check) { return check["passed"] == false; }));
+    write("d.img", std::string(imageBytes, '\0'));
+    const auto blank = nlohmann::json::parse(run({"check", "--image", "d.img", "--json"}).out);
+    EXPECT_EQ(blank["checks"].size(), 1U) << "a diskette that is not formatted is one fault";
 }
 
 TEST_F(EmergencyDiskProgram, LabelsAreDosLabels) {
     EXPECT_EQ(make("d.img", {"--label", "rettung"}).exitCode, 0);
     EXPECT_NE(run({"check", "--image", "d.img"}).out.find("RETTUNG"), std::string::npos);
+    for (const char* windows : {"98", "xp"}) {
+        EXPECT_EQ(make("d.img", {"--label", "größe", "--windows", windows, "--yes"}).exitCode, 0) << windows;
+    }
+    EXPECT_NE(run({"check", "--image", "d.img"}).out.find("GRÖßE"), std::string::npos);
     EXPECT_EQ(make("e.img", {"--label", "TWELVE CHARS"}).exitCode, 2);
+    EXPECT_EQ(make("e.img", {"--label", "€"}).exitCode, 2) << "no character of a diskette's code page";
     EXPECT_EQ(make("e.img", {"--label", "A/B"}).exitCode, 2);
     EXPECT_FALSE(exists("e.img"));
 }

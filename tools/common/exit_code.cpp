@@ -6,7 +6,7 @@ namespace tools {
 
 namespace {
 
-constexpr std::array<ExitCodeRow, 11> rows{{
+constexpr std::array<ExitCodeRow, 12> rows{{
     {ExitCode::success, "success", "success"},
     {ExitCode::failure, "failure", "any other failure"},
     {ExitCode::usage, "usage", "wrong usage"},
@@ -17,6 +17,7 @@ constexpr std::array<ExitCodeRow, 11> rows{{
     {ExitCode::mediumError, "medium_error", "medium error (bad sector)"},
     {ExitCode::invalidArchive, "invalid_archive", "the archive or the loader in it is invalid"},
     {ExitCode::doesNotFit, "does_not_fit", "the files do not fit"},
+    {ExitCode::unsuitableDrive, "unsuitable_drive", "the drive takes no 1.44 MB diskettes"},
     {ExitCode::cancelled, "cancelled", "cancelled"},
 }};
 

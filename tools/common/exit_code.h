@@ -17,6 +17,7 @@ enum class ExitCode : int {
     mediumError = 7,
     invalidArchive = 8,
     doesNotFit = 9,
+    unsuitableDrive = 10,
     cancelled = 130,
 };
 

@@ -42,9 +42,9 @@ void check(const CheckOptions& options, Session& session) {
     }
     if (!inspection.passed()) {
         throw Problem(
-            ExitCode::verificationFailed,
+            inspection.fault()->code,
             options.target.path().string() +
-                (inspection.boots ? " is not an emergency diskette as it should be" : " will not boot"));
+                (inspection.boots ? " boots, but differs from what it should hold" : " will not boot"));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "tools/emergency_disk/disk_maker.h"
 
 #include <algorithm>
+#include <string>
 
 #include "tools/common/names.h"
 
@@ -20,8 +21,8 @@ std::string trimmed(const char* text) {
 }  // namespace
 
 void DiskMaker::UPDATE_WINDOW(const char* text, int) {
-    lastStatus_ = trimmed(text);
-    console_.status(lastStatus_);
+    ++statusLines_;
+    console_.status(trimmed(text));
 }
 
 void DiskMaker::MoveSlider(int absolute, int value) {
@@ -34,9 +35,8 @@ void DiskMaker::MoveSlider(int absolute, int value) {
 }
 
 void DiskMaker::SHOW_ERROR(int errorNumber, int, const char* text) {
-    shownError_ = trimmed(text);
-    if (errorNumber != 0) shownError_ += " (" + std::to_string(errorNumber) + ")";
-    console_.status(shownError_);
+    failed_ = true;
+    console_.status(trimmed(text) + (errorNumber != 0 ? " (" + std::to_string(errorNumber) + ")" : ""));
 }
 
 void DiskMaker::GET_MESSAGE_WND(HWND&) {}

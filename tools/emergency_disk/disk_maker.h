@@ -1,6 +1,4 @@
 #pragma once
-#include <string>
-
 #include "make_zar_disks.h"
 #include "tools/common/console.h"
 
@@ -17,16 +15,16 @@ public:
     void GET_MESSAGE_WND(HWND& window) override;
     int GetSliderPos() override { return position_; }
 
-    // The last error text that the sequence showed (UTF-8); empty when it showed none.
-    const std::string& shownError() const { return shownError_; }
-    // The last status line (UTF-8).
-    const std::string& lastStatus() const { return lastStatus_; }
+    // Whether the sequence has shown an error.
+    bool hasFailed() const { return failed_; }
+    // How many status lines it has shown.
+    int statusLines() const { return statusLines_; }
 
 private:
     Console& console_;
     int position_ = 0;  // per cent
-    std::string shownError_;
-    std::string lastStatus_;
+    int statusLines_ = 0;
+    bool failed_ = false;
 };
 
 }  // namespace tools::emergency_disk

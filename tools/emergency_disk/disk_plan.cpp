@@ -11,14 +11,6 @@ namespace tools::emergency_disk {
 
 namespace {
 
-constexpr const char* loaderName = "QZLOADER.BIN";
-
-// What a 1.44 MB diskette has room for, formatted as usual: of its 2,880 sectors one is for the boot sector,
-// 18 are for two FATs and 14 for the root directory.
-constexpr std::uint64_t clusterBytes = 512;
-constexpr std::uint64_t diskClusters = 2880 - 1 - 18 - 14;
-constexpr std::size_t rootEntries = 224;
-
 Problem invalid(const Path& archive, const std::string& what) {
     return {ExitCode::invalidArchive, archive.string() + ": " + what};
 }

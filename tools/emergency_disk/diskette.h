@@ -16,17 +16,6 @@
 
 namespace tools::emergency_disk {
 
-// What lies at a target before anything is done to it.
-struct TargetFacts {
-    bool exists = false;
-    bool isDiskette = false;  // 1.44 MB with a FAT12 volume
-    std::string label;        // ANSI
-};
-
-// Looks at a target. Throws Problem: noDiskette (a device without one), refused (a device of another size, or
-// one that is in use), failure.
-TargetFacts examine(const Target& target);
-
 // A diskette that is looked at. Operations return a Windows error code, 0 for success. Names and labels are
 // ANSI; files lie in the root directory.
 class DisketteView {
@@ -54,19 +43,31 @@ public:
     virtual DWORD readFile(const std::string& name, std::vector<unsigned char>& contents) = 0;
 };
 
-// For reading only what lies at a target. Throws Problem like examine, and noDiskette for a missing image.
+// For reading only what lies at a target. Throws Problem: noDiskette (nothing there, or a drive without one),
+// refused (of another size, or in use), failure.
 std::unique_ptr<DisketteView> openForReading(const Target& target);
 
-// The diskette that is made.
+// The label as a diskette keeps it, in upper case; empty when it has a character that no label can have. Both
+// ANSI.
+std::string storedLabel(const std::string& label);
+
+// The diskette that is made, in its drive. Until prepare() nothing is done to it.
 class Diskette {
 public:
     virtual ~Diskette() = default;
     virtual DisketteView& view() = 0;
     // The root of its drive, as the disk maker names it ("A:\").
     virtual std::string root() const = 0;
-    // Why it does not work, found by reading and perhaps rewriting each of its sectors (which must therefore
-    // hold nothing of value): writeProtected, noDiskette, mediumError (the text names the sector), or failure
-    // when nothing is wrong with it now.
+    // False for an image that is yet to be made: a blank diskette is in the drive then.
+    virtual bool exists() const = 0;
+    // Throws Problem when the diskette cannot be written, as far as the system tells that without trying:
+    // unsuitableDrive, noDiskette, refused (not formatted, or no 1.44 MB diskette), writeProtected, or
+    // failure (no permission, no space for an image).
+    virtual void requireWritable() = 0;
+    // From here on the drive holds what is worked on. Throws Problem.
+    virtual void prepare() = 0;
+    // Why making it has failed, found by reading and perhaps rewriting each of its sectors: writeProtected,
+    // noDiskette, mediumError (the text names the sector), or failure when nothing is wrong with it now.
     virtual Problem diagnose() = 0;
     // Brings everything onto the medium, and an image to its place. Throws Problem.
     virtual void commit() = 0;
@@ -76,7 +77,8 @@ public:
 class Workplace {
 public:
     virtual ~Workplace() = default;
-    // Throws Problem. The result lives at most as long as the workplace.
+    // The diskette at the target, in its drive. Throws Problem like openForReading, but an image may be
+    // missing. The result lives at most as long as the workplace.
     virtual std::unique_ptr<Diskette> insert(const MakeOptions& options) = 0;
 };
 std::unique_ptr<Workplace> workplaceFor(const MakeOptions& options);

@@ -2,6 +2,9 @@
 #include "tools/emergency_disk/diskette.h"
 
 #include <fcntl.h>
+#include <grp.h>
+#include <pwd.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
@@ -11,63 +14,123 @@
 #include "tools/common/reasons.h"
 #include "tools/common/staging.h"
 #include "tools/emergency_disk/command_line.h"
+#include "tools/emergency_disk/problems.h"
 #include "winlayer/diskette/diskette_drive.h"
 #include "winlayer/diskette/host_store.h"
+#include "winlayer/diskette/short_name.h"
 #include "winlayer/machine.h"
 
 namespace tools::emergency_disk {
 
 namespace fs = std::filesystem;
+using host_files::Kind;
 using winlayer::DisketteDrive;
 using winlayer::SectorStore;
 using winlayer::WindowsVersion;
 
 namespace {
 
-Problem deviceProblem(const Path& device, DWORD error) {
-    const std::string& name = device.string();
+constexpr std::size_t imageBytes = std::size_t{winlayer::sectors1440} * winlayer::sectorSize;
+
+// Whom the permissions of a file let do something.
+std::string whoMay(const Path& file, mode_t asUser, mode_t inGroup) {
+    std::string who = "only root";
+    struct stat facts {};
+    if (stat(file.c_str(), &facts) != 0) return who + " may";
+    const bool userMay = (facts.st_mode & asUser) != 0 && facts.st_uid != 0;
+    const bool groupMay = (facts.st_mode & inGroup) != 0 && facts.st_gid != 0;
+    const passwd* user = userMay ? getpwuid(facts.st_uid) : nullptr;
+    const group* members = groupMay ? getgrgid(facts.st_gid) : nullptr;
+    if (user != nullptr) who += std::string(" and the user ") + user->pw_name;
+    if (members != nullptr) who += std::string(" and members of the group ") + members->gr_name;
+    return who + " may";
+}
+
+Problem mayNotRead(const Path& file) {
+    return {ExitCode::failure,
+            "no permission to read " + file.string() + ": " + whoMay(file, S_IRUSR, S_IRGRP)};
+}
+
+Problem mayNotWrite(const Path& file) {
+    return {ExitCode::failure,
+            "no permission to write to " + file.string() + ": " + whoMay(file, S_IWUSR, S_IWGRP)};
+}
+
+// Whether it is the permissions that keep this user from it, and not everyone.
+bool isKeptFromWriting(const Path& file) {
+    constexpr mode_t byAnyone = S_IWUSR | S_IWGRP | S_IWOTH;
+    struct stat facts {};
+    return stat(file.c_str(), &facts) == 0 && (facts.st_mode & byAnyone) != 0 &&
+           faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) != 0 && errno == EACCES;
+}
+
+Problem openProblem(const Target& target, DWORD error) {
+    const std::string& name = target.path().string();
     switch (error) {
         case ERROR_BAD_DEVICE:
             return {ExitCode::refused, name + " is not a block device"};
         case ERROR_UNRECOGNIZED_MEDIA:
-            return {ExitCode::refused, name + " does not have exactly 2,880 sectors of 512 bytes"};
+            return {ExitCode::refused,
+                    name + (target.isDevice() ? " does not have exactly 2,880 sectors of 512 bytes"
+                                              : " is not a 1.44 MB diskette image (1,474,560 bytes)")};
         case ERROR_BUSY:
             return {ExitCode::refused, name + " is in use (mounted?)"};
-        case ERROR_FILE_NOT_FOUND:
-        case ERROR_PATH_NOT_FOUND:
-            return {ExitCode::noDiskette, "there is no drive " + name};
         case ERROR_NOT_READY:
             return {ExitCode::noDiskette, "there is no diskette in " + name};
+        case ERROR_ACCESS_DENIED:
+            return mayNotRead(target.path());
         default:
             return {ExitCode::failure, "cannot open " + name + ": " + errorText(error)};
     }
 }
 
-std::unique_ptr<SectorStore> openTarget(const Target& target) {
-    std::unique_ptr<SectorStore> store;
-    if (target.isDevice()) {
-        if (const DWORD error = winlayer::openBlockDevice(target.device.string(), store))
-            throw deviceProblem(target.device, error);
-        return store;
-    }
-    std::error_code ignored;
-    const fs::file_status status = fs::status(target.image.string(), ignored);
-    if (fs::exists(status) && !fs::is_regular_file(status)) {
+// Null when there is nothing by that name.
+std::unique_ptr<SectorStore> openIfThere(const Target& target) {
+    const Kind kind = target.isDevice() ? Kind::missing : host_files::kindOf(target.image);
+    if (kind == Kind::folder || kind == Kind::other) {
         throw Problem(ExitCode::refused,
                       target.image.string() + " is not an image file (--device names a drive)");
     }
-    const DWORD error = winlayer::openImage(target.image.string(), store);
-    if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) {
-        throw Problem(ExitCode::noDiskette, "there is no image " + target.image.string());
-    }
-    if (error == ERROR_UNRECOGNIZED_MEDIA) {
-        throw Problem(ExitCode::refused,
-                      target.image.string() + " is not a 1.44 MB diskette image (1,474,560 bytes)");
-    }
-    if (error != 0) {
-        throw Problem(ExitCode::failure, "cannot open " + target.image.string() + ": " + errorText(error));
+    std::unique_ptr<SectorStore> store;
+    const DWORD error = target.isDevice() ? winlayer::openBlockDevice(target.device.string(), store)
+                                          : winlayer::openImage(target.image.string(), store);
+    if (error != NO_ERROR && error != ERROR_FILE_NOT_FOUND && error != ERROR_PATH_NOT_FOUND) {
+        throw openProblem(target, error);
     }
     return store;
+}
+
+std::unique_ptr<SectorStore> openTarget(const Target& target) {
+    auto store = openIfThere(target);
+    if (!store) {
+        throw Problem(
+            ExitCode::noDiskette,
+            (target.isDevice() ? "there is no drive " : "there is no image ") + target.path().string());
+    }
+    return store;
+}
+
+// What an image needs of the folder that it lies in, where a new one is made beside it.
+void requireRoomBeside(const Path& image) {
+    const Path file = host_files::behindLink(image);
+    const Path folder = file.parent().empty() ? Path(".") : file.parent();
+    std::string why;
+    const Kind kind = host_files::kindOf(folder, &why);
+    if (kind != Kind::folder) {
+        throw Problem(ExitCode::failure, "it cannot be made in " + folder.string() + ": " +
+                                             (kind == Kind::missing ? why : "Not a folder"));
+    }
+    if (faccessat(AT_FDCWD, folder.c_str(), W_OK | X_OK, AT_EACCESS) != 0) {
+        if (errno == EACCES) throw mayNotWrite(folder);
+        throw Problem(ExitCode::failure, "it cannot be made in " + folder.string() + ": " +
+                                             std::generic_category().message(errno));
+    }
+    const std::uint64_t room = host_files::freeBytes(folder);
+    if (room < imageBytes) {
+        throw Problem(ExitCode::failure, "no space: it takes " + std::to_string(imageBytes) +
+                                             " bytes, and the disk that holds " + folder.string() + " has " +
+                                             std::to_string(room) + " left");
+    }
 }
 
 // Gives an image file its size and its room on the host's disk, so that a full disk is not taken for a bad
@@ -76,7 +139,7 @@ void reserve(const Path& file, const Path& target) {
     const int opened = open(file.c_str(), O_RDWR | O_CLOEXEC);
     int error = opened < 0 ? errno : 0;
     if (opened >= 0) {
-        error = posix_fallocate(opened, 0, off_t{winlayer::sectors1440} * off_t{winlayer::sectorSize});
+        error = posix_fallocate(opened, 0, off_t{imageBytes});
         close(opened);
     }
     if (error != 0) {
@@ -85,22 +148,29 @@ void reserve(const Path& file, const Path& target) {
     }
 }
 
-// The copy has the image's permissions too: an image that nobody may write is a protected diskette.
-void copyImage(const Path& image, const Path& copy) {
-    std::error_code error;
-    fs::copy_file(image.string(), copy.string(), fs::copy_options::overwrite_existing, error);
-    if (error) throw Problem(ExitCode::failure, "cannot copy " + image.string() + ": " + error.message());
+void copySectors(SectorStore& from, SectorStore& to) {
+    std::vector<std::byte> sectors(imageBytes);
+    DWORD error = from.read(0, sectors);
+    if (error == NO_ERROR) error = to.write(0, sectors);
+    if (error != NO_ERROR) throw Problem(ExitCode::failure, "cannot copy the image: " + errorText(error));
 }
 
 DWORD freshSerial() {
     return static_cast<DWORD>(std::chrono::system_clock::now().time_since_epoch().count());
 }
 
-void makeBlankImage(const StagedFile& file) {
+std::unique_ptr<SectorStore> blankDiskette() {
+    auto medium = std::make_unique<winlayer::MemoryStore>();
+    winlayer::formatDiskette(*medium, freshSerial());
+    return medium;
+}
+
+// Fills a staged image.
+std::unique_ptr<SectorStore> makeImage(const StagedFile& file, SectorStore& contents) {
     reserve(file.path(), file.target());
-    if (const DWORD error = winlayer::formatDiskette(*openTarget({file.path(), {}}), freshSerial())) {
-        throw Problem(ExitCode::failure, "cannot write " + file.target().string() + ": " + errorText(error));
-    }
+    auto image = openTarget({file.path(), {}});
+    copySectors(contents, *image);
+    return image;
 }
 
 // The names that --simulate takes.
@@ -112,19 +182,17 @@ std::string simulationNames() {
     return names;
 }
 
-// Sets what --simulate asks for.
-void setState(DisketteDrive& drive, const std::string& name) {
-    if (name.empty()) return;
-    winlayer::DisketteState state;
-    if (!winlayer::parseState(name, state)) {
-        throw Problem(ExitCode::usage,
-                      "--simulate does not know '" + name + "'; it knows " + simulationNames());
-    }
-    drive.setState(state);
+// Why --simulate does not take a name; empty when it does.
+std::string unknownSimulation(const std::string& name) {
+    winlayer::DisketteState ignored;
+    if (winlayer::parseState(name, ignored)) return {};
+    return "'" + name + "' is none of " + simulationNames();
 }
 
-bool isBadSector(DWORD error) {
-    return error != 0 && error != ERROR_WRITE_PROTECT && error != ERROR_NOT_READY;
+winlayer::DisketteState simulated(const std::string& name) {
+    winlayer::DisketteState state;
+    winlayer::parseState(name, state);
+    return state;
 }
 
 WindowsVersion windowsVersion(const std::string& name) {
@@ -176,62 +244,80 @@ private:
     std::shared_ptr<DisketteDrive> drive_;
 };
 
-// An image is built beside its place (from a copy of the old one, or blank) and put there by commit(); a
-// device is worked on itself.
+// An image is built beside its place, beginning with what the old one or a blank one holds, and put there by
+// commit(); a device is worked on itself.
 class LayerDiskette : public Diskette {
 public:
-    LayerDiskette(const Target& target, const std::string& state)
-        : staged_(stagedFor(target)), drive_(DisketteDrive::make(storeFor(target))), view_(drive_) {
-        setState(*drive_, state);
+    // A missing drive is a problem; a missing image is one that is yet to be made.
+    LayerDiskette(const Target& target, const winlayer::DisketteState& state) : target_(target) {
+        auto medium = target.isDevice() ? openTarget(target) : openIfThere(target);
+        exists_ = medium != nullptr;
+        drive_->insert(exists_ ? std::move(medium) : blankDiskette());
+        drive_->setState(state);
     }
 
     const std::shared_ptr<DisketteDrive>& drive() const { return drive_; }
     DisketteView& view() override { return view_; }
     std::string root() const override { return "A:\\"; }
+    bool exists() const override { return exists_; }
+
+    void requireWritable() override {
+        if (drive_->supportedGeometries().front().sectors() != winlayer::sectors1440) {
+            throw Problem(ExitCode::unsuitableDrive, "the drive takes 720 KB diskettes, none of 1.44 MB");
+        }
+        winlayer::DiskGeometry geometry;
+        if (const DWORD error = drive_->mediumGeometry(geometry)) throw transferProblem(error);
+        if (geometry.sectors() != winlayer::sectors1440) {
+            throw Problem(ExitCode::refused, "this is a 720 KB diskette, none of 1.44 MB");
+        }
+        if (!drive_->state().writeProtected && isKeptFromWriting(target_.path())) {
+            throw mayNotWrite(target_.path());
+        }
+        if (drive_->writeProtected()) throw transferProblem(ERROR_WRITE_PROTECT);
+        if (!target_.isDevice()) requireRoomBeside(target_.image);
+    }
+
+    void prepare() override {
+        if (target_.isDevice()) return;
+        staged_ = std::make_unique<StagedFile>(target_.image);
+        const auto contents = drive_->eject();
+        drive_->insert(makeImage(*staged_, *contents));
+        if (exists_) keepPermissions();
+    }
 
     Problem diagnose() override {
         std::array<std::byte, winlayer::sectorSize> sector{};
         for (DWORD number = 0; number < winlayer::sectors1440; ++number) {
             DWORD error = drive_->readSectors(number, sector);
             if (error == 0) error = drive_->writeSectors(number, sector);
-            if (error == ERROR_WRITE_PROTECT)
-                return {ExitCode::writeProtected, "the diskette is write-protected"};
-            if (error == ERROR_NOT_READY) return {ExitCode::noDiskette, "there is no diskette in the drive"};
-            if (isBadSector(error)) {
-                return {ExitCode::mediumError,
-                        "sector " + std::to_string(number) + " of the diskette is bad: " + errorText(error)};
-            }
+            if (error != 0) return transferProblem(error, number);
         }
-        return {ExitCode::failure, "the diskette could not be made"};
+        return {ExitCode::failure,
+                "the diskette could not be made, although each of its sectors can be read and written now"};
     }
 
     void commit() override {
         drive_->setState({});
         if (const DWORD error = drive_->settle()) {
-            throw Problem(ExitCode::mediumError, "the diskette could not be finished: " + errorText(error));
+            throw Problem(codeOf(error, ExitCode::failure),
+                          about(target_, "the diskette could not be finished: " + errorText(error)));
         }
         drive_->eject();
         if (staged_) staged_->commit();
     }
 
 private:
-    static std::unique_ptr<StagedFile> stagedFor(const Target& target) {
-        if (target.isDevice()) return nullptr;
-        auto staged = std::make_unique<StagedFile>(target.image);
-        if (fs::exists(target.image.string())) {
-            copyImage(target.image, staged->path());
-        } else {
-            makeBlankImage(*staged);
-        }
-        return staged;
-    }
-    std::unique_ptr<SectorStore> storeFor(const Target& target) const {
-        return openTarget(staged_ ? Target{staged_->path(), {}} : target);
+    void keepPermissions() const {
+        std::error_code ignored;
+        fs::permissions(staged_->path().string(), fs::status(target_.image.string(), ignored).permissions(),
+                        ignored);
     }
 
+    Target target_;
+    bool exists_ = false;
     std::unique_ptr<StagedFile> staged_;
-    std::shared_ptr<DisketteDrive> drive_;
-    DriveView view_;
+    std::shared_ptr<DisketteDrive> drive_ = DisketteDrive::make();
+    DriveView view_{drive_};
 };
 
 class LayerWorkplace : public Workplace {
@@ -241,7 +327,7 @@ public:
     }
 
     std::unique_ptr<Diskette> insert(const MakeOptions& options) override {
-        auto diskette = std::make_unique<LayerDiskette>(options.target, options.simulate);
+        auto diskette = std::make_unique<LayerDiskette>(options.target, simulated(options.simulate));
         machine_->drives.mount('A', diskette->drive(), DRIVE_REMOVABLE);
         return diskette;
     }
@@ -252,8 +338,15 @@ private:
 
 // Asks before an image is written over. What is no diskette image at all is never replaced.
 void confirmReplacing(const FormatOptions& options, Console& console) {
-    const TargetFacts facts = examine({options.image, {}});
-    if (!facts.exists || options.yes) return;
+    const Target target{options.image, {}};
+    const auto image = openIfThere(target);
+    if (!image) return;
+    if (image->writeProtected()) {
+        throw isKeptFromWriting(options.image)
+            ? mayNotWrite(options.image)
+            : Problem(ExitCode::writeProtected, about(target, "the diskette is write-protected"));
+    }
+    if (options.yes) return;
     if (!console.confirm("Erase everything on the diskette image " + options.image.string() + "?")) {
         throw Problem(ExitCode::refused, options.image.string() +
                                              ": not confirmed; nothing was changed (--yes replaces without "
@@ -265,7 +358,7 @@ void format(const FormatOptions& options, Session& session) {
     confirmReplacing(options, session.console);
     const Cancellation cancellation;
     StagedFile staged(options.image);
-    makeBlankImage(staged);
+    makeImage(staged, *blankDiskette());
     cancellation.check();
     staged.commit();
     session.result["image"] = options.image.string();
@@ -274,18 +367,11 @@ void format(const FormatOptions& options, Session& session) {
 
 }  // namespace
 
-TargetFacts examine(const Target& target) {
-    TargetFacts facts;
-    std::error_code ignored;
-    if (!target.isDevice() && !fs::exists(target.image.string(), ignored)) return facts;
-    facts.exists = true;
-    const auto drive = DisketteDrive::make(openTarget(target));
-    winlayer::VolumeFacts volume;
-    winlayer::DiskGeometry geometry;
-    facts.isDiskette = drive->mediumGeometry(geometry) == 0 && geometry.sectors() == winlayer::sectors1440 &&
-                       drive->volume(volume) == 0;
-    facts.label = volume.label;
-    return facts;
+std::string storedLabel(const std::string& label) {
+    winlayer::RawName stored;
+    if (label.size() > stored.size() || !winlayer::parseLabel(label, stored)) return {};
+    const std::string text = winlayer::labelText(stored);
+    return text.size() == label.size() ? text : "";  // blanks at the end would be lost
 }
 
 std::unique_ptr<DisketteView> openForReading(const Target& target) {
@@ -320,7 +406,8 @@ void addLayerOptions(CLI::App& command, MakeOptions& options) {
     command.add_option("--windows", options.windows, "The Windows whose way to the diskette is taken")
         ->capture_default_str()
         ->check(CLI::IsMember({"95", "98", "me", "nt4", "2000", "xp"}));
-    command.add_option("--simulate", options.simulate, "A fault of the diskette: " + simulationNames());
+    command.add_option("--simulate", options.simulate, "A fault of the diskette: " + simulationNames())
+        ->check(CLI::Validator(unknownSimulation, ""));
 }
 
 void addFormat(Program& program, FormatOptions& options) {

@@ -3,6 +3,7 @@
 
 #include <winioctl.h>
 
+#include <algorithm>
 #include <array>
 #include <optional>
 
@@ -12,6 +13,7 @@
 #include "tools/common/names.h"
 #include "tools/common/reasons.h"
 #include "tools/emergency_disk/command_line.h"
+#include "tools/emergency_disk/problems.h"
 
 namespace tools::emergency_disk {
 
@@ -33,6 +35,14 @@ private:
     UINT before_;
 };
 
+// MS-DOS, which reads sectors where there is no NT, counts the same reasons from 0 that Windows counts from
+// ERROR_WRITE_PROTECT. Where a diskette should be formatted it knows only that it does not know the medium.
+DWORD fromDos(DWORD error) {
+    constexpr BYTE unknownMedium = 7;
+    const BYTE reason = LOBYTE(error);
+    return reason == unknownMedium ? ERROR_UNRECOGNIZED_MEDIA : ERROR_WRITE_PROTECT + reason;
+}
+
 // What the work throws as a file or device failure becomes its error code.
 template <class Work>
 DWORD errorOf(Work work) {
@@ -40,6 +50,7 @@ DWORD errorOf(Work work) {
         work();
         return NO_ERROR;
     } catch (const UTILS::DiskIoException& failure) {
+        if (failure.m_type == UTILS::DISKIO_SECTOR) return fromDos(failure.m_error_number);
         return failure.m_error_number != 0 ? failure.m_error_number : ERROR_READ_FAULT;
     }
 }
@@ -142,6 +153,16 @@ public:
         return error;
     }
 
+    // ERROR_WRITE_PROTECT for a protected diskette. Only NT tells without a write.
+    DWORD writable() {
+        if (!isNT()) return NO_ERROR;
+        const NoBoxes quiet;
+        return errorOf([&] {
+            if (!device_.IsOpen()) openDevice();
+            device_.DeviceControl(IOCTL_DISK_IS_WRITABLE, nullptr, 0, nullptr, 0);
+        });
+    }
+
 private:
     void dismount() {
         for (const DWORD step : {FSCTL_LOCK_VOLUME, FSCTL_DISMOUNT_VOLUME, FSCTL_UNLOCK_VOLUME}) {
@@ -163,15 +184,11 @@ char letterOf(const Target& target) {
 }
 
 Problem driveProblem(const DriveView& drive, DWORD error) {
-    switch (error) {
-        case ERROR_NOT_READY:
-            return {ExitCode::noDiskette, "there is no diskette in " + drive.name()};
-        case ERROR_FILE_NOT_FOUND:
-        case ERROR_PATH_NOT_FOUND:
-            return {ExitCode::noDiskette, "there is no drive " + drive.name()};
-        default:
-            return {ExitCode::failure, drive.name() + " cannot be read: " + errorText(error)};
+    if (error == ERROR_FILE_NOT_FOUND || error == ERROR_PATH_NOT_FOUND) {
+        return {ExitCode::noDiskette, "there is no drive " + drive.name()};
     }
+    const Problem cause = transferProblem(error, 0);
+    return {cause.code(), drive.name() + " cannot be read: " + cause.what()};
 }
 
 // On Windows 95/98/Me, which tells a medium's size only after a look at the drive's type, the diskette drives
@@ -196,6 +213,20 @@ public:
     DisketteView& view() override { return view_; }
     std::string root() const override { return view_.root(); }
 
+    bool exists() const override { return true; }
+
+    // Where Windows does not tell of a protected diskette, the first change fails and nothing is lost.
+    void requireWritable() override {
+        std::string label;
+        std::string system;
+        DWORD error = view_.volume(label, system);
+        if (error == NO_ERROR && !system.starts_with("FAT")) error = ERROR_UNRECOGNIZED_VOLUME;
+        if (error == NO_ERROR) error = view_.writable();
+        if (error != NO_ERROR) throw transferProblem(error, 0);
+    }
+
+    void prepare() override {}
+
     // Windows does not let programs write to sectors everywhere, so a file shows whether it can be written.
     Problem diagnose() override {
         const DWORD error = errorOf([&] {
@@ -203,23 +234,19 @@ public:
             UTILS::DiskIO probe((root() + "PROBE.TMP").c_str(), GENERIC_WRITE, 0, CREATE_ALWAYS);
             probe.Delete();
         });
-        if (error == ERROR_WRITE_PROTECT)
-            return {ExitCode::writeProtected, "the diskette is write-protected"};
+        if (error == ERROR_WRITE_PROTECT) return transferProblem(error);
         std::array<std::byte, boot_sector::size> sector{};
         for (DWORD number = 0; number < boot_sector::totalSectors; ++number) {
-            const DWORD fault = view_.readSectors(number, sector);
-            if (fault == ERROR_NOT_READY) return {ExitCode::noDiskette, "there is no diskette in the drive"};
-            if (fault != NO_ERROR) {
-                return {ExitCode::mediumError,
-                        "sector " + std::to_string(number) + " of the diskette is bad: " + errorText(fault)};
-            }
+            if (const DWORD fault = view_.readSectors(number, sector)) return transferProblem(fault, number);
         }
-        return {ExitCode::failure, "the diskette could not be made"};
+        return {ExitCode::failure,
+                "the diskette could not be made, although each of its sectors can be read now"};
     }
 
     void commit() override {
         if (const DWORD error = view_.settle()) {
-            throw Problem(ExitCode::mediumError, "the diskette could not be finished: " + errorText(error));
+            throw Problem(codeOf(error, ExitCode::failure),
+                          view_.name() + " the diskette could not be finished: " + errorText(error));
         }
     }
 
@@ -230,9 +257,18 @@ private:
 class WindowsWorkplace : public Workplace {
 public:
     std::unique_ptr<Diskette> insert(const MakeOptions& options) override {
-        return std::make_unique<WindowsDiskette>(letterOf(options.target));
+        const char letter = letterOf(options.target);
+        DriveView drive(letter);
+        refuseOtherDrives(drive);
+        std::array<unsigned char, boot_sector::size> sector{};
+        if (const DWORD error = drive.bootSector(sector)) throw driveProblem(drive, error);
+        return std::make_unique<WindowsDiskette>(letter);
     }
 };
+
+bool isControl(char letter) {
+    return static_cast<unsigned char>(letter) < ' ';
+}
 
 // An option that is known, not shown, and refused.
 void refuse(CLI::App& command, const std::string& name) {
@@ -244,18 +280,16 @@ void refuse(CLI::App& command, const std::string& name) {
 
 }  // namespace
 
-TargetFacts examine(const Target& target) {
-    DriveView drive(letterOf(target));
-    refuseOtherDrives(drive);
-    std::array<unsigned char, boot_sector::size> sector{};
-    if (const DWORD error = drive.bootSector(sector)) throw driveProblem(drive, error);
-    TargetFacts facts;
-    facts.exists = true;
-    std::string system;
-    facts.isDiskette = drive.volume(facts.label, system) == NO_ERROR && system.starts_with("FAT") &&
-                       field(sector, boot_sector::bytesPerSectorAt) == boot_sector::size &&
-                       field(sector, boot_sector::totalSectorsAt) == boot_sector::totalSectors;
-    return facts;
+// Windows' own upper case, and no character that the code page of diskettes lacks: Windows would refuse the
+// label only when the diskette has been erased.
+std::string storedLabel(const std::string& label) {
+    if (label.find_first_of("\"*+,./:;<=>?[\\]|") != std::string::npos || label.front() == ' ' ||
+        label.back() == ' ' || std::any_of(label.begin(), label.end(), isControl)) {
+        return {};
+    }
+    std::string stored = label;
+    CharUpperA(stored.data());
+    return converted(converted(stored, CP_ACP, CP_OEMCP), CP_OEMCP, CP_ACP) == stored ? stored : "";
 }
 
 std::unique_ptr<DisketteView> openForReading(const Target& target) {

@@ -6,6 +6,7 @@
 #include "boot_files.h"
 #include "tools/common/names.h"
 #include "tools/common/reasons.h"
+#include "tools/emergency_disk/problems.h"
 
 namespace tools::emergency_disk {
 
@@ -14,21 +15,48 @@ namespace {
 constexpr DWORD attributeBits =
     FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
 
+// A failed transfer is told apart from contents that differ.
+ExitCode faultCode(DWORD error) {
+    const ExitCode code = codeOf(error, ExitCode::verificationFailed);
+    return code == ExitCode::refused ? ExitCode::verificationFailed : code;
+}
+
+Check unreadable(const std::string& name, const std::string& what, DWORD error) {
+    return {name, false, what + ": " + errorText(error) + ".", faultCode(error)};
+}
+
 void checkStart(DisketteView& diskette, Inspection& inspection) {
+    DWORD error = NO_ERROR;
     const boot_check::Report report = boot_check::CheckDiskette([&](DWORD number, boot_check::Sector sector) {
-        return diskette.readSectors(number, std::as_writable_bytes(sector)) == 0;
+        const DWORD result = diskette.readSectors(number, std::as_writable_bytes(sector));
+        if (result != NO_ERROR) error = result;
+        return result == NO_ERROR;
     });
     for (const boot_check::Finding& finding : report.findings) {
-        inspection.checks.push_back({finding.name, finding.passed, finding.sentence});
+        inspection.checks.push_back({finding.name, finding.passed, finding.sentence,
+                                     finding.unreadable ? faultCode(error) : ExitCode::verificationFailed});
     }
     inspection.boots = report.passed();
 }
 
-Check checkFats(DisketteView& diskette) {
+bool hasOwnBootCode(const Inspection& inspection) {
+    return std::any_of(inspection.checks.begin(), inspection.checks.end(),
+                       [](const Check& check) { return check.name == "boot-code" && check.passed; });
+}
+
+// What is to be said when there is no volume to look into. A diskette that was never an emergency diskette
+// has nothing in its boot sector that would be worth a word.
+void checkVolume(DWORD error, Inspection& inspection) {
+    if (codeOf(error, ExitCode::failure) != ExitCode::refused) {
+        inspection.checks.push_back(unreadable("volume", "The volume cannot be read", error));
+        return;
+    }
+    if (!hasOwnBootCode(inspection)) inspection.checks.clear();
+    inspection.checks.push_back({"volume", false, "The diskette is not formatted: it has no FAT12 volume."});
+}
+
+Check checkFats(DisketteView& diskette, const DisketteView::Fats& fats) {
     const std::string name = "fats-agree";
-    DisketteView::Fats fats;
-    if (const DWORD error = diskette.fats(fats))
-        return {name, false, "There is no FAT12 volume: " + errorText(error) + "."};
     const std::size_t bytes = std::size_t{fats.sectorsEach} * boot_sector::size;
     std::vector<std::byte> first(bytes);
     std::vector<std::byte> other(bytes);
@@ -37,83 +65,89 @@ Check checkFats(DisketteView& diskette) {
         error = diskette.readSectors(fats.first + fat * fats.sectorsEach, other);
         if (error == 0 && other != first) return {name, false, "The two file allocation tables differ."};
     }
-    if (error != 0)
-        return {name, false, "The file allocation tables cannot be read: " + errorText(error) + "."};
+    if (error != 0) return unreadable(name, "The file allocation tables cannot be read", error);
     return {name, true, "The two file allocation tables agree."};
 }
 
 Check checkLabel(DisketteView& diskette, const std::string* expected) {
     std::string label;
     if (const DWORD error = diskette.label(label))
-        return {"label", false, "The label cannot be read: " + errorText(error) + "."};
+        return unreadable("label", "The label cannot be read", error);
     const bool passed = expected == nullptr || label == *expected;
     std::string sentence = label.empty() ? "The diskette has no label" : "The label is " + utf8(label);
     if (!passed) sentence += "; it should be " + utf8(*expected);
     return {"label", passed, sentence + "."};
 }
 
-std::string contentsFault(DisketteView& diskette, const PlannedFile& planned, std::uint64_t size) {
-    if (size != planned.contents.size()) {
-        return "has " + std::to_string(size) + " bytes; it should have " +
-               std::to_string(planned.contents.size());
-    }
-    std::vector<unsigned char> contents(planned.contents.size());
-    if (const DWORD error = diskette.readFile(planned.name, contents)) {
-        return "cannot be read: " + errorText(error);
-    }
-    if (contents == planned.contents) return {};
-    const auto differing =
-        std::mismatch(contents.begin(), contents.end(), planned.contents.begin(), planned.contents.end());
-    return "differs from the archive at byte " + std::to_string(differing.first - contents.begin());
+Check wrongFile(const BootFile& file, const std::string& fault,
+                ExitCode code = ExitCode::verificationFailed) {
+    return {std::string("file-") + file.name, false, file.name + (" " + fault + "."), code};
 }
 
-// What is wrong with a file; empty when nothing is.
-std::string fileFault(DisketteView& diskette, const BootFile& file, const PlannedFile* planned) {
-    DisketteView::File facts;
-    const DWORD error = diskette.file(file.name, facts);
-    if (error == ERROR_FILE_NOT_FOUND) return "is missing";
-    if (error != 0) return "cannot be looked up: " + errorText(error);
-    if (facts.size == 0) return "is empty";
-    if (planned != nullptr) {
-        std::string fault = contentsFault(diskette, *planned, facts.size);
-        if (!fault.empty()) return fault;
+Check checkContents(DisketteView& diskette, const BootFile& file, const PlannedFile& planned) {
+    std::vector<unsigned char> contents(planned.contents.size());
+    if (const DWORD error = diskette.readFile(planned.name, contents)) {
+        return wrongFile(file, "cannot be read: " + errorText(error), faultCode(error));
     }
-    if ((facts.attributes & attributeBits) != (file.attributes & attributeBits)) {
-        return "has the attributes " + std::to_string(facts.attributes & attributeBits) +
-               "; it should have " + std::to_string(file.attributes & attributeBits);
+    const auto differing =
+        std::mismatch(contents.begin(), contents.end(), planned.contents.begin(), planned.contents.end());
+    if (differing.second != planned.contents.end()) {
+        return wrongFile(
+            file, "differs from the archive at byte " + std::to_string(differing.first - contents.begin()));
     }
-    return {};
+    return {std::string("file-") + file.name, true,
+            file.name + std::string(" holds what the archive holds, with its attributes.")};
 }
 
 Check checkFile(DisketteView& diskette, const BootFile& file, const PlannedFile* planned) {
-    const std::string fault = fileFault(diskette, file, planned);
-    const std::string good = planned != nullptr ? " holds what the archive holds, with its attributes."
-                                                : " is there, with its attributes.";
-    return {std::string("file-") + file.name, fault.empty(),
-            file.name + (fault.empty() ? good : " " + fault + ".")};
+    DisketteView::File facts;
+    const DWORD error = diskette.file(file.name, facts);
+    if (error == ERROR_FILE_NOT_FOUND) return wrongFile(file, "is missing");
+    if (error != 0) return wrongFile(file, "cannot be looked up: " + errorText(error), faultCode(error));
+    if (facts.size == 0) return wrongFile(file, "is empty");
+    if (planned != nullptr && facts.size != planned->contents.size()) {
+        return wrongFile(file, "has a size of " + std::to_string(facts.size) + ", not of " +
+                                   std::to_string(planned->contents.size()) + " as in the archive");
+    }
+    const DWORD attributes = facts.attributes & attributeBits;
+    if (attributes != (file.attributes & attributeBits)) {
+        return wrongFile(file, "has the attributes " + std::to_string(attributes) + "; it should have " +
+                                   std::to_string(file.attributes & attributeBits));
+    }
+    if (planned != nullptr) return checkContents(diskette, file, *planned);
+    return {std::string("file-") + file.name, true,
+            file.name + std::string(" is there, with its attributes.")};
 }
 
 }  // namespace
 
 bool Inspection::passed() const {
-    return boots && firstFault() == nullptr;
+    return boots && fault() == nullptr;
 }
 
-const Check* Inspection::firstFault() const {
-    const auto fault =
-        std::find_if(checks.begin(), checks.end(), [](const Check& check) { return !check.passed; });
-    return fault == checks.end() ? nullptr : &*fault;
+const Check* Inspection::fault() const {
+    const auto find = [this](auto isMeant) {
+        const auto found = std::find_if(checks.begin(), checks.end(), isMeant);
+        return found == checks.end() ? nullptr : &*found;
+    };
+    const Check* medium =
+        find([](const Check& check) { return !check.passed && check.code != ExitCode::verificationFailed; });
+    return medium != nullptr ? medium : find([](const Check& check) { return !check.passed; });
 }
 
 Inspection inspect(DisketteView& diskette, const Expectation& expected) {
     Inspection inspection;
     if (const DWORD error = diskette.settle()) {
-        inspection.checks.push_back(
-            {"medium", false, "The diskette cannot be finished: " + errorText(error) + "."});
+        inspection.checks.push_back(unreadable("medium", "The medium cannot be read", error));
         return inspection;
     }
     checkStart(diskette, inspection);
-    inspection.checks.push_back(checkFats(diskette));
+    DisketteView::Fats fats;
+    if (const DWORD error = diskette.fats(fats)) {
+        checkVolume(error, inspection);
+        return inspection;
+    }
+    inspection.checks.push_back(checkFats(diskette, fats));
     inspection.checks.push_back(checkLabel(diskette, expected.label));
     for (std::size_t i = 0; i < bootFiles.size(); ++i) {
         const PlannedFile* planned = expected.plan == nullptr ? nullptr : &(*expected.plan)[i];

@@ -12,6 +12,8 @@ struct Check {
     std::string name;  // short and fixed, for --json
     bool passed;
     std::string sentence;  // plain English
+    // How a program ends when this is the check that failed.
+    ExitCode code = ExitCode::verificationFailed;
 };
 
 struct Inspection {
@@ -19,8 +21,8 @@ struct Inspection {
     bool boots = false;  // the boot code would start the loader
 
     bool passed() const;
-    // The first check that failed; null when all passed.
-    const Check* firstFault() const;
+    // The check that failed, of several the first that tells of the medium; null when all passed.
+    const Check* fault() const;
 };
 
 // What a finished diskette is compared with.
@@ -30,7 +32,8 @@ struct Expectation {
 };
 
 // Looks at a diskette: whether it starts, whether its two FATs agree, its label, and each of the
-// fourteen files with its attributes and, given a plan, its contents. Everything is read from the medium.
+// fourteen files with its attributes and, given a plan, its contents. Everything is read from the medium. A
+// diskette that is not formatted fails one check, which says so.
 Inspection inspect(DisketteView& diskette, const Expectation& expected);
 
 }  // namespace tools::emergency_disk

@@ -3,7 +3,10 @@
 #include "tools/emergency_disk/commands.h"
 #include "tools/emergency_disk/disk_maker.h"
 #include "tools/emergency_disk/diskette.h"
+#include "tools/emergency_disk/erasing.h"
+#include "tools/emergency_disk/fitness.h"
 #include "tools/emergency_disk/inspection.h"
+#include "tools/emergency_disk/problems.h"
 
 namespace tools::emergency_disk {
 
@@ -11,38 +14,28 @@ namespace {
 
 constexpr std::size_t longestLabel = 11;
 
-// A label as DOS keeps it: up to 11 characters, upper case, none of those that DOS refuses.
 std::string checkedLabel(const std::string& text) {
-    std::string label = ansi(text);
+    const std::string label = ansi(text);
     if (label.empty() || label.size() > longestLabel) {
         throw Problem(ExitCode::usage, "the label '" + text + "' does not have 1 to 11 characters");
     }
-    if (label.find_first_of("\"*+,./:;<=>?[\\]|") != std::string::npos || label.front() == ' ' ||
-        label.back() == ' ') {
+    std::string stored = storedLabel(label);
+    if (stored.empty()) {
         throw Problem(ExitCode::usage, "the label '" + text + "' has a character that a label cannot have");
     }
-    for (char& letter : label) {
-        if (static_cast<unsigned char>(letter) < 0x20)
-            throw Problem(ExitCode::usage, "the label has a control character");
-        if (letter >= 'a' && letter <= 'z') letter = static_cast<char>(letter - 'a' + 'A');
-    }
-    return label;
+    return stored;
 }
 
-// What would be lost must be a diskette, and its owner must agree.
-void confirm(const MakeOptions& options, const TargetFacts& facts, Console& console) {
-    if (!facts.exists) return;
+// What would be lost is the user's, who must agree.
+void confirm(const MakeOptions& options, Diskette& diskette, Console& console) {
+    if (!diskette.exists() || options.yes) return;
+    std::string label;
+    if (diskette.view().label(label) == NO_ERROR && !label.empty()) label = " (label " + utf8(label) + ")";
     const std::string& name = options.target.path().string();
-    if (!facts.isDiskette) {
-        throw Problem(ExitCode::refused,
-                      name + " does not hold a formatted 1.44 MB FAT12 diskette; nothing was changed" +
-                          (options.target.isDevice() ? "" : " (emergency-disk format makes it one)"));
-    }
-    if (options.yes || options.dryRun) return;
-    const std::string label = facts.label.empty() ? "" : " (label " + utf8(facts.label) + ")";
     if (!console.confirm("Erase everything on the diskette " + name + label + "?")) {
-        throw Problem(ExitCode::refused,
-                      name + ": not confirmed; nothing was changed (--yes replaces without asking)");
+        throw Problem(
+            ExitCode::refused,
+            about(options.target, "not confirmed; nothing was changed (--yes replaces without asking)"));
     }
 }
 
@@ -56,32 +49,51 @@ void setUp(DiskMaker& maker, const MakeOptions& options, const std::string& labe
         maker.AddDiskFile(UTILS::UtilsString(file.name), static_cast<int>(file.attributes));
 }
 
-// The maker takes the first drive that it finds, which must be the one that the user agreed to.
-void findDrive(DiskMaker& maker, const MakeOptions& options, const Diskette& diskette) {
-    const std::string& name = options.target.path().string();
-    if (maker.FindFloppyDrive() != 1) throw Problem(ExitCode::noDiskette, name + ": " + maker.shownError());
+// The maker takes the first drive that it finds, which must be the one that the user means.
+void findDrive(DiskMaker& maker, const Diskette& diskette) {
+    if (maker.FindFloppyDrive() != 1) {
+        throw Problem(ExitCode::unsuitableDrive, "this is no drive in which Windows takes 1.44 MB diskettes");
+    }
     if (maker.GetDriveRoot() == diskette.root().c_str()) return;
     throw Problem(ExitCode::refused, std::string("the diskette would be made in ") +
                                          maker.GetDriveRoot().c_str() +
-                                         ", the first drive that takes 1.44 MB, "
-                                         "and not in " +
-                                         name + "; nothing was changed");
+                                         ", the first drive that takes 1.44 MB diskettes");
 }
 
-// Runs the library's two steps.
-void runMaker(const MakeOptions& options, const std::string& label, Diskette& diskette, Console& console,
-              Cancellation& cancellation) {
-    DiskMaker maker(console);
-    setUp(maker, options, label);
+// Everything that can be known before anything is changed; a dry run ends after it. Until then an interrupt
+// may end the program at once.
+void checkEverything(const MakeOptions& options, const DiskPlan& plan, Diskette& diskette, DiskMaker& maker,
+                     Console& console) {
+    console.status("Checking the diskette ...");
+    try {
+        diskette.requireWritable();
+        requireFit(diskette.view(), plan);
+        requireErasable(diskette.root());
+        findDrive(maker, diskette);
+    } catch (const Problem& cause) {
+        throw Problem(cause.code(),
+                      about(options.target, cause.what() + std::string("; nothing was changed")));
+    }
+}
+
+Problem causeOfFailure(Diskette& diskette, bool whileErasing) {
+    Problem cause = diskette.diagnose();
+    if (cause.code() != ExitCode::failure || !whileErasing) return cause;
+    const std::string entry = erasingStoppedAt(diskette.root());
+    return entry.empty() ? cause : Problem(ExitCode::failure, entry);
+}
+
+// Erasing is the one step that shows no status line.
+void runMaker(const MakeOptions& options, DiskMaker& maker, Diskette& diskette,
+              const Cancellation& cancellation) {
     const Cancellation::Scope scope(cancellation, [&maker] { maker.SendCancelCommand(); });
-    findDrive(maker, options, diskette);
     cancellation.check();
+    const int linesBefore = maker.statusLines();
     const bool made = maker.MakeDisk() == 1;
     cancellation.check();
-    if (made && maker.shownError().empty()) return;
-    const Problem cause = diskette.diagnose();
-    const std::string& shown = maker.shownError().empty() ? maker.lastStatus() : maker.shownError();
-    throw Problem(cause.code(), options.target.path().string() + ": " + cause.what() + " (" + shown + ")");
+    if (made && !maker.hasFailed()) return;
+    const Problem cause = causeOfFailure(diskette, maker.statusLines() == linesBefore);
+    throw Problem(cause.code(), about(options.target, cause.what()));
 }
 
 void verify(const MakeOptions& options, DisketteView& diskette, const DiskPlan& plan,
@@ -89,11 +101,10 @@ void verify(const MakeOptions& options, DisketteView& diskette, const DiskPlan& 
     session.console.status("Reading the diskette back ...");
     const Inspection inspection = inspect(diskette, {&plan, &label});
     session.result["verified"] = inspection.passed();
-    if (!inspection.passed()) {
-        const Check* fault = inspection.firstFault();
-        throw Problem(ExitCode::verificationFailed, options.target.path().string() + ": not right: " +
-                                                        (fault ? fault->sentence : "it would not boot"));
-    }
+    if (inspection.passed()) return;
+    const Check& fault = *inspection.fault();
+    throw Problem(fault.code, about(options.target, "verification failed: " +
+                                                        fault.sentence.substr(0, fault.sentence.size() - 1)));
 }
 
 void report(const MakeOptions& options, const DiskPlan& plan, const std::string& label, Session& session) {
@@ -105,9 +116,10 @@ void report(const MakeOptions& options, const DiskPlan& plan, const std::string&
     session.result["bytes"] = bytes;
     session.result["dry_run"] = options.dryRun;
     if (session.json) return;
-    session.console.result(options.target.path().string() + (options.dryRun ? ": would hold " : ": ") +
-                           std::to_string(plan.size()) + " files, " + std::to_string(bytes) + " bytes" +
-                           (options.verify && !options.dryRun ? ", read back and compared" : ""));
+    session.console.result(
+        about(options.target, (options.dryRun ? "would hold " : "") + std::to_string(plan.size()) +
+                                  " files, " + std::to_string(bytes) + " bytes" +
+                                  (options.verify && !options.dryRun ? ", read back and compared" : "")));
 }
 
 }  // namespace
@@ -117,12 +129,15 @@ void make(const MakeOptions& options, Session& session) {
     const std::unique_ptr<Workplace> workplace = workplaceFor(options);
     const std::string label = checkedLabel(options.label);
     const DiskPlan plan = readPlan(options.archive);
-    windowsPath(options.archive);  // by which the maker reads what was checked
-    confirm(options, examine(options.target), session.console);
+    const std::unique_ptr<Diskette> diskette = workplace->insert(options);
+    DiskMaker maker(session.console);
+    setUp(maker, options, label);
+    checkEverything(options, plan, *diskette, maker, session.console);
     if (!options.dryRun) {
-        Cancellation cancellation;
-        const std::unique_ptr<Diskette> diskette = workplace->insert(options);
-        runMaker(options, label, *diskette, session.console, cancellation);
+        confirm(options, *diskette, session.console);
+        const Cancellation cancellation;
+        diskette->prepare();
+        runMaker(options, maker, *diskette, cancellation);
         if (options.verify) verify(options, diskette->view(), plan, label, session);
         cancellation.check();
         diskette->commit();

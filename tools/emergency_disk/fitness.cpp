@@ -1,0 +1,184 @@
+#include "tools/emergency_disk/fitness.h"
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+#include "boot_check.h"
+#include "tools/emergency_disk/problems.h"
+
+namespace tools::emergency_disk {
+
+namespace {
+
+constexpr DWORD sectorSize = boot_sector::size;
+constexpr DWORD entrySize = 32;
+constexpr DWORD freeMark = 0;
+constexpr DWORD badMark = 0xFF7;
+constexpr DWORD firstCluster = 2;
+constexpr DWORD clusterEnd = firstCluster + diskClusters;
+
+using Bytes = std::vector<unsigned char>;
+
+DWORD wordAt(const Bytes& bytes, std::size_t at) {
+    return bytes[at] | DWORD{bytes[at + 1]} << 8;
+}
+
+DWORD sectorOf(DWORD cluster) {
+    return firstDataSector + cluster - firstCluster;
+}
+
+// When a transfer of several sectors fails, the one at fault is looked for.
+Bytes read(DisketteView& diskette, DWORD first, DWORD count) {
+    Bytes bytes(std::size_t{count} * sectorSize);
+    const auto all = std::as_writable_bytes(std::span(bytes));
+    if (diskette.readSectors(first, all) == NO_ERROR) return bytes;
+    for (DWORD i = 0; i < count; ++i) {
+        const auto sector = all.subspan(std::size_t{i} * sectorSize, sectorSize);
+        if (const DWORD error = diskette.readSectors(first + i, sector)) {
+            throw transferProblem(error, first + i);
+        }
+    }
+    return bytes;
+}
+
+// The file allocation table, changed in memory alone.
+class Clusters {
+public:
+    explicit Clusters(const Bytes& fat) : links_(clusterEnd) {
+        for (DWORD cluster = 0; cluster < clusterEnd; ++cluster) {
+            const DWORD pair = wordAt(fat, cluster + cluster / 2);
+            links_[cluster] = cluster % 2 == 0 ? pair & 0xFFF : pair >> 4;
+        }
+    }
+
+    // Frees a chain as far as it is one, which may be damaged in any way; gives its clusters.
+    std::vector<DWORD> release(DWORD first) {
+        std::vector<DWORD> chain;
+        DWORD cluster = first;
+        while (cluster >= firstCluster && cluster < clusterEnd && links_[cluster] != freeMark) {
+            chain.push_back(cluster);
+            cluster = std::exchange(links_[cluster], freeMark);
+        }
+        return chain;
+    }
+
+    bool isBad(DWORD cluster) const { return links_[cluster] == badMark; }
+    std::vector<DWORD> free() const {
+        std::vector<DWORD> clusters;
+        for (DWORD cluster = firstCluster; cluster < clusterEnd; ++cluster) {
+            if (links_[cluster] == freeMark) clusters.push_back(cluster);
+        }
+        return clusters;
+    }
+    std::size_t bad() const {
+        return static_cast<std::size_t>(std::count(links_.begin() + firstCluster, links_.end(), badMark));
+    }
+
+private:
+    std::vector<DWORD> links_;
+};
+
+// Frees what the entries of a directory hold. Result: the entries that deleting leaves behind: labels, and
+// parts of long names that belong to no file.
+std::size_t eraseDirectory(DisketteView& diskette, Clusters& clusters, const Bytes& directory, bool isRoot) {
+    constexpr DWORD labelBit = 0x08;
+    std::size_t kept = 0;
+    std::size_t longName = 0;  // parts of one, before the file that it belongs to
+    for (std::size_t at = 0; at < directory.size() && directory[at] != 0; at += entrySize) {
+        const DWORD attributes = directory[at + 11];
+        const bool deleted = directory[at] == 0xE5;
+        const bool dots = !isRoot && directory[at] == '.';
+        if (!deleted && (attributes & 0x3F) == 0x0F) {
+            ++longName;
+        } else if (deleted || (attributes & labelBit) != 0) {
+            kept += std::exchange(longName, 0) + (deleted ? 0 : 1);
+        } else if (!dots) {
+            longName = 0;
+            Bytes below;
+            for (const DWORD cluster : clusters.release(wordAt(directory, at + 26))) {
+                if ((attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) continue;
+                const Bytes sector = read(diskette, sectorOf(cluster), 1);
+                below.insert(below.end(), sector.begin(), sector.end());
+            }
+            eraseDirectory(diskette, clusters, below, false);
+        }
+    }
+    return kept + longName;
+}
+
+void requireLayout(DisketteView& diskette) {
+    DisketteView::Fats fats;
+    if (const DWORD error = diskette.fats(fats)) throw transferProblem(error, 0);
+    const Bytes sector = read(diskette, 0, 1);
+    const boot_check::Finding finding =
+        boot_check::CheckParameterBlock(std::span(sector).first<boot_sector::size>());
+    if (!finding.passed) {
+        std::string difference = finding.sentence.substr(0, finding.sentence.size() - 1);
+        difference.front() = 't';  // "The ..."
+        throw Problem(ExitCode::refused, "the diskette is formatted differently: " + difference);
+    }
+}
+
+Clusters readFat(DisketteView& diskette) {
+    const Bytes first = read(diskette, firstFatSector, fatSectors);
+    if (first != read(diskette, firstFatSector + fatSectors, fatSectors)) {
+        throw Problem(ExitCode::refused, "the volume is damaged: its two file allocation tables differ");
+    }
+    return Clusters(first);
+}
+
+DWORD clustersOf(const PlannedFile& file) {
+    return static_cast<DWORD>((file.contents.size() + sectorSize - 1) / sectorSize);
+}
+
+DWORD clustersOf(std::span<const PlannedFile> files) {
+    return std::transform_reduce(files.begin(), files.end(), DWORD{0}, std::plus(),
+                                 [](const PlannedFile& file) { return clustersOf(file); });
+}
+
+void requireRoom(const DiskPlan& plan, const Clusters& clusters, std::size_t keptEntries) {
+    const std::size_t needed = clustersOf(plan);
+    const std::size_t free = clusters.free().size();
+    if (free < needed) {
+        const std::size_t lost = diskClusters - free - clusters.bad();
+        throw Problem(ExitCode::doesNotFit,
+                      "the files need " + std::to_string(needed) + " clusters; of the diskette's " +
+                          std::to_string(diskClusters) + ", " + std::to_string(clusters.bad()) +
+                          " are marked as bad and " + std::to_string(lost) +
+                          " are in use without belonging to a file");
+    }
+    if (rootEntries < keptEntries + plan.size() + 1) {  // and the label
+        throw Problem(ExitCode::doesNotFit,
+                      "the root directory has no room for the files, even when all others are deleted");
+    }
+}
+
+// `places` are the free clusters, in the order in which the files take them.
+void requireLoadersRun(const DiskPlan& plan, const Clusters& clusters, std::span<const DWORD> places) {
+    const auto loader = std::find_if(plan.begin(), plan.end(),
+                                     [](const PlannedFile& file) { return file.name == loaderName; });
+    const auto run = places.subspan(clustersOf(std::span(plan.begin(), loader)), clustersOf(*loader));
+    const auto gap =
+        std::adjacent_find(run.begin(), run.end(), [](DWORD one, DWORD next) { return next != one + 1; });
+    if (gap == run.end()) return;
+    const DWORD taken = *gap + 1;
+    const std::string where =
+        "cluster " + std::to_string(taken) + ", where the loader has to lie in one piece, is ";
+    if (clusters.isBad(taken)) throw Problem(ExitCode::mediumError, where + "marked as bad");
+    throw Problem(ExitCode::refused,
+                  "the volume is damaged: " + where + "in use without belonging to a file");
+}
+
+}  // namespace
+
+void requireFit(DisketteView& diskette, const DiskPlan& plan) {
+    requireLayout(diskette);
+    Clusters clusters = readFat(diskette);
+    const Bytes root = read(diskette, firstRootSector, rootSectors);
+    const std::size_t kept = eraseDirectory(diskette, clusters, root, true);
+    requireRoom(plan, clusters, kept);
+    requireLoadersRun(plan, clusters, clusters.free());
+}
+
+}  // namespace tools::emergency_disk
