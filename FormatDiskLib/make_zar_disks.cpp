@@ -44,6 +44,11 @@ bool isDirectory(const WIN32_FIND_DATAA& entry) {
     return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
+// A directory that lies elsewhere: only the way to it is on the diskette.
+bool isLink(const WIN32_FIND_DATAA& entry) {
+    return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
 bool isDotEntry(const std::string& name) {
     return name == "." || name == "..";
 }
@@ -233,7 +238,8 @@ int MakeZARDisks::EraseTree(const char* directory) {
                 return 0;
             }
         } else if (!isDotEntry(entry.cFileName)) {
-            if (EraseTree(name.c_str()) == 0 || !RemoveDirectoryA(name.c_str())) {
+            const bool emptied = isLink(entry) || EraseTree(name.c_str()) != 0;
+            if (!emptied || !RemoveDirectoryA(name.c_str())) {
                 return 0;
             }
         }

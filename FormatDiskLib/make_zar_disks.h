@@ -62,7 +62,8 @@ public:
     // and what goOn throws.
     int VerifyDisk(const std::function<bool(int percent)>& goOn);
 
-    // Deletes all files and directories below a directory, whatever their attributes; reports nothing.
+    // Deletes all files and directories below a directory, whatever their attributes; reports nothing. Of a
+    // link to a directory only the link goes.
     // Result: 1, also when nothing can be found there; 0 at the first failure, where it stops, and for an
     // empty name.
     int EraseTree(const char* directory);

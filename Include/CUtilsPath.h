@@ -34,8 +34,10 @@ private:
 // One path: of the file system ("C:\a"), of the network ("\\server\share\a") or of the registry
 // ("HKLM\Software"). It is kept absolute, without a backslash at its end ("C:\" is kept as "C:"; joins and
 // system calls put the backslash of a root back), together with its form through the computer's name.
-// A relative text is completed with the current directory; ".." never climbs above the drive or share. Only
-// the backslash separates. Texts are 8-bit, of any length.
+// A relative text is completed with the current directory, and every text is resolved element by element: "."
+// goes, ".." takes the element before it along ("x\..\y" is "y") but never climbs above the drive or share,
+// and what only begins with dots (".hidden", "..foo") is a name like any other. Only the backslash separates.
+// Texts are 8-bit, of any length.
 //
 // Most operations return 1, or 0 for a failure. With the exception flag set an empty path and a failed search
 // throw UTILS::std_exception of type 173 instead of returning 0.
@@ -237,7 +239,8 @@ public:
 
     // Deletes the file, the directory with what the walk lists, or the key with all below it. Of a directory
     // or key the path becomes the parent. A tree not walked yet is walked first; read-only, hidden and system
-    // entries go only with the read-only scan flag. 0 when there is nothing of that name or the walk or the
+    // entries go only with the read-only scan flag. A link goes as the entry that it is: nothing behind it is
+    // deleted, even if an earlier walk has listed it. 0 when there is nothing of that name or the walk or the
     // registry fails. Throws DiskIoException types 6 and 12, whatever the flag; what is deleted stays
     // deleted.
     int DeleteDir();
@@ -327,7 +330,8 @@ private:
     // 0, or with the exception flag a throw.
     int Refuse(const char* condition, DWORD line = __builtin_LINE()) const;
 
-    int WalkFiles(const std::string& pattern);
+    enum class Links { AreFollowed, AreLeaves };
+    int WalkFiles(const std::string& pattern, Links links);
     bool Takes(const WIN32_FIND_DATAA& entry) const;
     bool List(const WIN32_FIND_DATAA& entry, const std::string& path);
     int WalkKeys();

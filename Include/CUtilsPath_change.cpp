@@ -1,5 +1,6 @@
 #include <windows.h>
 
+#include <set>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -39,6 +40,22 @@ int CreateFromAncestor(std::string_view directory) {
     return IsThere(error) ? 1 : 0;
 }
 
+// Whether a directory is a link to one elsewhere. One that cannot be asked is left alone like a link.
+bool IsLink(const std::string& directory) {
+    return (::GetFileAttributesA(directory.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
+using Directories = std::set<std::string, std::less<>>;
+
+bool LiesBelow(const Directories& directories, std::string_view path) {
+    std::size_t end = directories.empty() ? std::string_view::npos : path.rfind('\\');
+    while (end != std::string_view::npos && end != 0) {
+        if (directories.find(path.substr(0, end)) != directories.end()) return true;
+        end = path.rfind('\\', end - 1);
+    }
+    return false;
+}
+
 }  // namespace
 
 int CUtilsPath::CreateDirectory(int flag) {
@@ -66,24 +83,37 @@ int CUtilsPath::DeleteDir() {
         totalSize_ = 0;
         return 1;
     }
-    if (!IsADir() || (totalFiles_ == 0 && totalSubDirs_ == 0 && !Search())) {
+    if (!IsADir()) {
         return 0;
     }
-    DeleteListed();
+    if (!IsLink(SystemName())) {
+        if (totalFiles_ == 0 && totalSubDirs_ == 0 && !WalkFiles("*.*", Links::AreLeaves)) {
+            return 0;
+        }
+        DeleteListed();
+    }
+    DiskIO().DeleteDir(SystemName().c_str(), scanReadOnly_);
     LeaveToParent();
     return 1;
 }
 
-// A directory stands in front of all that lies below it, in walk order as in ascending order.
+// A directory stands before all that lies below it, in walk order as in ascending order. What an earlier walk
+// has found through a link lies elsewhere and stays.
 void CUtilsPath::DeleteListed() {
+    Directories links;
+    for (DWORD index = 0; index < directories_.GetNumberOfStrings(); ++index) {
+        const char* directory = directories_.Retrieve(index);
+        if (!LiesBelow(links, directory) && IsLink(directory)) links.insert(directory);
+    }
     DiskIO files;
     for (DWORD index = 0; index < files_.GetNumberOfStrings(); ++index) {
-        files.Delete(files_.Retrieve(index), scanReadOnly_);
+        const char* file = files_.Retrieve(index);
+        if (!LiesBelow(links, file)) files.Delete(file, scanReadOnly_);
     }
     for (DWORD index = directories_.GetNumberOfStrings(); index > 0; --index) {
-        files.DeleteDir(directories_.Retrieve(index - 1), scanReadOnly_);
+        const char* directory = directories_.Retrieve(index - 1);
+        if (!LiesBelow(links, directory)) files.DeleteDir(directory, scanReadOnly_);
     }
-    files.DeleteDir(SystemName().c_str(), scanReadOnly_);
 }
 
 void CUtilsPath::LeaveToParent() {

@@ -24,6 +24,10 @@ bool IsDots(std::string_view name) {
     return name == "." || name == "..";
 }
 
+bool IsLink(const WIN32_FIND_DATAA& entry) {
+    return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
+}
+
 }  // namespace
 
 int CUtilsPath::Search(const UtilsString& pattern) {
@@ -34,11 +38,11 @@ int CUtilsPath::Search(const UtilsString& pattern) {
     if (registryFlag_) {
         return WalkKeys();
     }
-    return IsADir() ? WalkFiles(pattern.c_str()) : 0;
+    return IsADir() ? WalkFiles(pattern.c_str(), Links::AreFollowed) : 0;
 }
 
 // The levels live on the heap: a tree may be deeper than a stack is.
-int CUtilsPath::WalkFiles(const std::string& pattern) {
+int CUtilsPath::WalkFiles(const std::string& pattern, Links links) {
     std::deque<Level> levels;
     levels.emplace_back(std::string(Text()), pattern);
     while (!levels.empty()) {
@@ -50,7 +54,8 @@ int CUtilsPath::WalkFiles(const std::string& pattern) {
             levels.pop_back();
         } else if (Takes(level.search.Entry())) {
             std::string path = path_text::Joined(level.directory, level.search.Entry().cFileName);
-            if (List(level.search.Entry(), path)) {
+            const bool followed = links == Links::AreFollowed || !IsLink(level.search.Entry());
+            if (List(level.search.Entry(), path) && followed) {
                 levels.emplace_back(std::move(path), pattern);
             }
         }

@@ -60,6 +60,15 @@ DWORD sharedAccess(const OpenRequest& request) {
     return request.access | (request.deleteOnClose ? deleteAccess : 0);
 }
 
+// What a path leads to, and whether it does so by a link at its end.
+bool look(const std::string& path, struct stat& facts, bool& link) {
+    if (::lstat(path.c_str(), &facts) != 0) {
+        return false;
+    }
+    link = S_ISLNK(facts.st_mode);
+    return !link || ::stat(path.c_str(), &facts) == 0;
+}
+
 // A file that was a regular one a moment ago might have become a pipe: opening must not wait for its other
 // end.
 int openFlags(const OpenRequest& request) {
@@ -91,30 +100,44 @@ std::string HostFolder::hostPath(const std::string& below) {
 }
 
 DWORD HostFolder::locate(const std::string& below, std::string& path, struct stat& facts) {
-    const DWORD error = find(below, path, facts);
-    if (error == 0 && knowledge_->shares->passOn({facts.st_dev, facts.st_ino})) {
-        return ::stat(path.c_str(), &facts) == 0 ? 0 : windowsError(errno);
+    Found found;
+    const DWORD error = locate(below, found);
+    path = std::move(found.path);
+    facts = found.facts;
+    return error;
+}
+
+DWORD HostFolder::locate(const std::string& below, Found& found) {
+    const DWORD error = find(below, found);
+    if (error == 0 && knowledge_->shares->passOn({found.facts.st_dev, found.facts.st_ino})) {
+        return look(found.path, found.facts, found.link) ? 0 : windowsError(errno);
     }
     return error;
 }
 
-DWORD HostFolder::find(const std::string& below, std::string& path, struct stat& facts) {
-    path = hostPath(below);
-    if (::stat(path.c_str(), &facts) == 0) {
+// For what is done to an entry itself: a link that leads nowhere is there too.
+DWORD HostFolder::locateEntry(const std::string& below, Found& found) {
+    const DWORD error = locate(below, found);
+    return error == ERROR_FILE_NOT_FOUND && ::lstat(found.path.c_str(), &found.facts) == 0 ? 0 : error;
+}
+
+DWORD HostFolder::find(const std::string& below, Found& found) {
+    found.path = hostPath(below);
+    if (look(found.path, found.facts, found.link)) {
         return 0;
     }
     if (errno != ENOENT && errno != ENOTDIR) {
         return windowsError(errno);
     }
-    DWORD error = locateWithoutCase(path);
-    bool found = error == 0 && ::stat(path.c_str(), &facts) == 0;
+    DWORD error = locateWithoutCase(found.path);
+    bool there = error == 0 && look(found.path, found.facts, found.link);
     // What is remembered without a look may be a name that is not there any more.
-    if (error == 0 && !found && knowledge_->alone && knowledge_->names.forget()) {
-        path = hostPath(below);
-        error = locateWithoutCase(path);
-        found = error == 0 && ::stat(path.c_str(), &facts) == 0;
+    if (error == 0 && !there && knowledge_->alone && knowledge_->names.forget()) {
+        found.path = hostPath(below);
+        error = locateWithoutCase(found.path);
+        there = error == 0 && look(found.path, found.facts, found.link);
     }
-    return error != 0 || found ? error : windowsError(errno);
+    return error != 0 || there ? error : windowsError(errno);
 }
 
 // Mostly the folder is spelt as it is and only the last name is missing or spelt otherwise.
@@ -173,13 +196,13 @@ DWORD HostFolder::open(const std::string& below, const OpenRequest& request, std
             return error;
         }
     }
-    struct stat known;
-    const DWORD error = locate(below, path, known);
+    Found found;
+    const DWORD error = locate(below, found);
     existed = error == 0;
     if (existed) {
-        return openExisting(path, known, request, file);
+        return openExisting(found, request, file);
     }
-    return error == ERROR_FILE_NOT_FOUND && creates(request) ? create(path, request, file) : error;
+    return error == ERROR_FILE_NOT_FOUND && creates(request) ? create(found.path, request, file) : error;
 }
 
 DWORD HostFolder::create(const std::string& path, const OpenRequest& request,
@@ -229,8 +252,9 @@ DWORD HostFolder::mayOverwrite(const std::string& path, const struct stat& known
     return (attributes & FILE_ATTRIBUTE_READONLY) != 0 || unnamed ? ERROR_ACCESS_DENIED : 0;
 }
 
-DWORD HostFolder::openExisting(const std::string& path, const struct stat& known, const OpenRequest& request,
+DWORD HostFolder::openExisting(const Found& found, const OpenRequest& request,
                                std::unique_ptr<OpenFile>& file) {
+    const auto& [path, known, link] = found;
     if (request.disposition == CREATE_NEW) {
         return ERROR_FILE_EXISTS;
     }
@@ -261,7 +285,7 @@ DWORD HostFolder::openExisting(const std::string& path, const struct stat& known
     }
     const auto size = truncates(request) ? 0 : static_cast<std::uint64_t>(known.st_size);
     // Nothing that is told of a file which nobody changes can differ from what its name leads to.
-    if (knowledge_->alone && access == GENERIC_READ) {
+    if (knowledge_->alone && access == GENERIC_READ && !link) {
         share->tellPath(path, descriptor.get());
     }
     file = fileFor(std::move(descriptor), std::move(share), request, size);
@@ -277,20 +301,23 @@ bool HostFolder::factsOfLast(const std::string& path, FileFacts& facts) const {
 }
 
 DWORD HostFolder::facts(const std::string& below, FileFacts& facts) {
-    std::string path = hostPath(below);
-    struct stat known;
-    const bool seen = factsOfLast(path, facts);
-    if (const DWORD error = seen ? 0 : locate(below, path, known); error != 0) {
+    Found found;
+    found.path = hostPath(below);
+    const bool seen = factsOfLast(found.path, facts);
+    if (const DWORD error = seen ? 0 : locate(below, found); error != 0) {
         return error;
     }
-    const std::string name = path.substr(path.rfind('/') + 1);
+    const std::string name = found.path.substr(found.path.rfind('/') + 1);
     if (isAscii(name)) {
         facts.name = name;
     } else if (!fromUtf8(machine_, name, facts.name)) {
         return ERROR_NO_UNICODE_TRANSLATION;
     }
     if (!seen) {
-        fillHostFacts(path.c_str(), known, facts);
+        fillHostFacts(found.path.c_str(), found.facts, facts);
+    }
+    if (found.link) {
+        showLink(facts);
     }
     return 0;
 }
@@ -311,44 +338,47 @@ DWORD HostFolder::list(const std::string& directory, std::vector<FileFacts>& ent
 
 DWORD HostFolder::search(const std::string& directory, const std::string& pattern,
                          std::unique_ptr<Listing>& listing) {
-    std::string path;
-    struct stat known;
-    if (const DWORD error = locate(directory, path, known); error != 0) {
+    Found found;
+    if (const DWORD error = locate(directory, found); error != 0) {
         return error == ERROR_FILE_NOT_FOUND ? ERROR_PATH_NOT_FOUND : error;
     }
-    if (!S_ISDIR(known.st_mode)) {
+    if (!S_ISDIR(found.facts.st_mode)) {
         return ERROR_DIRECTORY;
     }
-    return startHostListing(machine_, *knowledge_->shares, {path, directory.empty()},
+    return startHostListing(machine_, *knowledge_->shares, {found.path, directory.empty(), found.link},
                             toUtf8(machine_, pattern), listing);
 }
 
 DWORD HostFolder::setAttributes(const std::string& below, DWORD attributes) {
-    std::string path;
-    struct stat known;
-    const DWORD error = locate(below, path, known);
-    return error != 0 ? error : storeAttributes(path.c_str(), known, attributes);
+    Found found;
+    if (const DWORD error = locateEntry(below, found); error != 0) {
+        return error;
+    }
+    if (found.link) {
+        return (attributes & keptAttributes & ~FILE_ATTRIBUTE_ARCHIVE) == 0 ? 0 : ERROR_NOT_SUPPORTED;
+    }
+    return storeAttributes(found.path.c_str(), found.facts, attributes);
 }
 
 DWORD HostFolder::removeFile(const std::string& below) {
-    std::string path;
-    struct stat known;
-    DWORD error = locate(below, path, known);
-    // A link that leads nowhere is found by its own facts.
-    if (error == ERROR_FILE_NOT_FOUND && ::lstat(path.c_str(), &known) == 0) {
-        error = 0;
-    }
-    if (error != 0) {
+    Found found;
+    if (const DWORD error = locateEntry(below, found); error != 0) {
         return error;
     }
-    if (S_ISDIR(known.st_mode) || (attributesOf(path.c_str(), known) & FILE_ATTRIBUTE_READONLY) != 0) {
+    const auto& [path, known, link] = found;
+    if (S_ISDIR(known.st_mode) || isReadOnly(found)) {
         return ERROR_ACCESS_DENIED;
     }
-    if (!knowledge_->shares->mayDelete({known.st_dev, known.st_ino})) {
+    if (!link && !knowledge_->shares->mayDelete({known.st_dev, known.st_ino})) {
         return ERROR_SHARING_VIOLATION;
     }
     forgetPaths();
     return ::unlink(path.c_str()) == 0 ? 0 : windowsError(errno);
+}
+
+// What a link leads to may be read-only, which does not keep the link itself.
+bool HostFolder::isReadOnly(const Found& found) {
+    return !found.link && (attributesOf(found.path.c_str(), found.facts) & FILE_ATTRIBUTE_READONLY) != 0;
 }
 
 // Of what is remembered, a path may lead elsewhere from now on.
@@ -375,26 +405,20 @@ DWORD HostFolder::createDirectory(const std::string& below) {
 }
 
 DWORD HostFolder::removeDirectory(const std::string& below) {
-    std::string path;
-    struct stat known;
-    if (const DWORD error = locate(below, path, known); error != 0) {
+    Found found;
+    if (const DWORD error = locate(below, found); error != 0) {
         return error;
     }
-    if (!S_ISDIR(known.st_mode)) {
+    if (!S_ISDIR(found.facts.st_mode)) {
         return ERROR_DIRECTORY;
     }
-    if (below.empty() || (attributesOf(path.c_str(), known) & FILE_ATTRIBUTE_READONLY) != 0) {
+    if (below.empty() || isReadOnly(found)) {
         return ERROR_ACCESS_DENIED;
     }
     forgetPaths();
-    if (::rmdir(path.c_str()) == 0) {
-        return 0;
-    }
     // Of a link to a directory the link goes and the directory stays.
-    if (errno == ENOTDIR && ::unlink(path.c_str()) == 0) {
-        return 0;
-    }
-    return windowsError(errno);
+    const int failed = found.link ? ::unlink(found.path.c_str()) : ::rmdir(found.path.c_str());
+    return failed == 0 ? 0 : windowsError(errno);
 }
 
 DWORD HostFolder::volume(VolumeFacts& facts) {

@@ -26,12 +26,13 @@ struct HostKnowledge {
 // is missing is looked for without case, element by element. Text becomes UTF-8 here. There are no short
 // names: a file has the one name that its folder shows.
 //
-// Links are followed. A walk that follows a link back into a directory it came through would not end, so such
-// a link makes the listing that meets it fail with ERROR_CANT_RESOLVE_FILENAME; a link that leads nowhere
-// shows as an empty file. Removing a link removes the link. What is neither a regular file nor a directory
-// shows as a file and refuses to open (ERROR_ACCESS_DENIED). A name that Windows could not have fails the
-// listing with ERROR_INVALID_NAME, one that the code page cannot hold with ERROR_NO_UNICODE_TRANSLATION: none
-// is left out.
+// Links are followed, and shown as what they lead to with FILE_ATTRIBUTE_REPARSE_POINT; one that leads
+// nowhere shows as an empty file. Removing a link removes the link, and attributes that it is given do not
+// reach what it leads to: it has no place for any but the archive attribute (ERROR_NOT_SUPPORTED). A walk
+// that follows a link back into a directory it came through would not end, so listing a directory by such a
+// link fails with ERROR_CANT_RESOLVE_FILENAME. What is neither a regular file nor a directory shows as a file
+// and refuses to open (ERROR_ACCESS_DENIED). A name that Windows could not have fails the listing with
+// ERROR_INVALID_NAME, one that the code page cannot hold with ERROR_NO_UNICODE_TRANSLATION: none is left out.
 class HostFolder : public FileSystem {
 public:
     HostFolder(const Machine& machine, std::shared_ptr<HostKnowledge> knowledge, std::string root);
@@ -60,8 +61,18 @@ public:
     DWORD openDevice(const OpenRequest& request, std::unique_ptr<OpenFile>& device) override;
 
 private:
+    // What is found under a path.
+    struct Found {
+        std::string path;
+        struct stat facts;  // of what a link leads to
+        bool link = false;
+    };
+
     std::string hostPath(const std::string& below);
-    DWORD find(const std::string& below, std::string& path, struct stat& facts);
+    DWORD locate(const std::string& below, Found& found);
+    DWORD locateEntry(const std::string& below, Found& found);
+    static bool isReadOnly(const Found& found);
+    DWORD find(const std::string& below, Found& found);
     DWORD locateWithoutCase(std::string& path);
     std::unique_ptr<OpenFile> fileFor(HostDescriptor descriptor, std::unique_ptr<ShareTable::Entry> share,
                                       const OpenRequest& request, std::uint64_t size) const;
@@ -70,8 +81,7 @@ private:
     DWORD walkWithoutCase(const std::string& wanted, std::string& path);
     bool isAbsent(const std::string& below, std::string& path);
     DWORD create(const std::string& path, const OpenRequest& request, std::unique_ptr<OpenFile>& file);
-    DWORD openExisting(const std::string& path, const struct stat& known, const OpenRequest& request,
-                       std::unique_ptr<OpenFile>& file);
+    DWORD openExisting(const Found& found, const OpenRequest& request, std::unique_ptr<OpenFile>& file);
     DWORD mayOverwrite(const std::string& path, const struct stat& known, const OpenRequest& request) const;
 
     const Machine& machine_;

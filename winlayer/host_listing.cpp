@@ -21,7 +21,6 @@ namespace {
 struct Name {
     std::string host;
     std::string key;  // its place in the order
-    bool mayBeLink;
 };
 
 FILETIME toFileTime(const timespec& time) {
@@ -31,10 +30,10 @@ FILETIME toFileTime(const timespec& time) {
     return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
 }
 
-// Whether a directory is one of those that a path leads through.
-bool leadsThrough(const std::string& path, const struct stat& directory) {
-    for (std::size_t end = path.size(); end != std::string::npos;
-         end = end == 0 ? end - 1 : path.rfind('/', end - 1)) {
+// Whether a directory is one of those above it that its path leads through.
+bool leadsBack(const std::string& path, const struct stat& directory) {
+    for (std::size_t end = path.rfind('/'); end != std::string::npos;
+         end = end == 0 ? std::string::npos : path.rfind('/', end - 1)) {
         struct stat passed;
         if (::stat(end == 0 ? "/" : path.substr(0, end).c_str(), &passed) == 0 &&
             passed.st_ino == directory.st_ino && passed.st_dev == directory.st_dev) {
@@ -69,19 +68,22 @@ public:
 private:
     DWORD describe(const Name& name, FileFacts& entry) const {
         struct stat known;
-        const bool leads = look(name, known, 0);
-        // What leads nowhere may still be there as a link.
-        if (!leads && !look(name, known, AT_SYMLINK_NOFOLLOW)) {
+        if (!look(name, known, AT_SYMLINK_NOFOLLOW)) {
             return windowsError(errno);
+        }
+        // One that leads nowhere is shown by its own facts.
+        const bool link = S_ISLNK(known.st_mode);
+        if (link) {
+            look(name, known, 0);
         }
         if (shares_.passOn({known.st_dev, known.st_ino})) {
             look(name, known, 0);
         }
-        if (leads && name.mayBeLink && S_ISDIR(known.st_mode) && leadsThrough(path_, known)) {
-            return ERROR_CANT_RESOLVE_FILENAME;
-        }
         fromUtf8(machine_, name.host, entry.name);
         fillHostFacts((path_ + '/' + name.host).c_str(), known, entry);
+        if (link) {
+            showLink(entry);
+        }
         return 0;
     }
 
@@ -120,8 +122,7 @@ DWORD readNames(const Machine& machine, const HostDirectory& directory, DIR& ope
             return error;
         }
         if (!(dots && directory.isRoot) && pattern.matches(name)) {
-            const bool mayBeLink = !dots && (entry->d_type == DT_LNK || entry->d_type == DT_UNKNOWN);
-            names.push_back({std::string(name), dots ? std::string() : foldCase(name), mayBeLink});
+            names.push_back({std::string(name), dots ? std::string() : foldCase(name)});
         }
     }
     return errno == 0 ? 0 : windowsError(errno);
@@ -145,11 +146,19 @@ void fillHostFacts(int descriptor, const struct stat& known, FileFacts& facts) {
     fillFacts(descriptor, known, facts);
 }
 
+void showLink(FileFacts& facts) {
+    facts.attributes = (facts.attributes & ~FILE_ATTRIBUTE_NORMAL) | FILE_ATTRIBUTE_REPARSE_POINT;
+}
+
 DWORD startHostListing(const Machine& machine, ShareTable& shares, const HostDirectory& directory,
                        std::string_view pattern, std::unique_ptr<Listing>& listing) {
     OpenDirectory open(::opendir(directory.path.c_str()), ::closedir);
     if (open == nullptr) {
         return windowsError(errno);
+    }
+    struct stat known;
+    if (directory.isLink && ::fstat(::dirfd(open.get()), &known) == 0 && leadsBack(directory.path, known)) {
+        return ERROR_CANT_RESOLVE_FILENAME;
     }
     std::vector<Name> names;
     if (const DWORD error = readNames(machine, directory, *open, Wildcard(pattern), names); error != 0) {

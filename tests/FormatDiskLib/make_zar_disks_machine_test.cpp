@@ -4,10 +4,13 @@
 
 #include <algorithm>
 #include <cstring>
+#include <filesystem>
+#include <fstream>
 
 #include "FormatDiskLib/disk_maker_machine.h"
 #include "ansi_literal.h"
 #include "boot_check.h"
+#include "support/host_directory_machine.h"
 
 namespace {
 
@@ -238,6 +241,20 @@ TEST_P(DiskMaker, ErasesATreeAndStopsAtTheFirstFailure) {
         EXPECT_NE(pc.rootNames(), std::vector<std::string>{}) << function;
         EXPECT_EQ(maker.EraseTree("A:\\"), 1);
     }
+}
+
+TEST(DiskMakers, EraseALinkAndNothingThroughIt) {
+    namespace fs = std::filesystem;
+    winlayer::ScopedMachine machine;
+    const HostDirectory disk;
+    const HostDirectory elsewhere;
+    machine->drives.mountFolder('B', disk.path());
+    std::ofstream(elsewhere / "kept") << "x";
+    fs::create_symlink(elsewhere.path(), disk / "folder");
+    fs::create_symlink(elsewhere / "kept", disk / "file");
+    EXPECT_EQ(MakeZARDisks().EraseTree("B:\\"), 1);
+    EXPECT_TRUE(fs::is_empty(disk.path()));
+    EXPECT_TRUE(fs::exists(elsewhere / "kept"));
 }
 
 TEST(DiskMakers, GiveEachDisketteASerialNumberOfItsOwn) {

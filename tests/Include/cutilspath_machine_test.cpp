@@ -279,6 +279,32 @@ TEST(CUtilsPathMachine, RandomTreesAreListedAsTheHostListsThem) {
     }
 }
 
+// Walked before or not, and in whatever order its entries are listed: what a link leads to stays.
+TEST(CUtilsPathMachine, DeletesALinkAndNothingThroughIt) {
+    ScopedMachine machine;
+    const TempFolder folder;
+    const fs::path host = hostPath(folder);
+    for (const int walked : {0, 1}) {
+        for (const char* directory : {"away/deep", "tree/a"}) fs::create_directories(host / directory);
+        for (const char* file : {"away/kept", "away/deep/kept", "tree/a/gone"})
+            std::ofstream(host / file) << "x";
+        fs::create_symlink("../../away", host / "tree/a/link");
+        fs::create_symlink("../away/kept", host / "tree/file");
+        fs::create_symlink("..", host / "tree/circle");
+        if (walked != 0) fs::remove(host / "tree/circle");  // no walk gets through it
+        CUtilsPath tree = path(folder / "tree");
+        tree.SetScanRO();
+        EXPECT_EQ(walked != 0 ? tree.Search() : 1, 1);
+        tree.SortDirs();
+        EXPECT_EQ(tree.DeleteDir(), 1);
+        EXPECT_FALSE(fs::exists(host / "tree"));
+        fs::create_symlink("away", host / "link");
+        EXPECT_EQ(path(folder / "link").DeleteDir(), 1);
+        EXPECT_FALSE(fs::exists(fs::symlink_status(host / "link")));
+        EXPECT_TRUE(fs::exists(host / "away/kept") && fs::exists(host / "away/deep/kept"));
+    }
+}
+
 TEST(CUtilsPathMachine, WalksAndDeletesATreeDeeperThanAnyOnADisk) {
     ScopedMachine machine;
     const TempFolder folder;

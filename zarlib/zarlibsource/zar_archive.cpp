@@ -145,7 +145,8 @@ void Archive_ZAR::ArchiveFile(const char* path, UtilsString& stored) {
 DWORD Archive_ZAR::ReportedAttributes() {
     const DWORD attributes = Input().GetFileAttributes();
     if (attributes == INVALID_FILE_ATTRIBUTES) RaiseArchiveError(::GetLastError());
-    return attributes;
+    // A link is archived as the file that it leads to.
+    return attributes & ~FILE_ATTRIBUTE_REPARSE_POINT;
 }
 
 void Archive_ZAR::WriteHeader(UtilsString& stored, DWORD size, DWORD attributes) {
