@@ -2,7 +2,7 @@
 
 #include <dirent.h>
 
-#include <algorithm>
+#include <iterator>
 #include <memory>
 
 #include "winlayer/case_folding.h"
@@ -10,9 +10,6 @@
 namespace winlayer {
 
 namespace {
-
-constexpr std::size_t mostFolders = 8;
-constexpr std::size_t mostNames = 200'000;
 
 bool unchanged(const struct stat& a, const struct stat& b) {
     return a.st_ino == b.st_ino && a.st_dev == b.st_dev && a.st_ctim.tv_sec == b.st_ctim.tv_sec &&
@@ -57,34 +54,36 @@ bool NameIndex::knowsAbsent(const std::string& folder, std::string_view name) {
 void NameIndex::made(const std::string& folder, std::string_view name) {
     const std::lock_guard lock(mutex_);
     if (Folder* const seen = known(folder)) {
-        seen->names.emplace(foldCase(name), name);
+        names_ += seen->names.emplace(foldCase(name), name).second ? 1 : 0;
         if (!trusting_) {
             getFacts(folder, seen->facts);
         }
+        dropTheOldest();
     }
 }
 
 bool NameIndex::forget() {
     const std::lock_guard lock(mutex_);
     const bool any = !folders_.empty();
+    byPath_.clear();
     folders_.clear();
+    names_ = 0;
     return any;
 }
 
 NameIndex::Folder* NameIndex::known(const std::string& path) {
-    const auto found = std::find_if(folders_.begin(), folders_.end(),
-                                    [&](const Folder& folder) { return folder.path == path; });
-    if (found == folders_.end()) {
+    const auto found = byPath_.find(path);
+    if (found == byPath_.end()) {
         return nullptr;
     }
-    folders_.splice(folders_.begin(), folders_, found);
+    folders_.splice(folders_.begin(), folders_, found->second);
     return &folders_.front();
 }
 
 NameIndex::Folder* NameIndex::current(const std::string& path, const struct stat& facts) {
     Folder* const seen = known(path);
     if (seen != nullptr && !unchanged(seen->facts, facts)) {
-        folders_.pop_front();
+        drop(folders_.begin());
         return nullptr;
     }
     return seen;
@@ -105,21 +104,34 @@ bool NameIndex::look(const std::string& path, const struct stat& facts, const st
         if (key == folded) {
             found = entry->d_name;
         }
-        if (seen.names.size() <= mostNames) {
+        if (seen.names.size() <= limit_) {
             seen.names.emplace(key, entry->d_name);
         }
     }
-    if (seen.names.size() <= mostNames) {
+    if (seen.names.size() <= limit_) {
         remember(std::move(seen));
     }
     return true;
 }
 
 void NameIndex::remember(Folder seen) {
-    if (folders_.size() == mostFolders) {
-        folders_.pop_back();
-    }
+    names_ += seen.names.size();
     folders_.push_front(std::move(seen));
+    byPath_.emplace(folders_.front().path, folders_.begin());
+    dropTheOldest();
+}
+
+void NameIndex::drop(Folders::iterator folder) {
+    names_ -= folder->names.size();
+    byPath_.erase(folder->path);
+    folders_.erase(folder);
+}
+
+// The folder in use stays, however many names are made in it.
+void NameIndex::dropTheOldest() {
+    while (names_ > limit_ && folders_.size() > 1) {
+        drop(std::prev(folders_.end()));
+    }
 }
 
 }  // namespace winlayer

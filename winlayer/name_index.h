@@ -10,10 +10,14 @@
 namespace winlayer {
 
 // Finds names without case on a host that tells case apart. That takes a look at every name of a folder, so
-// what was seen is remembered for the folders looked at last, as long as they have not changed: a folder's
-// time of change says so. Paths are of the host; any thread may ask.
+// what was seen is remembered, up to a number of names in all, as long as the folders have not changed: a
+// folder's time of change says so. Paths are of the host; any thread may ask.
 class NameIndex {
 public:
+    // Names that are remembered in all. Beyond it the folders that were not asked for lately are forgotten.
+    static constexpr std::size_t usualLimit = 1'000'000;
+    explicit NameIndex(std::size_t limit = usualLimit) : limit_(limit) {}
+
     // The name in the folder that differs from this one at most in case; "" when there is none. False when
     // there is no such folder or its names are not to be read.
     bool find(const std::string& folder, std::string_view name, std::string& found);
@@ -35,6 +39,7 @@ private:
         struct stat facts;
         std::unordered_map<std::string, std::string> names;  // by their folded form
     };
+    using Folders = std::list<Folder>;
 
     // What is known of the folder as it is now; null when that is nothing.
     Folder* current(const std::string& path, const struct stat& facts);
@@ -43,10 +48,15 @@ private:
               std::string& found);
 
     void remember(Folder seen);
+    void drop(Folders::iterator folder);
+    void dropTheOldest();
 
+    const std::size_t limit_;
     bool trusting_ = false;
     std::mutex mutex_;
-    std::list<Folder> folders_;  // the one used last in front
+    Folders folders_;                                                 // the one used last in front
+    std::unordered_map<std::string_view, Folders::iterator> byPath_;  // the paths are the folders' own
+    std::size_t names_ = 0;                                           // of all folders
 };
 
 }  // namespace winlayer

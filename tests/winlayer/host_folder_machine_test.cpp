@@ -16,6 +16,7 @@
 #include "support/size_limit_machine.h"
 #include "support/temp_folder_machine.h"
 #include "winlayer/host_folder.h"
+#include "winlayer/name_index.h"
 
 // What a host folder may hold that Windows could not: names that differ only in case, other characters,
 // links, pipes. The folder is made and removed on the host.
@@ -138,12 +139,13 @@ TEST_F(HostFolderTest, followsLinksButNotInCircles) {
     EXPECT_EQ(readFile("H:\\short\\a.txt"), "through");
     EXPECT_EQ(namesFound("H:\\*"), (Names{"real", "short"}));
     EXPECT_EQ(namesFound("H:\\short\\*"), (Names{".", "..", "a.txt"}));
-    EXPECT_EQ(GetFileAttributesA("H:\\short"), FILE_ATTRIBUTE_DIRECTORY);
+    EXPECT_EQ(GetFileAttributesA("H:\\short"), FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_REPARSE_POINT);
 
     fs::create_symlink("..", host_ / "real/inner/up");
-    EXPECT_EQ(errorOfFind("H:\\real\\inner\\*"), ERROR_CANT_RESOLVE_FILENAME);
-    EXPECT_EQ(errorOfFind("H:\\short\\*"), ERROR_NO_MORE_FILES) << "there it leads to a new place";
-    EXPECT_EQ(errorOfFind("H:\\short\\up\\inner\\*"), ERROR_CANT_RESOLVE_FILENAME);
+    EXPECT_EQ(namesFound("H:\\real\\inner\\*"), (Names{".", "..", "a.txt", "up"}));
+    EXPECT_EQ(errorOfFind("H:\\real\\inner\\up\\*"), ERROR_CANT_RESOLVE_FILENAME);
+    EXPECT_EQ(errorOfFind("H:\\short\\up\\*"), ERROR_NO_MORE_FILES) << "there it leads to a new place";
+    EXPECT_EQ(errorOfFind("H:\\short\\up\\inner\\up\\*"), ERROR_CANT_RESOLVE_FILENAME);
     fs::create_symlink("self", host_ / "real/self");
     EXPECT_FAILS(openPath("H:\\real\\self"), ERROR_CANT_RESOLVE_FILENAME);
 }
@@ -154,11 +156,16 @@ TEST_F(HostFolderTest, removesALinkAndNotWhatItLeadsTo) {
     fs::create_symlink("real", host_ / "directory-link");
     fs::create_symlink("file", host_ / "file-link");
     fs::create_symlink("nowhere", host_ / "dangling");
+    EXPECT_TRUE(SetFileAttributesA("H:\\file", FILE_ATTRIBUTE_READONLY));
+    EXPECT_EQ(GetFileAttributesA("H:\\file-link"), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_REPARSE_POINT);
+    EXPECT_TRUE(SetFileAttributesA("H:\\file-link", FILE_ATTRIBUTE_NORMAL));
+    EXPECT_FAILS(SetFileAttributesA("H:\\file-link", FILE_ATTRIBUTE_HIDDEN), ERROR_NOT_SUPPORTED);
     EXPECT_TRUE(RemoveDirectoryA("H:\\directory-link"));
     EXPECT_TRUE(DeleteFileA("H:\\file-link"));
     EXPECT_FAILS(openPath("H:\\dangling"), ERROR_FILE_NOT_FOUND);
     EXPECT_EQ(namesFound("H:\\*"), (Names{"dangling", "file", "real"}));
     EXPECT_TRUE(DeleteFileA("H:\\dangling"));
+    EXPECT_EQ(GetFileAttributesA("H:\\file"), FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(readFile("H:\\file"), "kept");
     EXPECT_TRUE(fs::is_directory(host_ / "real"));
 }
@@ -192,6 +199,28 @@ TEST_F(HostFolderTest, reportsAShortWrite) {
     EXPECT_EQ(count, DWORD{4096});
     EXPECT_EQ(SetFilePointer(file, 0, nullptr, FILE_CURRENT), DWORD{4096});
     CloseHandle(file);
+}
+
+// What is forgotten is looked for again, which takes a look at every name: with few folders remembered, files
+// made in many in turn would cost the square of their number.
+TEST(NameIndex, RemembersAsManyFoldersAsTheirNamesAllow) {
+    const HostDirectory host;
+    const auto folder = [&](int i) { return (host / std::to_string(i)).string(); };
+    for (int i = 0; i < 100; ++i) fs::create_directory(folder(i));
+    const auto remembered = [&](winlayer::NameIndex& index) {
+        std::string found;
+        int count = 0;
+        for (int i = 0; i < 100; ++i) index.find(folder(i), "name", found);
+        for (int i = 0; i < 100; ++i) count += index.knowsAbsent(folder(i), "name") ? 1 : 0;
+        return count;
+    };
+    winlayer::NameIndex usual;
+    EXPECT_EQ(remembered(usual), 100);
+    winlayer::NameIndex small(20);
+    EXPECT_EQ(remembered(small), 10) << "\".\" and \"..\" of each";
+    for (int i = 0; i < 50; ++i) small.made(folder(99), std::to_string(i));
+    EXPECT_TRUE(small.knowsAbsent(folder(99), "name"));
+    EXPECT_FALSE(small.knowsAbsent(folder(98), "name"));
 }
 
 TEST(PrivateDrive, IsNotMadeForALookForWhatItCannotHave) {
