@@ -3,6 +3,8 @@
 #include "RuntimeClassName.h"
 #include "StandardFailure.h"
 
+#pragma GCC diagnostic ignored "-Wignored-qualifiers"  // as in the header
+
 namespace UTILS {
 
 namespace {
@@ -44,12 +46,12 @@ void CSyncObject::UnAttach() {
     attached_ = 0;
 }
 
-int CSyncObject::Lock() {
+const int CSyncObject::Lock() {
     depth_.fetch_add(1);
     return 1;
 }
 
-int CSyncObject::UnLock() {
+const int CSyncObject::UnLock() {
     int depth = depth_.load();
     while (depth > 0) {
         if (depth_.compare_exchange_weak(depth, depth - 1)) {
@@ -59,7 +61,7 @@ int CSyncObject::UnLock() {
     return 0;
 }
 
-int CSyncObject::GetState(int index) const {
+const int CSyncObject::GetState(int index) const {
     const int depth = Depth();
     if (index == -1) {
         return depth > 0 ? 1 : 0;
@@ -70,7 +72,7 @@ int CSyncObject::GetState(int index) const {
     return index > 0 ? 1 : 0;
 }
 
-int CSyncObject::IsObjectAttached() const {
+const int CSyncObject::IsObjectAttached() const {
     return attached_;
 }
 
@@ -147,11 +149,11 @@ void CEvent::Close() noexcept {
     }
 }
 
-int CEvent::Lock() {
+const int CEvent::Lock() {
     return ChangeDepth(0, 1) ? CEvent::SetEvent() : 0;
 }
 
-int CEvent::UnLock() {
+const int CEvent::UnLock() {
     if (WaitForSingleObject(handle_, 0) != WAIT_OBJECT_0) {
         return 0;
     }

@@ -6,6 +6,10 @@
 #include <memory>
 #include <string>
 
+// The states are "const int", as those have them who override these operations; the const has no other use.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wignored-qualifiers"
+
 namespace UTILS {
 
 // Base of the lock and the event: a name, a record of lock states and whether the system handle is borrowed.
@@ -19,17 +23,17 @@ public:
     virtual void UnAttach();
 
     // Pushes a 1 on the state stack. Result: 1.
-    virtual int Lock();
+    virtual const int Lock();
 
     // Pops one state. Result: 1; 0 when only the first 0 is left, which is never popped.
-    virtual int UnLock();
+    virtual const int UnLock();
 
     // The state at `index`, counted from the bottom; -1 asks for the top. An index beyond the stack (or any
     // other negative one) throws std::out_of_range.
-    virtual int GetState(int index) const;
+    virtual const int GetState(int index) const;
 
     // 1 when the system handle is borrowed, else 0.
-    virtual int IsObjectAttached() const;
+    virtual const int IsObjectAttached() const;
 
     // A copy of the name; empty for an unnamed object.
     virtual std::string GetObjName() const;
@@ -77,7 +81,7 @@ public:
     ~CCriticalSection() override { DeleteCriticalSection(&section_); }
 
     // Enters the section, waiting while another thread owns it. Result: 1.
-    int Lock() override {
+    const int Lock() override {
         EnterCriticalSection(&section_);
         owner_.store(ThisThread(), std::memory_order_relaxed);
         ++entries_;
@@ -87,7 +91,7 @@ public:
 
     // Leaves the section once. Result: 1, also when this thread does not own it: the section then stays as it
     // is.
-    int UnLock() override {
+    const int UnLock() override {
         if (owner_.load(std::memory_order_relaxed) != ThisThread()) {
             return DropCopiedState();
         }
@@ -148,11 +152,11 @@ public:
 
     // Signals the event and records it. Result: what the system says; 0, and nothing done, when already
     // recorded.
-    int Lock() override;
+    const int Lock() override;
 
     // Tests the event without waiting. Result: 1 when it was signalled: the signal is then consumed, a
     // recorded state popped and the signal-seen flag set; else 0.
-    int UnLock() override;
+    const int UnLock() override;
 
     std::string GetObjName() const override;
 
@@ -179,3 +183,5 @@ private:
 };
 
 }  // namespace UTILS
+
+#pragma GCC diagnostic pop

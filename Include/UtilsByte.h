@@ -4,6 +4,7 @@
 #include <compare>
 #include <concepts>
 
+#include "UtilsNumber.h"
 #include "UtilsVector.h"
 
 namespace UTILS {
@@ -180,6 +181,22 @@ public:
     template <ByteSource Pattern>
     int FindNext(const Pattern& pattern, DWORD& position) {
         return FindNextBytes(pattern, position);
+    }
+    template <UnsignedLong Position>
+    int FindFirst(const unsigned char* pattern, DWORD length, Position& position) {
+        return WithDword(position, [&](DWORD& found) { return FindFirst(pattern, length, found); });
+    }
+    template <UnsignedLong Position>
+    int FindNext(const unsigned char* pattern, DWORD length, Position& position) {
+        return WithDword(position, [&](DWORD& found) { return FindNext(pattern, length, found); });
+    }
+    template <ByteSource Pattern, UnsignedLong Position>
+    int FindFirst(const Pattern& pattern, Position& position) {
+        return WithDword(position, [&](DWORD& found) { return FindFirst(pattern, found); });
+    }
+    template <ByteSource Pattern, UnsignedLong Position>
+    int FindNext(const Pattern& pattern, Position& position) {
+        return WithDword(position, [&](DWORD& found) { return FindNext(pattern, found); });
     }
     // 1 when there is an occurrence, else 0; sets the counter to 0.
     int FindAll(const unsigned char* pattern, DWORD length) {

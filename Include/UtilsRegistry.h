@@ -4,6 +4,7 @@
 #include <string>
 
 #include "CNTAdminObject.h"
+#include "UtilsNumber.h"
 #include "UtilsString.h"
 #include "registry_key.h"
 
@@ -55,6 +56,18 @@ public:
     int GetValue(const UtilsString& name, DWORD& data);
     int QueryValue(const UtilsString& name, DWORD& data) { return GetValue(name, data); }
     int RegQueryValue(const UtilsString& name, DWORD& data) { return GetValue(name, data); }
+    template <UnsignedLong Number>
+    int GetValue(const UtilsString& name, Number& data) {
+        return WithDword(data, [&](DWORD& number) { return GetValue(name, number); });
+    }
+    template <UnsignedLong Number>
+    int QueryValue(const UtilsString& name, Number& data) {
+        return GetValue(name, data);
+    }
+    template <UnsignedLong Number>
+    int RegQueryValue(const UtilsString& name, Number& data) {
+        return GetValue(name, data);
+    }
     // Read a value as text of any length: numbers and binary data (their first four bytes) in decimal, any
     // other type up to its first zero.
     int GetValue(const UtilsString& name, UtilsString& data);
@@ -81,6 +94,14 @@ public:
     }
     int EnumValue(DWORD index, UtilsString& name, DWORD& data, DWORD size = 0);
     int RegEnumValue(DWORD index, UtilsString& name, DWORD& data, DWORD size = 0) {
+        return EnumValue(index, name, data, size);
+    }
+    template <UnsignedLong Number>
+    int EnumValue(DWORD index, UtilsString& name, Number& data, DWORD size = 0) {
+        return WithDword(data, [&](DWORD& number) { return EnumValue(index, name, number, size); });
+    }
+    template <UnsignedLong Number>
+    int RegEnumValue(DWORD index, UtilsString& name, Number& data, DWORD size = 0) {
         return EnumValue(index, name, data, size);
     }
 

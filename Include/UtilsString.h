@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "UtilsByte.h"
+#include "UtilsNumber.h"
 #include "UtilsTextArgument.h"
 #include "UtilsVector.h"
 
@@ -159,6 +160,14 @@ public:
     // 0 when the string is shorter than the pattern). FindFirst starts with occurrence 0, FindNext counts on.
     int FindFirst(const TextArgument& pattern, DWORD& position);
     int FindNext(const TextArgument& pattern, DWORD& position);
+    template <UnsignedLong Position>
+    int FindFirst(const TextArgument& pattern, Position& position) {
+        return WithDword(position, [&](DWORD& found) { return FindFirst(pattern, found); });
+    }
+    template <UnsignedLong Position>
+    int FindNext(const TextArgument& pattern, Position& position) {
+        return WithDword(position, [&](DWORD& found) { return FindNext(pattern, found); });
+    }
     int FindFirst(const TextArgument& pattern);
     int FindNext(const TextArgument& pattern);
     // 1 when there is an occurrence, else 0; the next FindNext looks for occurrence 1.

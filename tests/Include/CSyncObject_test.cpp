@@ -12,6 +12,8 @@ using UTILS::CCriticalSection;
 using UTILS::CEvent;
 using UTILS::CSyncObject;
 
+#pragma GCC diagnostic ignored "-Wignored-qualifiers"  // what programs of the suite write
+
 class Named : public CSyncObject {
 public:
     explicit Named(const std::string& name) : CSyncObject(name) {}
@@ -20,6 +22,7 @@ public:
         CSyncObject::operator=(other);
         return *this;
     }
+    const int Lock() override { return CSyncObject::Lock(); }
 };
 
 template <class Work>

@@ -175,7 +175,7 @@ TEST_F(UtilsRegistryTest, ForeignDataAreConvertedByTheirType) {
         ASSERT_EQ(key.EnumValue(0, name, data), 1);
         EXPECT_EQ(text(data), stored.text) << "type " << stored.type;
 
-        DWORD number = 77;
+        unsigned long number = 77;
         EXPECT_EQ(key.GetValue("V", number), stored.bytes.size() == 4 ? 1 : 0);
         EXPECT_EQ(number, stored.bytes.size() == 4 ? 42u : 77u);
         EXPECT_EQ(key.EnumValue(0, name, number), stored.bytes.size() == 4 ? 1 : 0);

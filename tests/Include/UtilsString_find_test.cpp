@@ -17,7 +17,7 @@ using UTILS::UtilsString;
 
 TEST(Find, CountsOccurrencesUntilItIsSetBack) {
     UtilsString text("xabab");
-    DWORD position = 0;
+    unsigned long position = 0;
     EXPECT_EQ(text.FindFirst("ab", position), 1);
     EXPECT_EQ(text.FindNext("ab", position), 1);
     EXPECT_EQ(text.FindAll("ab"), 1);
@@ -195,7 +195,7 @@ TEST(Parse, CutsBytes) {
     EXPECT_EQ(field[0], 3);
     EXPECT_EQ(bytes.ParseByteString(0, field, 4), 0);
     bytes.ParseReset();
-    DWORD position = 0;
+    unsigned long position = 0;
     EXPECT_EQ(bytes.FindNext(0, position), 1);
     EXPECT_EQ(position, 3u) << "one counter for both families";
     EXPECT_EQ(bytes.ParseByteString(9, field, 0), 0);

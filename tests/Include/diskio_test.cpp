@@ -217,7 +217,7 @@ TEST_F(DiskIOTest, NumbersAreFourBytesLeastSignificantFirst) {
     file << DWORD{258} << DWORD{0xEFB04FA7};
     file.SetFilePointer(distance(0), FILE_BEGIN);
     DWORD first = 0;
-    DWORD second = 0;
+    unsigned long second = 0;  // wider than DWORD on some systems
     file >> first >> second;
     EXPECT_EQ(first, 258U);
     EXPECT_EQ(second, 0xEFB04FA7U);
