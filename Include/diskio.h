@@ -8,6 +8,7 @@
 #include "CNTAdminObject.h"
 #include "CSyncObject.h"
 #include "UtilsBase.h"
+#include "UtilsNumber.h"
 #include "UtilsString.h"
 #include "dos_device.h"
 #include "owned_handle.h"
@@ -87,6 +88,8 @@ public:
     // Moves the file pointer by `distance` bytes from FILE_BEGIN, FILE_CURRENT or FILE_END. Returns the low
     // 32 bits of the new position. Throws type 5.
     DWORD SetFilePointer(LARGE_INTEGER distance, DWORD method) const;
+    // Where the next transfer of the operators, Read and Write begins, in bytes. Throws type 5.
+    DWORD64 GetFilePointer() const;
     // Makes the file end at the file pointer. Throws type 5.
     void SetEndOfFile();
     // Overlapped: waits up to 15 seconds for a transfer under way. Otherwise asks the system to write what it
@@ -147,6 +150,10 @@ public:
     DiskIO& operator>>(char* buffer);
     DiskIO& operator>>(unsigned char* buffer);
     DiskIO& operator>>(DWORD& number);
+    template <UnsignedLong Number>
+    DiskIO& operator>>(Number& number) {
+        return WithDword(number, [this](DWORD& value) -> DiskIO& { return *this >> value; });
+    }
     DiskIO& operator>>(UtilsString& text);
     DiskIO& operator>>(UtilsByte& bytes);
 

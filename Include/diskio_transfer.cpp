@@ -107,6 +107,19 @@ DWORD DiskIO::SetFilePointer(LARGE_INTEGER distance, DWORD method) const {
     return moved;
 }
 
+// The system keeps no file pointer of a file that works overlapped.
+DWORD64 DiskIO::GetFilePointer() const {
+    if (IsOverlapped()) return position_;
+    LONG high = 0;
+    ::SetLastError(NO_ERROR);
+    const DWORD low = ::SetFilePointer(handle_.get(), 0, &high, FILE_CURRENT);
+    if (low == INVALID_SET_FILE_POINTER && ::GetLastError() != NO_ERROR) {
+        error_ = ::GetLastError();
+        Raise(DISKIO_SEEK, "DiskIo::GetFilePointer - SetFilePointer could not tell the file pointer");
+    }
+    return DWORD64{static_cast<DWORD>(high)} << 32 | low;
+}
+
 void DiskIO::SetEndOfFile() {
     if (::SetEndOfFile(handle_.get())) return;
     error_ = ::GetLastError();

@@ -70,6 +70,23 @@ protected:
     Engine engine;
 };
 
+// Who derives may open the input by himself, and anywhere in it.
+TEST_F(ZarCommonTest, SkipsARecordFromWhereTheInputStands) {
+    const std::string record = test::newRecord({"A", "abc"});
+    const std::string path = folder.file("in", record + record);
+    for (const int overlapped : {0, 1}) {
+        engine.OpenInput(path.c_str());
+        while (engine.Input().GetFilePointer() < 2 * record.size()) engine.ReadInputFileField();
+        engine.Input().Open(path.c_str(), GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, overlapped);
+        UtilsString name;
+        for (int field = 0; field < 3; ++field) engine.ReadInputFileField();
+        engine.ReadInputStringData(name, 1, 1);
+        m_archive_fields skip = ZAR_SKIP_FROM_NAME;
+        EXPECT_EQ(engine.MoveToNextRecord(skip), 1);
+        EXPECT_EQ(engine.ReadInputFileField(), ZAR_NAME) << "of the next record";
+    }
+}
+
 TEST_F(ZarCommonTest, FieldsAreReadAndWrittenUnscrambled) {
     input(number(0xEFB04FA7) + number(258) + "xy");
     EXPECT_EQ(engine.ReadInputFileField(), 0xEFB04FA7U);

@@ -88,7 +88,6 @@ int ZAR_Common::CheckForCancelCommand() const {
 
 void ZAR_Common::OpenInput(const char* path) {
     Input().Open(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING, 0);
-    inputPosition_ = 0;
 }
 
 DWORD ZAR_Common::ReadField(DiskIO& file) {
@@ -99,10 +98,7 @@ DWORD ZAR_Common::ReadField(DiskIO& file) {
 }
 
 DWORD ZAR_Common::ReadInputFileField() {
-    DiskIO& input = Input();
-    const DWORD value = ReadField(input);
-    inputPosition_ += input.GetBytesRead();
-    return value;
+    return ReadField(Input());
 }
 
 DWORD ZAR_Common::ReadOutputFileField() {
@@ -135,16 +131,12 @@ DiskIO& ZAR_Common::OutputFor(DWORD length) {
 }
 
 void ZAR_Common::ReadInputStringData(UtilsString& s, DWORD length, int scrambled) {
-    DiskIO& input = InputFor(length);
-    input >> s;
-    inputPosition_ += input.GetBytesRead();
+    InputFor(length) >> s;
     if (scrambled != 0) s.XORString(static_cast<unsigned char>(key_));
 }
 
 void ZAR_Common::ReadInputByteData(UtilsByte& b, DWORD length, int scrambled) {
-    DiskIO& input = InputFor(length);
-    input >> b;
-    inputPosition_ += input.GetBytesRead();
+    InputFor(length) >> b;
     if (scrambled != 0) b.XORData(static_cast<unsigned char>(key_));
 }
 

@@ -52,7 +52,8 @@ protected:
 
     ZAR_Common();
     // Copy the log file path, the copy buffer and the cancel event's state; the copy has its own handle to
-    // the same event, so that one cancel reaches both. The open files are not copied.
+    // the same event. A cancel sent to either stops whichever of the two checks first, and only that one. The
+    // open files are not copied.
     ZAR_Common(const ZAR_Common& other);
     ZAR_Common& operator=(const ZAR_Common& other);
 
@@ -87,9 +88,9 @@ protected:
     void TransactStringData(UTILS::UtilsString& s, DWORD length, int scrambled);
     void TransactByteData(UTILS::UtilsByte& b, DWORD length, int scrambled);
 
-    // From a record's name to the next record's name marker (field ZAR_SKIP_FROM_NAME, or another up to it as
-    // a signed number), or for any greater field to behind the record's end marker. 1 when done, 0 after a
-    // cancel (I/O started is then 1) or a failure. Throws nothing.
+    // From where the input stands, after a record's name, to the next record's name marker (field
+    // ZAR_SKIP_FROM_NAME, or another up to it as a signed number), or for any greater field past the record's
+    // end marker. 1 when done, 0 after a cancel (I/O started is then 1) or a failure. Throws nothing.
     int MoveToNextRecord(m_archive_fields& field);
     // Moves the input forward by `distance` bytes, past the end of the file if need be. False, and nothing
     // moved, when the file has fewer than `required` bytes left. Throws DiskIoException type 5.
@@ -125,6 +126,4 @@ private:
     bool SkipData(m_archive_fields field);
     int CopyChunks(DWORD size);
     DWORD CopyChunk(DWORD size);
-
-    std::uint64_t inputPosition_ = 0;  // of the next byte to be read
 };
