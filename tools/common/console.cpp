@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iostream>
 
+#include "tools/common/control_characters.h"
 #include "tools/common/this_system.h"
 
 namespace tools {
@@ -21,6 +22,10 @@ std::string_view fit(std::string_view text, std::size_t columns) {
     return text.substr(0, end);
 }
 
+std::string shown(Stream stream, std::string_view text) {
+    return encoded(stream, withVisibleControls(text));
+}
+
 }  // namespace
 
 Console::Console(std::string program, bool quiet)
@@ -34,12 +39,12 @@ Console::~Console() {
 }
 
 void Console::status(std::string_view text) {
-    status_ = text;
+    status_ = withVisibleControls(text);
     if (quiet_) return;
     if (terminal_) {
         draw();
     } else {
-        std::cerr << encoded(Stream::err, text) << '\n' << std::flush;
+        std::cerr << encoded(Stream::err, status_) << '\n' << std::flush;
     }
 }
 
@@ -65,23 +70,32 @@ void Console::endProgress() {
     drawn_ = false;
 }
 
-void Console::error(std::string_view text) {
+void Console::error(std::string_view text, std::string_view hint) {
+    report("error:", "\033[1;31m", text);
+    if (!hint.empty()) std::cerr << shown(Stream::err, hint) << '\n' << std::flush;
+}
+
+void Console::warning(std::string_view text) {
+    report("warning:", "\033[1;33m", text);
+}
+
+void Console::report(std::string_view kind, std::string_view colour, std::string_view text) {
     endProgress();
-    const std::string_view on = colour_ ? "\033[1;31m" : "";
+    const std::string_view on = colour_ ? colour : "";
     const std::string_view off = colour_ ? "\033[0m" : "";
-    std::cerr << program_ << ": " << on << "error:" << off << ' ' << encoded(Stream::err, text) << '\n'
+    std::cerr << program_ << ": " << on << kind << off << ' ' << shown(Stream::err, text) << '\n'
               << std::flush;
 }
 
 void Console::result(std::string_view text) {
     endProgress();
-    std::cout << encoded(Stream::out, text) << '\n';
+    std::cout << shown(Stream::out, text) << '\n';
 }
 
 bool Console::confirm(std::string_view question) {
     if (!terminal::canAsk()) return false;
     endProgress();
-    std::cerr << encoded(Stream::err, question) << " [y/N] " << std::flush;
+    std::cerr << shown(Stream::err, question) << " [y/N] " << std::flush;
     std::string answer;
     std::getline(std::cin, answer);
     return answer == "y" || answer == "Y" || answer == "yes" || answer == "Yes" || answer == "YES";

@@ -4,8 +4,10 @@
 
 namespace tools {
 
-// What a program says while it runs. Results go to standard output; progress, prompts and errors to standard
-// error. On a terminal the progress is one line drawn anew, on a pipe plain lines without control characters.
+// What a program says while it runs. Results go to standard output; progress, prompts, warnings and errors to
+// standard error. On a terminal the progress is one line drawn anew, on a pipe plain lines. Control
+// characters of a text are shown and not sent (control_characters.h), so that a name cannot act on a
+// terminal.
 class Console {
 public:
     // quiet: no status and no progress; errors and results stay. program: the name in front of errors.
@@ -21,8 +23,10 @@ public:
     // Removes the progress line from a terminal; done by itself before anything else is written.
     void endProgress();
 
-    // "name: error: text".
-    void error(std::string_view text);
+    // "name: error: text", and a hint on a line of its own.
+    void error(std::string_view text, std::string_view hint = {});
+    // "name: warning: text"; quiet or not.
+    void warning(std::string_view text);
     // A line of standard output.
     void result(std::string_view text);
 
@@ -31,6 +35,7 @@ public:
 
 private:
     void draw();
+    void report(std::string_view kind, std::string_view colour, std::string_view text);
 
     std::string program_;
     bool quiet_;

@@ -3,10 +3,13 @@
 #include <algorithm>
 #include <exception>
 #include <iostream>
+#include <new>
+#include <system_error>
 
-#include "tools/common/this_system.h"
-
+#include "std_exception.h"
+#include "tools/common/reasons.h"
 #include "tools/common/reference.h"
+#include "tools/common/this_system.h"
 
 namespace tools {
 
@@ -14,11 +17,30 @@ namespace {
 
 constexpr int schemaVersion = 1;
 
+// The language's own library speaks to programmers.
+std::string wordsFor(const std::exception& unexpected) {
+    if (dynamic_cast<const std::bad_alloc*>(&unexpected) != nullptr) return "out of memory";
+    const auto* fault = dynamic_cast<const std::system_error*>(&unexpected);
+    if (fault != nullptr) return fault->code().message();
+    const bool report = dynamic_cast<const UTILS::std_exception*>(&unexpected) != nullptr;
+    return report ? reasonOf(unexpected) : unexpected.what();
+}
+
 bool asksForJson(const std::vector<std::string>& words) {
     return std::find(words.begin(), words.end(), "--json") != words.end();
 }
 
 }  // namespace
+
+std::function<void(const std::string&)> Session::warnings() const {
+    return [this](const std::string& text) {
+        if (json) {
+            result["warnings"].push_back(text);
+        } else {
+            console.warning(text);
+        }
+    };
+}
 
 CLI::Option* named(CLI::Option* option, const char* kind) {
     const auto refuseEmpty = [](std::string& value) {
@@ -88,11 +110,13 @@ ExitCode Program::answer(const CLI::ParseError& fault, bool json) {
         return ExitCode::success;
     }
     if (json) {
-        printObject(ExitCode::usage, usageText(fault));
+        object_.member("schema_version", schemaVersion);
+        object_.member("program", name_);
+        finishObject(ExitCode::usage, usageText(fault));
     } else {
         const auto chosen = app_.get_subcommands();
         const std::string command = chosen.empty() ? name_ : name_ + " " + chosen.front()->get_name();
-        Console(name_, true).error(usageText(fault) + "\nTry '" + command + " --help'.");
+        Console(name_, true).error(usageText(fault), "Try '" + command + " --help'.");
     }
     return ExitCode::usage;
 }
@@ -111,7 +135,10 @@ ExitCode Program::runCommand() {
     CLI::App* command = app_.get_subcommands().front();
     commandName_ = command->get_name();
     Console console(name_, quiet_);
-    Session session{console, json_, result_};
+    Session session{console, json_, result_, &object_};
+    object_.member("schema_version", schemaVersion);
+    object_.member("program", name_);
+    object_.member("command", commandName_);
     ExitCode code = ExitCode::success;
     std::string error;
     try {
@@ -121,28 +148,23 @@ ExitCode Program::runCommand() {
         error = problem.what();
     } catch (const std::exception& unexpected) {
         code = ExitCode::failure;
-        error = unexpected.what();
+        error = wordsFor(unexpected);
     }
     console.endProgress();
     if (json_) {
-        printObject(code, error);
+        finishObject(code, error);
     } else if (code != ExitCode::success) {
         console.error(error);
     }
     return code;
 }
 
-void Program::printObject(ExitCode code, const std::string& error) {
-    nlohmann::ordered_json object;
-    object["schema_version"] = schemaVersion;
-    object["program"] = name_;
-    if (!commandName_.empty()) object["command"] = commandName_;
-    object["result"] = describe(code).name;
-    object["exit_code"] = static_cast<int>(code);
-    if (code != ExitCode::success) object["error"] = error;
-    for (auto& [key, value] : result_.items()) object[key] = value;
-    const std::string text = object.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace);
-    std::cout << encoded(Stream::out, text) << '\n';
+void Program::finishObject(ExitCode code, const std::string& error) {
+    object_.member("result", describe(code).name);
+    object_.member("exit_code", static_cast<int>(code));
+    if (code != ExitCode::success) object_.member("error", error);
+    for (auto& [key, value] : result_.items()) object_.member(key, value);
+    object_.end();
 }
 
 }  // namespace tools

@@ -8,6 +8,7 @@
 #include "tools/common/cancellation.h"
 #include "tools/common/console.h"
 #include "tools/common/exit_code.h"
+#include "tools/common/json_writer.h"
 
 namespace tools {
 
@@ -19,6 +20,11 @@ struct Session {
     Console& console;
     bool json;                       // one result object instead of text results
     nlohmann::ordered_json& result;  // the command's own members of that object; names in English
+    JsonWriter* object = nullptr;    // that object, for a member too large to be kept until the end
+
+    // Takes what the user should know of though the command goes on (UTF-8, no full stop). Lives as long as
+    // the session.
+    std::function<void(const std::string&)> warnings() const;
 };
 
 // A command-line program of several commands: the options they share (-h, -V, -q, --json), the exit codes and
@@ -43,7 +49,7 @@ private:
     ExitCode runCommand();
     ExitCode answer(const CLI::ParseError& fault, bool json);
     std::string usageText(const CLI::ParseError& fault) const;
-    void printObject(ExitCode code, const std::string& error);
+    void finishObject(ExitCode code, const std::string& error);
 
     std::string name_;
     CLI::App app_;
@@ -53,6 +59,7 @@ private:
     bool json_ = false;
     std::string commandName_;
     nlohmann::ordered_json result_;
+    JsonWriter object_;
 };
 
 }  // namespace tools
