@@ -7,6 +7,7 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 
+#include "tests/support/zar_bytes.h"
 #include "tests/tools/program_run.h"
 #include "tests/tools/sample_disk.h"
 
@@ -73,6 +74,13 @@ TEST_F(EmergencyDiskProgram, MakesADisketteThatChecksOut) {
     EXPECT_EQ(check.exitCode, 0) << check.out;
     EXPECT_NE(check.out.find("This diskette will boot."), std::string::npos);
     EXPECT_FALSE(leftovers());
+}
+
+TEST_F(EmergencyDiskProgram, WarnsOfAFileThatTheArchiveHoldsTwice) {
+    write("mwdisk1.dat", read("mwdisk1.dat") + test::newArchive({{"config.sys", "x"}}));
+    const ProgramRun made = make("d.img", {"--dry-run"});
+    EXPECT_EQ(made.exitCode, 0);
+    EXPECT_NE(made.err.find("CONFIG.SYS 2 times"), std::string::npos) << made.err;
 }
 
 TEST_F(EmergencyDiskProgram, EveryWindowsMakesTheSameDisketteButForItsSerialNumber) {

@@ -8,6 +8,7 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 
+#include "tests/support/zar_bytes.h"
 #include "tests/tools/program_run.h"
 #include "tools/common/staging.h"
 
@@ -106,6 +107,40 @@ TEST_F(ZarProgram, UnpacksNamedFilesToTheirPlaces) {
     EXPECT_EQ(missing.exitCode, 1);
     EXPECT_NE(missing.err.find("NONE.TXT"), std::string::npos);
     EXPECT_FALSE(fs::exists(folder_ / "none")) << "of all the folders that it made none stays";
+}
+
+TEST_F(ZarProgram, LetsNoNameActOnATerminal) {
+    // 81 is a control character in code page 1252, too.
+    write("a.zar", test::newArchive({{"A\x1B[31m\r\nB\x7F\x81\xC4.TXT", "x"}}));
+    const std::string name = "A\x1B[31m\r\nB\x7F\xC2\x81Ä.TXT";
+    const std::string shown = "A<1B>[31m<0D><0A>B<7F><81>Ä.TXT";
+    EXPECT_EQ(zar({"list", "a.zar"}).out, "         1  ---A  " + shown + "\n");
+    EXPECT_NE(zar({"test", "a.zar"}).err.find(shown), std::string::npos);
+    EXPECT_NE(zar({"extract", "a.zar", "-C", "out"}).err.find(shown), std::string::npos);
+    EXPECT_NE(zar({"extract", "a.zar", name + "?", "-C", "out"}).err.find(shown + "?"), std::string::npos);
+    const ProgramRun json = zar({"list", "a.zar", "--json"});
+    EXPECT_EQ(nlohmann::json::parse(json.out)["files"][0]["name"], name);
+}
+
+TEST_F(ZarProgram, CountsFilesAndWarnsOfNamesThatAreOneOrNone) {
+    write("a.zar",
+          test::newArchive({{"A.TXT", "1"}, {"D\\\xC4", "2"}, {"a.txt.", "3"}, {"d/\xE4", "4"}, {"B", "5"}}));
+    const ProgramRun sound = zar({"test", "a.zar"});
+    EXPECT_EQ(sound.exitCode, 0);
+    EXPECT_EQ(sound.out, "a.zar: sound, 3 files in 5 records\n");
+    EXPECT_NE(sound.err.find("a.txt. stands for the same file as A.TXT"), std::string::npos) << sound.err;
+    const ProgramRun extract = zar({"extract", "a.zar", "-C", "out", "--json"});
+    const auto result = nlohmann::json::parse(extract.out);
+    EXPECT_EQ(result["files"], 3);
+    EXPECT_EQ(result["warnings"].size(), 3U) << "two of them, and a dot at an end";
+    EXPECT_EQ(read("out/A.TXT") + read("out/D/Ä"), "34");
+
+    write("same.zar", test::newArchive({{"A", "1"}, {"A", "2"}, {"Q?", "3"}}));
+    EXPECT_EQ(zar({"extract", "same.zar", "A", "-C", "one"}).out, "one: 1 file\n");
+    EXPECT_EQ(read("one/A"), "2") << "as when everything is unpacked";
+    const ProgramRun test = zar({"test", "same.zar"});
+    EXPECT_EQ(test.exitCode, 0);
+    EXPECT_NE(test.err.find("Q? has a character that no Windows takes"), std::string::npos) << test.err;
 }
 
 TEST_F(ZarProgram, LeavesOldFilesAloneWhenItFails) {
@@ -228,6 +263,11 @@ TEST_F(ZarProgram, PacksWhatALinkedFolderHolds) {
     ASSERT_EQ(zar({"extract", "a.zar", "-C", "out"}).exitCode, 0);
     EXPECT_EQ(read("out/A.TXT"), "here");
     EXPECT_EQ(read("out/LINK/B.TXT"), "there");
+    fs::create_directory_symlink("..", folder_ / "elsewhere/BACK");
+    fs::create_directory_symlink("../in", folder_ / "elsewhere/IN");
+    const ProgramRun circle = zar({"create", "b.zar", "in"});
+    EXPECT_EQ(circle.exitCode, 1);
+    EXPECT_NE(circle.err.find("leads back to a folder above it"), std::string::npos) << circle.err;
 }
 
 // Small files are gathered: a loss that shows only when the last of them is written out must not be
@@ -267,12 +307,16 @@ TEST_F(ZarProgram, RefusesNamesTheFormatCannotHold) {
     write("in/\xE2\x82\xAC\xE3\x81\x82.TXT", "no place in the code page");
     const ProgramRun run = zar({"create", "b.zar", "in"});
     EXPECT_EQ(run.exitCode, 1);
-    EXPECT_NE(run.err.find("outside the ANSI code page"), std::string::npos) << run.err;
+    EXPECT_NE(run.err.find("in/\xE2\x82\xAC\xE3\x81\x82.TXT has a character outside"), std::string::npos)
+        << run.err;
     EXPECT_FALSE(fs::exists(folder_ / "b.zar"));
     fs::remove(folder_ / "in/\xE2\x82\xAC\xE3\x81\x82.TXT");
     // The left double quotation mark is the key byte in code page 1252 and would be stored as a zero.
     write("in/\xE2\x80\x9CQ.TXT", "key byte in the name");
-    EXPECT_NE(zar({"create", "b.zar", "in"}).exitCode, 0);
+    const ProgramRun key = zar({"create", "b.zar", "in"});
+    EXPECT_EQ(key.exitCode, 1);
+    EXPECT_NE(key.err.find("cannot pack \xE2\x80\x9CQ.TXT: the name holds the key byte"), std::string::npos)
+        << key.err;
     EXPECT_FALSE(fs::exists(folder_ / "b.zar"));
 }
 

@@ -14,6 +14,8 @@ std::string converted(std::string_view text, unsigned from, unsigned to);
 std::string utf8(std::string_view ansi);
 // Throws Problem(usage) for a character that the code page has not.
 std::string ansi(std::string_view text);
+// A text (UTF-8) as the system compares it with others where case does not count.
+std::string upperCase(std::string_view text);
 // The Windows path of a host file or folder that is there. Throws Problem: usage when no Windows path leads
 // to it, failure when it cannot be looked at.
 std::string windowsPath(const Path& host);

@@ -32,7 +32,7 @@ void requireTarget(const Target& target) {
 void check(const CheckOptions& options, Session& session) {
     requireTarget(options.target);
     DiskPlan plan;
-    if (!options.archive.empty()) plan = readPlan(options.archive);
+    if (!options.archive.empty()) plan = readPlan(options.archive, session.warnings());
     const auto diskette = openForReading(options.target);
     const Inspection inspection = inspect(*diskette, {options.archive.empty() ? nullptr : &plan, nullptr});
     if (session.json) {

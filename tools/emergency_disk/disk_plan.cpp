@@ -6,6 +6,7 @@
 #include "boot_files.h"
 #include "tools/common/archive_reading.h"
 #include "tools/common/exit_code.h"
+#include "tools/common/names.h"
 
 namespace tools::emergency_disk {
 
@@ -21,6 +22,18 @@ const ::zar::Entry& find(const Path& archive, const ArchiveContents& contents, c
                                     [&](const ::zar::Entry& record) { return record.name == name; });
     if (found == contents.records.end()) throw invalid(archive, "the file " + name + " is missing");
     return *found;
+}
+
+// Names that Windows takes for one: the extractor asks for a file by its name and stops at the first.
+void warnOfNamesakes(const Path& archive, const ArchiveContents& contents, const std::string& name,
+                     const Warn& warn) {
+    const auto count =
+        std::count_if(contents.records.begin(), contents.records.end(), [&](const auto& record) {
+            return record.name.size() == name.size() && upperCase(utf8(record.name)) == name;
+        });
+    if (!warn || count < 2) return;
+    warn(archive.string() + " holds " + name + " " + std::to_string(count) +
+         " times; the first that is spelled so goes to the diskette");
 }
 
 void checkLoader(const Path& archive, const PlannedFile& loader) {
@@ -49,10 +62,13 @@ void checkSpace(const Path& archive, const std::vector<const ::zar::Entry*>& rec
 
 }  // namespace
 
-DiskPlan readPlan(const Path& archive) {
+DiskPlan readPlan(const Path& archive, const Warn& warn) {
     const ArchiveContents contents = readSoundArchive(archive);
     std::vector<const ::zar::Entry*> records;
-    for (const BootFile& file : bootFiles) records.push_back(&find(archive, contents, file.name));
+    for (const BootFile& file : bootFiles) {
+        records.push_back(&find(archive, contents, file.name));
+        warnOfNamesakes(archive, contents, file.name, warn);
+    }
     checkSpace(archive, records);
     DiskPlan plan;
     for (std::size_t i = 0; i < bootFiles.size(); ++i) {

@@ -5,6 +5,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/common/archive_names.h"
 #include "tools/common/host_path.h"
 
 namespace tools::emergency_disk {
@@ -32,7 +33,8 @@ inline constexpr DWORD diskClusters = 2880 - firstDataSector;
 
 // Reads an archive and checks that a diskette can be made from it: every record is sound, every file of the
 // diskette is there and none is empty, everything fits, and the boot code will accept the loader.
-// Throws Problem: failure (not readable), invalidArchive or doesNotFit.
-DiskPlan readPlan(const Path& archive);
+// Warns when the archive holds a file more than once. Throws Problem: failure (not readable), invalidArchive
+// or doesNotFit.
+DiskPlan readPlan(const Path& archive, const Warn& warn = {});
 
 }  // namespace tools::emergency_disk

@@ -128,7 +128,7 @@ void make(const MakeOptions& options, Session& session) {
     requireTarget(options.target);
     const std::unique_ptr<Workplace> workplace = workplaceFor(options);
     const std::string label = checkedLabel(options.label);
-    const DiskPlan plan = readPlan(options.archive);
+    const DiskPlan plan = readPlan(options.archive, session.warnings());
     const std::unique_ptr<Diskette> diskette = workplace->insert(options);
     DiskMaker maker(session.console);
     setUp(maker, options, label);

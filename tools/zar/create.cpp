@@ -1,5 +1,6 @@
 #include <sstream>
 
+#include "tools/common/archive_names.h"
 #include "tools/common/archive_reading.h"
 #include "tools/common/host_files.h"
 #include "tools/common/names.h"
@@ -7,6 +8,7 @@
 #include "tools/common/staging.h"
 #include "tools/zar/commands.h"
 #include "zar_archive.h"
+#include "zar_name.h"
 
 namespace tools::zar {
 
@@ -83,15 +85,52 @@ void refuseArchiveInside(const Path& archive, const Path& folder) {
                   archive.string() + " lies in the folder that is to be packed; write it elsewhere");
 }
 
-// Why the engine stopped. Only a file that cannot be opened is named by the fault itself. A folder that
-// cannot be walked to its end stops it before any file.
-Problem explain(const CreateOptions& options, const Packer& packer, const std::exception& fault) {
-    const auto* file = dynamic_cast<const UTILS::DiskIoException*>(&fault);
-    if (file == nullptr && packer.current().empty() && !options.folder.empty()) {
-        return {ExitCode::failure, "cannot pack " + options.folder.string() +
-                                       ": a folder in it is not readable, or a name has a character outside "
-                                       "the ANSI code page"};
+// Why the libraries can make nothing of a name; empty when they can.
+std::string nameObstacle(const std::string& name) {
+    try {
+        const std::string stored = ansi(name);
+        if (stored.find('\\') != std::string::npos) return "has a backslash in its name";
+        const ::zar::NameDanger danger = ::zar::JudgeName(stored);
+        if (danger != ::zar::NameDanger::None) return ::zar::Describe(danger);
+        const char* obstacle = ::zar::NameObstacle(stored);
+        return obstacle == nullptr ? "" : obstacle;
+    } catch (const Problem&) {
+        return "has a character outside the ANSI code page";
     }
+}
+
+// What the libraries cannot pass below a folder, with the reason; empty when there is nothing of the kind.
+std::string obstacleBelow(const Path& folder) {
+    try {
+        for (const Path& entry : host_files::entries(folder)) {
+            std::string obstacle = nameObstacle(entry.filename().string());
+            if (!obstacle.empty()) return entry.string() + " " + obstacle;
+            if (host_files::kindOf(entry) != host_files::Kind::folder) continue;
+            if (host_files::liesIn(folder / "name", entry))
+                return entry.string() + " leads back to a folder above it";
+            obstacle = obstacleBelow(entry);
+            if (!obstacle.empty()) return obstacle;
+        }
+    } catch (const HostError& error) {
+        return folder.string() + " cannot be read: " + error.reason();
+    }
+    return {};
+}
+
+// A folder that cannot be walked to its end stops the engine before any file.
+void refuseObstacle(const CreateOptions& options, const Packer& packer, const std::exception& fault) {
+    const bool ofFile = dynamic_cast<const UTILS::DiskIoException*>(&fault) != nullptr;
+    if (ofFile || !packer.current().empty() || options.folder.empty()) return;
+    const std::string obstacle = obstacleBelow(options.folder);
+    if (!obstacle.empty()) throw Problem(ExitCode::failure, "cannot pack: " + obstacle);
+}
+
+// Why the engine stopped. Only a file that cannot be opened is named by the fault itself.
+Problem explain(const CreateOptions& options, const Packer& packer, const std::exception& fault) {
+    if (packer.current().empty() && !options.folder.empty()) {
+        return {ExitCode::failure, "cannot pack " + options.folder.string() + ": " + reasonOf(fault)};
+    }
+    const auto* file = dynamic_cast<const UTILS::DiskIoException*>(&fault);
     const bool named = file != nullptr && file->m_type == UTILS::DISKIO_OPEN;
     const std::string at = named ? "" : " (" + packer.current() + ")";
     return {ExitCode::failure, "cannot pack: " + reasonOf(fault) + at};
@@ -126,6 +165,7 @@ std::size_t pack(const CreateOptions& options, const std::string& source, const 
         packer.Archive();
     } catch (const std::exception& fault) {
         cancellation.check();
+        refuseObstacle(options, packer, fault);
         refuseEmptyFiles(options);
         blameFullDisk(staged.path().parent());
         throw explain(options, packer, fault);
@@ -140,6 +180,19 @@ void refuseOtherCount(const CreateOptions& options, std::size_t packed, std::siz
     throw Problem(ExitCode::failure, "cannot write " + options.archive.string() + ": it would hold " +
                                          std::to_string(found) + " of the " + std::to_string(packed) +
                                          " files that were packed; nothing was changed");
+}
+
+// The number of records. What the format cannot hold, such as a name, shows only now: in an archive that
+// nobody knows yet.
+std::size_t countSound(const StagedFile& staged) {
+    const ArchiveSummary summary = walkArchive(staged.path(), [](const ::zar::Entry&) {});
+    if (!summary.fault) return summary.count;
+    std::string name;
+    walkArchive(staged.path(), [&](const ::zar::Entry& record) {
+        if (record.offset <= summary.fault->offset) name = utf8(record.name);
+    });
+    throw Problem(ExitCode::failure, "cannot pack " + name + ": " + summary.fault->reason +
+                                         ", and the archive could not be unpacked");
 }
 
 }  // namespace
@@ -169,15 +222,15 @@ void create(const CreateOptions& options, Session& session) {
     }
     StagedFile staged(options.archive);
     const std::size_t packed = pack(options, source, staged, session, cancellation);
-    const std::size_t files = countSoundArchive(staged.path());
-    refuseOtherCount(options, packed, files);
+    refuseOtherCount(options, packed, countSound(staged));
+    const std::size_t files = reviewNames(staged.path(), false, session.warnings());
     cancellation.check();
     staged.commit();
     session.result["archive"] = options.archive.string();
     session.result["files"] = files;
     session.result["bytes"] = host_files::sizeOf(options.archive);
     if (session.json) return;
-    session.console.result(options.archive.string() + ": " + std::to_string(files) + " files");
+    session.console.result(options.archive.string() + ": " + fileCount(files));
 }
 
 }  // namespace tools::zar

@@ -1,7 +1,7 @@
 #include <algorithm>
-#include <array>
-#include <set>
+#include <stdexcept>
 
+#include "tools/common/archive_names.h"
 #include "tools/common/archive_reading.h"
 #include "tools/common/host_files.h"
 #include "tools/common/names.h"
@@ -9,6 +9,7 @@
 #include "tools/common/staging.h"
 #include "tools/zar/commands.h"
 #include "zar_extract.h"
+#include "zar_file.h"
 #include "zar_name.h"
 
 namespace tools::zar {
@@ -20,13 +21,36 @@ namespace {
 class Unpacker : public Extract_ZAR {
 public:
     Unpacker(const StagedFolder& staged, const Path& folder, Console& console)
-        : waiting_(windowsPath(staged.path())), final_(windowsPath(folder)), console_(console) {}
+        : waiting_(utf8(windowsPath(staged.path()))), final_(utf8(windowsPath(folder))), console_(console) {}
 
-    void UPDATE_WINDOW(const char* text, int) override {
-        std::string line = text;
-        const std::size_t at = line.find(waiting_);
-        if (at != std::string::npos) line.replace(at, waiting_.size(), final_);
-        console_.status(utf8(line));
+    void UPDATE_WINDOW(const char* text, int) override { console_.status(inFinalPlace(utf8(text))); }
+
+    // A text (UTF-8) with the final name of what it says of a waiting file.
+    std::string inFinalPlace(std::string text) const {
+        const std::size_t at = text.find(waiting_);
+        if (at != std::string::npos) text.replace(at, waiting_.size(), final_);
+        return text;
+    }
+
+    // Extracts the named file, which the record at an offset holds. Throws as Extract does.
+    void extractFrom(std::uint64_t offset, const WindowsFile& archive, const std::string& target,
+                     const char* name, bool stripFirst) {
+        autoExtract_ = 0;
+        subDirAsRoot_ = stripFirst ? 1 : 0;
+        MakeFiles(archive.folder.c_str(), archive.name.c_str(), target.c_str(), name);
+        try {
+            OpenInput(archivePath_.GetPath());
+            ::zar::MoveForward(Input(), 0, offset);
+            const bool old = ReadInputFileField() == ZAR_OLD_RECORD;
+            const int extracted = old ? DoOldExtraction(name) : DoNewExtraction(name);
+            if (extracted == 0) throw std::runtime_error("the file could not be copied");
+            Input().Close();
+        } catch (...) {
+            ioStarted_ = 0;
+            CloseQuietly(inputIndex);
+            CloseQuietly(outputIndex);
+            throw;
+        }
     }
 
 private:
@@ -40,19 +64,24 @@ struct Extraction {
     Unpacker& unpacker;
     Cancellation& cancellation;
 
-    // Unpacks everything, or one file, below a folder.
-    void run(const Path& folder, const char* onlyName) const {
-        const auto [archiveFolder, archiveName] = windowsFile(options.archive);
+    // Unpacks everything, or one file from a record on, below a folder.
+    void run(const Path& folder, const char* onlyName, std::uint64_t from = 0) const {
+        const WindowsFile archive = windowsFile(options.archive);
+        const std::string target = windowsPath(folder);
         try {
-            unpacker.Extract(archiveFolder.c_str(), archiveName.c_str(), windowsPath(folder).c_str(),
-                             onlyName, onlyName == nullptr, options.stripFirst);
+            if (from != 0) {
+                unpacker.extractFrom(from, archive, target, onlyName, options.stripFirst);
+            } else {
+                unpacker.Extract(archive.folder.c_str(), archive.name.c_str(), target.c_str(), onlyName,
+                                 onlyName == nullptr, options.stripFirst);
+            }
         } catch (const std::exception& fault) {
             cancellation.check();
             // An archive of no files has not even a first field, which the extractor takes for a failure.
             if (countSoundArchive(options.archive) == 0) return;
             blameFullDisk(options.folder);
-            throw Problem(ExitCode::failure,
-                          "cannot unpack " + options.archive.string() + ": " + reasonOf(fault));
+            throw Problem(ExitCode::failure, "cannot unpack " + options.archive.string() + ": " +
+                                                 unpacker.inFinalPlace(reasonOf(fault)));
         }
         cancellation.check();
     }
@@ -76,21 +105,21 @@ Path onlyFileBelow(const Path& folder) {
     return {};
 }
 
-constexpr DWORD longestPath = 4096;
-
-// How many files an archive's records give below a folder, where they are. Names that Windows takes for one
-// give one.
-std::size_t filesGiven(const ExtractOptions& options, const Path& folder) {
-    const std::string root = windowsPath(folder);
-    std::set<std::string> paths;
+// Where the last record of a name lies. The extractor takes the first; whoever unpacks everything gets the
+// last.
+std::uint64_t lastRecord(const ExtractOptions& options, const std::string& name, const Warn& warn) {
+    std::uint64_t offset = 0;
+    std::size_t count = 0;
     walkArchive(options.archive, [&](const ::zar::Entry& record) {
-        const bool stripped = options.stripFirst && !record.oldLayout;
-        const std::string name = stripped ? ::zar::WithoutFirstElement(record.name) : record.name;
-        std::array<char, longestPath> path;
-        const DWORD size = GetShortPathNameA(::zar::JoinPath(root, name).c_str(), path.data(), longestPath);
-        paths.emplace(path.data(), size < longestPath ? size : 0);
+        const bool reduced = options.stripFirst && !record.oldLayout;
+        if ((reduced ? ::zar::WithoutFirstElement(record.name) : record.name) != name) return;
+        offset = record.offset;
+        ++count;
     });
-    return paths.size();
+    if (count > 1) {
+        warn("the archive holds " + utf8(name) + " " + std::to_string(count) + " times; the last one wins");
+    }
+    return offset;
 }
 
 // What was unpacked must be in the folder that is about to be moved to its place.
@@ -104,11 +133,12 @@ void refuseOtherCount(const ExtractOptions& options, std::size_t unpacked, std::
 // The extractor does not tell whether the archive holds the name, so each file gets a folder of its own: what
 // lies there afterwards is the answer. Gives how many files this added.
 std::size_t extractNamed(const Extraction& extraction, const Path& work, const Path& whole,
-                         const std::string& name) {
+                         const std::string& name, const Warn& warn) {
     if (name.empty()) throw Problem(ExitCode::usage, "an empty name names no file");
     const Path folder = work / "one";
     NewFolders(folder).keep();
-    extraction.run(folder, engineName(name, extraction.options.stripFirst).c_str());
+    const std::string stored = engineName(name, extraction.options.stripFirst);
+    extraction.run(folder, stored.c_str(), lastRecord(extraction.options, stored, warn));
     const Path file = onlyFileBelow(folder);
     if (file.empty()) {
         countSoundArchive(extraction.options.archive);
@@ -134,20 +164,20 @@ void extract(const ExtractOptions& options, Session& session) {
     const std::string below = options.names.empty() ? "." : "whole";
     std::size_t unpacked = 0;
     if (options.names.empty()) {
-        unpacked = countSoundArchive(options.archive);
+        countSoundArchive(options.archive);
+        unpacked = reviewNames(options.archive, options.stripFirst, session.warnings());
         extraction.run(staged.path(), nullptr);
     }
     for (const std::string& name : options.names) {
-        unpacked += extractNamed(extraction, staged.path(), staged.path() / below, name);
+        unpacked += extractNamed(extraction, staged.path(), staged.path() / below, name, session.warnings());
     }
     const std::size_t files = staged.files(below);
-    if (files != unpacked && options.names.empty()) unpacked = filesGiven(options, staged.path());
     refuseOtherCount(options, unpacked, files);
     staged.commit(below);
     session.result["files"] = files;
     session.result["directory"] = options.folder.string();
     if (session.json) return;
-    session.console.result(options.folder.string() + ": " + std::to_string(files) + " files");
+    session.console.result(options.folder.string() + ": " + fileCount(files));
 }
 
 }  // namespace tools::zar

@@ -1,5 +1,6 @@
 #include <cstdio>
 
+#include "tools/common/archive_names.h"
 #include "tools/common/archive_reading.h"
 #include "tools/common/names.h"
 #include "tools/zar/commands.h"
@@ -19,12 +20,12 @@ std::string attributeLetters(DWORD attributes) {
     return letters;
 }
 
-void addToResult(const ::zar::Entry& record, Session& session) {
+void addToObject(const ::zar::Entry& record, Session& session) {
     nlohmann::ordered_json row;
     row["name"] = utf8(record.name);
     row["size"] = record.size;
     if (!record.oldLayout) row["attributes"] = record.attributes;
-    session.result["files"].push_back(row);
+    session.object->element(row);
 }
 
 void print(const ::zar::Entry& record, Session& session) {
@@ -37,8 +38,8 @@ void print(const ::zar::Entry& record, Session& session) {
 }  // namespace
 
 void list(const ListOptions& options, Session& session) {
-    session.result["files"] = nlohmann::ordered_json::array();
-    const auto show = session.json ? addToResult : print;
+    if (session.json) session.object->beginArray("files");
+    const auto show = session.json ? addToObject : print;
     const ArchiveSummary summary =
         walkArchive(options.archive, [&](const ::zar::Entry& record) { show(record, session); });
     refuseFaulty(options.archive, summary);
@@ -51,11 +52,13 @@ void test(const TestOptions& options, Session& session) {
     if (summary.fault) {
         session.result["fault"] = {{"offset", summary.fault->offset}, {"reason", summary.fault->reason}};
     }
+    const std::size_t files = reviewNames(options.archive, false, session.warnings());
+    session.result["files"] = files;
     refuseFaulty(options.archive, summary);
-    if (!session.json) {
-        session.console.result(options.archive.string() + ": sound, " + std::to_string(summary.count) +
-                               " files");
-    }
+    if (session.json) return;
+    const std::string records =
+        files == summary.count ? "" : " in " + std::to_string(summary.count) + " records";
+    session.console.result(options.archive.string() + ": sound, " + fileCount(files) + records);
 }
 
 }  // namespace tools::zar

@@ -35,10 +35,39 @@ bool NamesDevice(std::string_view element) {
     return stem.size() == 4 && port && IsPortNumber(stem.back());
 }
 
+constexpr std::size_t longestElement = 255;
+
+const char* ElementObstacle(std::string_view element) {
+    const auto refused = [](char c) {
+        return static_cast<unsigned char>(c) < 0x20 ||
+               std::string_view("<>\"|?*").find(c) != std::string_view::npos;
+    };
+    if (std::any_of(element.begin(), element.end(), refused)) return "has a character that no Windows takes";
+    if (element.size() > longestElement) return "has an element longer than any Windows takes";
+    if (element.ends_with('.') || element.ends_with(' ')) {
+        return "has an element that ends in a dot or a blank, which Windows drops";
+    }
+    return nullptr;
+}
+
 NameDanger JudgeElement(std::string_view element) {
     // Trailing points and blanks are dropped by the system, so these may become "." or "..", or nothing.
     if (element.find_first_not_of(". ") == std::string_view::npos) return NameDanger::ParentStep;
     return NamesDevice(element) ? NameDanger::Device : NameDanger::None;
+}
+
+// What is said first of an element of the name, or `nothing`.
+template <class Verdict>
+Verdict FirstVerdict(std::string_view name, Verdict nothing, Verdict (*judge)(std::string_view)) {
+    while (!name.empty()) {
+        const std::size_t length = std::min(name.size(), name.find_first_of("\\/"));
+        if (length != 0) {
+            const Verdict verdict = judge(name.substr(0, length));
+            if (verdict != nothing) return verdict;
+        }
+        name.remove_prefix(std::min(name.size(), length + 1));
+    }
+    return nothing;
 }
 
 }  // namespace
@@ -52,15 +81,11 @@ NameDanger JudgeName(std::string_view name) {
     }
     if (IsSeparator(name.front())) return NameDanger::Absolute;
     if (IsSeparator(name.back())) return NameDanger::Empty;
-    while (!name.empty()) {
-        const std::size_t length = std::min(name.size(), name.find_first_of("\\/"));
-        if (length != 0) {
-            const NameDanger danger = JudgeElement(name.substr(0, length));
-            if (danger != NameDanger::None) return danger;
-        }
-        name.remove_prefix(std::min(name.size(), length + 1));
-    }
-    return NameDanger::None;
+    return FirstVerdict(name, NameDanger::None, JudgeElement);
+}
+
+const char* NameObstacle(std::string_view name) {
+    return FirstVerdict<const char*>(name, nullptr, ElementObstacle);
 }
 
 const char* Describe(NameDanger danger) {

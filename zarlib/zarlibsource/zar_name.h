@@ -22,6 +22,10 @@ NameDanger JudgeName(std::string_view name);
 // The danger in words, for a report: "steps out of the target directory", ...
 const char* Describe(NameDanger danger);
 
+// What keeps every Windows from making a file of just that name although it is not dangerous: "has a
+// character that no Windows takes", ...; null when nothing does.
+const char* NameObstacle(std::string_view name);
+
 // `directory` and `name` with one backslash between them, doubled backslashes of the name made single.
 std::string JoinPath(std::string_view directory, std::string_view name);
 

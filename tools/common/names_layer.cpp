@@ -1,0 +1,11 @@
+// Names where Windows is played by the layer.
+#include "tools/common/names.h"
+#include "winlayer/case_folding.h"
+
+namespace tools {
+
+std::string upperCase(std::string_view text) {
+    return winlayer::foldCase(text);
+}
+
+}  // namespace tools

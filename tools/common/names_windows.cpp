@@ -1,0 +1,14 @@
+// Names by Windows itself.
+#include <windows.h>
+
+#include "tools/common/names.h"
+
+namespace tools {
+
+std::string upperCase(std::string_view text) {
+    std::string upper = converted(text, CP_UTF8, CP_ACP);
+    CharUpperBuffA(upper.data(), static_cast<DWORD>(upper.size()));
+    return utf8(upper);
+}
+
+}  // namespace tools
