@@ -7,7 +7,7 @@ namespace tools {
 
 std::string upperCase(std::string_view text) {
     std::string upper = converted(text, CP_UTF8, CP_ACP);
-    CharUpperBuffA(upper.data(), static_cast<DWORD>(upper.size()));
+    CharUpperA(upper.data());
     return utf8(upper);
 }
 
