@@ -9,8 +9,8 @@
 # and the object needs no linking. The .org lines hold each piece to its place: code that grows over the next
 # piece does not assemble.
 
+        .code16                                 # first: newer assemblers refuse .arch i8086 in 32-bit code
         .arch   i8086
-        .code16
         .text
 
         .set    loaded, 0x7C00                  # where the BIOS puts the sector

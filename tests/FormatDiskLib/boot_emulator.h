@@ -92,6 +92,8 @@ private:
 
     End run(std::uint64_t address) {
         end_ = End::Halted;
+        // Unicorn 2.1 goes on running what it has translated of code that the program has written over.
+        check(uc_ctl_remove_cache(engine_, 0, memorySize));
         const uc_err error = uc_emu_start(engine_, address, memorySize, patience, 0);
         if (error != UC_ERR_OK) {
             trouble = uc_strerror(error);

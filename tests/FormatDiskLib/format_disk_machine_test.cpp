@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "FormatDiskLib/disk_maker_machine.h"
 #include "ansi_literal.h"
 #include "support/temp_folder_machine.h"

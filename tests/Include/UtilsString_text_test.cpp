@@ -212,8 +212,9 @@ TEST(StringText, TakesItsOwnTextWhenReplacing) {
     expectText(text, "one");
     text.EncryptString(text);
     expectText(text, std::string(3, '\0'));
-    text = *&text;
-    text = std::move(*&text);
+    UtilsString& same = text;
+    text = same;
+    text = std::move(same);
     expectText(text, std::string(3, '\0'));
 }
 
