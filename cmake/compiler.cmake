@@ -1,7 +1,10 @@
 # Warnings, sanitizers and platform definitions that every target of this project shares.
 add_library(project_options INTERFACE)
+if(EMDISK_WERROR)
+    set(werror -Werror)
+endif()
 target_compile_options(project_options INTERFACE
-    -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror)
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow ${werror})
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
     # GCC 12 reports these for the standard library's own string and algorithm code once it is inlined.
     target_compile_options(project_options INTERFACE -Wno-restrict -Wno-array-bounds -Wno-stringop-overflow
@@ -36,7 +39,7 @@ if(WIN32)
         # Comes before the compiler's own libraries, which are searched after all others.
         file(GLOB sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/oldwindows/*.cpp)
         add_library(old_windows STATIC ${sources})
-        target_compile_options(old_windows PRIVATE -Wall -Wextra -Wpedantic -Werror)
+        target_compile_options(old_windows PRIVATE -Wall -Wextra -Wpedantic ${werror})
         target_link_libraries(project_options INTERFACE "$<${own_runtime}:old_windows>")
         target_link_options(project_options INTERFACE
             "$<${own_runtime}:LINKER:-u,__imp__CreateSemaphoreW@16,--wrap=_imp__GetModuleHandleA@4>")

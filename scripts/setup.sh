@@ -28,7 +28,7 @@ need() {
     rm -f "$log"
 }
 
-# build FOLDER CMAKE-ARGUMENT... [-- TARGET...]: configures quietly and builds.
+# build FOLDER CMAKE-ARGUMENT... [-- TARGET...]: configures quietly and builds. In CI warnings are errors.
 build() {
     local folder=$1
     shift
@@ -36,7 +36,7 @@ build() {
     while [ $# -gt 0 ] && [ "$1" != "--" ]; do arguments+=("$1"); shift; done
     [ $# -gt 0 ] && shift
     log=$(mktemp)
-    if ! cmake -S . -B "$folder" -G Ninja "${arguments[@]}" >"$log" 2>&1; then
+    if ! cmake -S . -B "$folder" -G Ninja ${CI:+-DEMDISK_WERROR=ON} "${arguments[@]}" >"$log" 2>&1; then
         cat "$log" >&2
         rm -f "$log"
         fail "cannot configure $folder"
@@ -51,6 +51,6 @@ packages_wizard="binutils-mingw-w64-i686 qt6-base-dev fonts-liberation"
 # What the product for Windows takes: what ships is built without the library of POSIX threads.
 packages_windows="g++-mingw-w64-i686-win32 zip"
 packages_test="$packages_run $packages_wizard libgtest-dev libunicorn-dev qemu-system-x86 mtools dosfstools attr
-    pkg-config man-db zsh fish dpkg-dev"
+    pkg-config man-db zsh fish dpkg-dev file"
 packages_ci="$packages_test $packages_windows clang clang-format clang-tidy cppcheck libclang-rt-14-dev googletest git
     g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix wine64 wine xvfb mmdebstrap arch-test"
