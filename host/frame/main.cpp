@@ -4,9 +4,11 @@
 #include "host/frame/failure.h"
 #include "host/frame/loaded_module.h"
 #include "host/frame/wizard_program.h"
+#include "newwindows/second_run.h"
 
 int main(int argc, char** argv) {
     using namespace host;
+    if (const auto code = newwindows::runAgainAsXp()) return *code;
     try {
         const Options options = parseOptions(argc, argv);
         if (options.action == Options::Action::help) {

@@ -9,6 +9,7 @@
 
 #include "boot_sector.h"
 #include "diskio.h"
+#include "newwindows/known_windows.h"
 #include "raw_diskette.h"
 #include "tools/common/names.h"
 #include "tools/common/reasons.h"
@@ -191,9 +192,21 @@ Problem driveProblem(const DriveView& drive, DWORD error) {
     return {cause.code(), drive.name() + " cannot be read: " + cause.what()};
 }
 
+// The library would look for the driver of Windows 95. The program has started itself again by then, as it
+// does on such a Windows; here that did not help.
+void refuseUnknownWindows() {
+    if (newwindows::runsOnKnownWindows()) return;
+    throw Problem(
+        ExitCode::noDiskette,
+        "this Windows is newer than XP, and no diskette drive is found on it. Set the compatibility "
+        "mode for Windows XP on the page Compatibility of the properties of emergency-disk.exe and "
+        "start it again; where that does not help, use a computer with Windows 98 to XP");
+}
+
 // On Windows 95/98/Me, which tells a medium's size only after a look at the drive's type, the diskette drives
 // are A: and B:.
 void refuseOtherDrives(DriveView& drive) {
+    refuseUnknownWindows();
     const UINT type = GetDriveTypeA(drive.root().c_str());
     if (type == DRIVE_NO_ROOT_DIR) throw driveProblem(drive, ERROR_PATH_NOT_FOUND);
     if (type != DRIVE_REMOVABLE || (!drive.isNT() && drive.name() > "B:")) {

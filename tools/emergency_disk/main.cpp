@@ -1,3 +1,4 @@
+#include "newwindows/second_run.h"
 #include "tools/common/program.h"
 #include "tools/emergency_disk/command_line.h"
 #include "tools/emergency_disk/commands.h"
@@ -5,6 +6,7 @@
 int main(int argc, char** argv) {
     using namespace tools;
     namespace disk = tools::emergency_disk;
+    if (const auto code = newwindows::runAgainAsXp()) return *code;
     const disk::HelpTexts& texts = disk::helpTexts();
     Program program("emergency-disk", "Makes and checks bootable emergency diskettes.", texts.program);
 

@@ -1,5 +1,5 @@
-// Which Windows the host program warns of.
-#include "host/frame/windows_version.h"
+// On which Windows the programs start themselves again.
+#include "newwindows/known_windows.h"
 
 #include <gtest/gtest.h>
 
@@ -10,7 +10,7 @@ bool known(DWORD platform, DWORD major, DWORD minor) {
     version.dwPlatformId = platform;
     version.dwMajorVersion = major;
     version.dwMinorVersion = minor;
-    return host::isKnown(version);
+    return newwindows::isKnown(version);
 }
 
 TEST(WindowsVersion, IsKnownUpToXp) {

@@ -1,0 +1,82 @@
+// Windows itself. Every call of this source that is wide belongs to a Windows after XP.
+#include "newwindows/second_run.h"
+
+#include <windows.h>
+
+#include <memory>
+#include <string>
+
+#include "newwindows/known_windows.h"
+
+namespace newwindows {
+
+namespace {
+
+using Handle = std::unique_ptr<void, decltype(&CloseHandle)>;
+
+// Set for the second run, which starts no other, whatever Windows it is shown.
+constexpr const char* guard = "EMDISK_SECOND_RUN";
+
+bool isSecondRun() {
+    return GetEnvironmentVariableA(guard, nullptr, 0) != 0;
+}
+
+// Windows looks for its setting in the environment of whoever starts a program. It must not ask for an
+// administrator, as it may do for old programs: the second run has the rights of this one, whose console it
+// shares.
+bool prepareEnvironment() {
+    return SetEnvironmentVariableA(guard, "1") &&
+           SetEnvironmentVariableA("__COMPAT_LAYER", "RunAsInvoker WinXPSP3");
+}
+
+std::wstring ownFile() {
+    constexpr DWORD longest = 32768;  // characters of a path, the zero at its end included
+    std::wstring file(longest, L'\0');
+    file.resize(GetModuleFileNameW(nullptr, file.data(), longest));
+    return file;
+}
+
+// With the file's whole name and the command line as it stands, nothing is looked for and nothing quoted
+// anew.
+Handle startAgain() {
+    STARTUPINFOA own{};
+    GetStartupInfoA(&own);
+    STARTUPINFOW start{};
+    start.cb = sizeof start;
+    start.dwFlags = own.dwFlags & STARTF_USESHOWWINDOW;
+    start.wShowWindow = own.wShowWindow;
+    std::wstring commandLine = GetCommandLineW();
+    PROCESS_INFORMATION second{};
+    if (!CreateProcessW(ownFile().c_str(), commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                        &start, &second)) {
+        return {nullptr, CloseHandle};
+    }
+    CloseHandle(second.hThread);
+    return {second.hProcess, CloseHandle};
+}
+
+// Control-C goes to both runs and is the second one's to answer. When the console is closed, Windows ends a
+// run whose handler returns; this one is to end with the second.
+BOOL WINAPI leaveToSecondRun(DWORD event) {
+    if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(INFINITE);
+    return TRUE;
+}
+
+int exitCodeOf(HANDLE process) {
+    WaitForSingleObject(process, INFINITE);
+    DWORD code = 1;
+    GetExitCodeProcess(process, &code);
+    return static_cast<int>(code);
+}
+
+}  // namespace
+
+std::optional<int> runAgainAsXp() {
+    if (runsOnKnownWindows() || isSecondRun() || !prepareEnvironment()) return {};
+    SetConsoleCtrlHandler(leaveToSecondRun, TRUE);
+    if (const Handle second = startAgain()) return exitCodeOf(second.get());
+    SetConsoleCtrlHandler(leaveToSecondRun, FALSE);
+    return {};
+}
+
+}  // namespace newwindows
