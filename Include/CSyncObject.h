@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-// The states are "const int", as those have them who override these operations; the const has no other use.
+// Classes that override these operations declare them "const int"; to a compiler the const does nothing.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wignored-qualifiers"
 

@@ -70,7 +70,7 @@ protected:
     Engine engine;
 };
 
-// Who derives may open the input by himself, and anywhere in it.
+// A derived class may open the input itself, in any mode.
 TEST_F(ZarCommonTest, SkipsARecordFromWhereTheInputStands) {
     const std::string record = test::newRecord({"A", "abc"});
     const std::string path = folder.file("in", record + record);
