@@ -63,9 +63,10 @@ DWORD ShareTable::open(FileIdentity file, DWORD access, DWORD sharing, std::uniq
             return error;
         }
     }
+    Opens& opens = opens_[file];  // there before its entries, whose end looks for it
     entry = std::make_unique<Entry>(shared_from_this(), access, sharing);
     entry->file_ = file;
-    opens_[file].change(access, sharing, true);
+    opens.change(access, sharing, true);
     return 0;
 }
 
@@ -123,16 +124,17 @@ void ShareTable::forgetLast() {
 }
 
 void ShareTable::identifyNew() {
-    for (Entry* const entry : new_) {
+    for (; !new_.empty(); new_.pop_back()) {
+        Entry* const entry = new_.back();
         struct stat facts {};
         ::fstat(entry->descriptor_, &facts);
-        entry->file_ = {facts.st_dev, facts.st_ino};
+        const FileIdentity file{facts.st_dev, facts.st_ino};
+        Opens& opens = opens_[file];
+        entry->file_ = file;
         entry->descriptor_ = -1;
-        Opens& opens = opens_[entry->file_];
         opens.change(entry->access_, entry->sharing_, true);
         opens.cached = entry->cache_ != nullptr ? entry : nullptr;
     }
-    new_.clear();
 }
 
 void ShareTable::close(const Entry& entry) {

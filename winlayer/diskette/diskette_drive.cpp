@@ -207,7 +207,7 @@ DWORD DisketteDrive::open(const std::string& path, const OpenRequest& request,
         } else if (existed && request.disposition == TRUNCATE_EXISTING) {
             volume.replaceFile(found->place, found->entry.attributes);
         }
-        file = std::make_unique<VolumeFile>(shared_from_this(), volume_, volume.openFiles().enter(opened));
+        file = std::make_unique<VolumeFile>(shared_from_this(), volume_, opened);
     });
 }
 

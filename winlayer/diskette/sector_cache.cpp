@@ -43,11 +43,11 @@ Sector& SectorCache::replace(DWORD sector) {
         throw DiskError{ERROR_SECTOR_NOT_FOUND};
     }
     auto& slot = slots_[sector];
-    if (!slot) {
-        slot = std::make_unique<Slot>();
-    }
-    if (!slot->original) {
-        changed_.push_back(sector);
+    if (!slot || !slot->original) {
+        changed_.push_back(sector);  // first: what is not noted there must not be taken for the medium's
+        if (!slot) {
+            slot = std::make_unique<Slot>();
+        }
         slot->original = Sector{};  // what was there is free space: zeros undo it as well as anything
     }
     slot->data.fill(std::byte{0});

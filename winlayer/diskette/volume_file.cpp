@@ -5,8 +5,8 @@
 namespace winlayer {
 
 VolumeFile::VolumeFile(std::shared_ptr<DisketteDrive> drive, std::shared_ptr<Fat12Volume> volume,
-                       OpenFiles::Ticket ticket)
-    : drive_(std::move(drive)), volume_(std::move(volume)), ticket_(ticket) {}
+                       const OpenFiles::Open& opened)
+    : drive_(std::move(drive)), volume_(std::move(volume)), ticket_(volume_->openFiles().enter(opened)) {}
 
 VolumeFile::~VolumeFile() {
     drive_->underLock([this] { volume_->openFiles().leave(ticket_); });

@@ -11,7 +11,7 @@ namespace winlayer {
 class VolumeFile : public OpenFile {
 public:
     VolumeFile(std::shared_ptr<DisketteDrive> drive, std::shared_ptr<Fat12Volume> volume,
-               OpenFiles::Ticket ticket);
+               const OpenFiles::Open& opened);
     ~VolumeFile() override;
     VolumeFile(const VolumeFile&) = delete;
     VolumeFile& operator=(const VolumeFile&) = delete;
