@@ -130,6 +130,21 @@ void initialise(const Window& dialog, const DialogTemplate& source, LPARAM param
     }
 }
 
+bool finishDialog(Window& dialog, const DialogTemplate& source, const DialogRequest& request,
+                  const SIZE& units) {
+    if (!attach(dialog, source, request, units) || !createControls(dialog, source, request)) {
+        return false;
+    }
+    initialise(dialog, source, request.parameter);
+    const HWND handle = dialog.handle;
+    if (findWindow(handle) != nullptr && (source.style & WS_VISIBLE) != 0 && !dialog.has(WS_VISIBLE) &&
+        !dialog.dialog->ended) {
+        showWindow(handle, SW_SHOW);
+        updateWindow(handle);
+    }
+    return true;
+}
+
 }  // namespace
 
 RECT fromDialogUnits(const SIZE& units, const RECT& rectangle) {
@@ -155,19 +170,16 @@ HWND createDialog(const DialogTemplate& wanted, const DialogRequest& request) {
     if (window == nullptr) {
         return nullptr;
     }
-    if (!attach(*window, source, request, units) || !createControls(*window, source, request)) {
+    bool made = false;
+    try {
+        made = finishDialog(*window, source, request, units);
+    } catch (const std::bad_alloc&) {
+        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    }
+    if (!made && findWindow(handle) != nullptr) {
         const DWORD error = GetLastError();
         destroyWindow(handle);
         SetLastError(error);
-        return nullptr;
-    }
-    initialise(*window, source, request.parameter);
-    if (findWindow(handle) == nullptr) {
-        return nullptr;
-    }
-    if ((source.style & WS_VISIBLE) != 0 && !window->has(WS_VISIBLE) && !window->dialog->ended) {
-        showWindow(handle, SW_SHOW);
-        updateWindow(handle);
     }
     return findWindow(handle) != nullptr ? handle : nullptr;
 }

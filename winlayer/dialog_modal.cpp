@@ -1,4 +1,5 @@
 #include "winlayer/dialog.h"
+#include "winlayer/last_error.h"
 #include "winlayer/machine.h"
 #include "winlayer/message_retrieval.h"
 #include "winlayer/message_send.h"
@@ -21,7 +22,7 @@ void showWhenIdle(const Window& dialog) {
 
 // Until EndDialog, or until the dialog or the whole message loop ends; that request is passed on to the loop
 // around this one.
-void runLoop(const Window& dialog) {
+void runLoop(const Window& dialog) try {
     MSG message{};
     while (findWindow(dialog.handle) != nullptr && !dialog.dialog->ended) {
         if (!lookForMessage({}, true, message)) {
@@ -37,6 +38,8 @@ void runLoop(const Window& dialog) {
             dispatchMessage(message);
         }
     }
+} catch (const std::bad_alloc&) {
+    dialog.dialog->result = outOfMemory(INT_PTR{-1});
 }
 
 void giveOwnerBack(HWND owner, bool wasEnabled) {

@@ -1,5 +1,6 @@
 #pragma once
 #include "winlayer/include/errhandlingapi.h"
+#include "winlayer/include/winerror.h"
 
 namespace winlayer {
 
@@ -10,6 +11,14 @@ inline bool succeeded(DWORD code) {
         SetLastError(code);
     }
     return code == 0;
+}
+
+// How a function ends that has run out of memory: the layer's callers are C's as much as C++'s, so what is
+// thrown within it ends in the handler of its function-try-block.
+template <class Failure>
+Failure outOfMemory(Failure failure) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    return failure;
 }
 
 }  // namespace winlayer

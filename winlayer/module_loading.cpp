@@ -111,12 +111,22 @@ DWORD Modules::loadFile(const std::filesystem::path& file, HMODULE& module) {
         return NO_ERROR;
     }
     loaded.kept = std::move(object);
-    const DWORD error = loadNeeded(image.needed(), loaded);
+    const DWORD error = orUnload(module, [&] { return loadNeeded(image.needed(), loaded); });
+    return error != NO_ERROR ? error : attach(module);
+}
+
+// What a step of loading gives; when it fails, the module goes again.
+template <class Step>
+DWORD Modules::orUnload(HMODULE module, Step step) {
+    DWORD error = ERROR_NOT_ENOUGH_MEMORY;
+    try {
+        error = step();
+    } catch (const std::bad_alloc&) {
+    }
     if (error != NO_ERROR) {
         unload(module, false);
-        return error;
     }
-    return attach(module);
+    return error;
 }
 
 DWORD Modules::loadNeeded(const std::vector<std::string>& names, Module& module) {
@@ -136,20 +146,19 @@ DWORD Modules::loadNeeded(const std::vector<std::string>& names, Module& module)
 
 DWORD Modules::attach(HMODULE module) {
     Module& attached = require(module);
-    {
-        const std::lock_guard lock(mutex_);
-        attached.present = true;
-        attached.uses = 1;
-    }
-    attached_.push_back(module);
-    if (attached.attach) {
-        attached.attach();
-    }
-    if (!callEntryPoint(module, attached, DLL_PROCESS_ATTACH, nullptr)) {
-        unload(module, false);
-        return ERROR_DLL_INIT_FAILED;
-    }
-    return NO_ERROR;
+    return orUnload(module, [&] {
+        attached_.push_back(module);
+        {
+            const std::lock_guard lock(mutex_);
+            attached.present = true;
+            attached.uses = 1;
+        }
+        if (attached.attach) {
+            attached.attach();
+        }
+        const bool taken = callEntryPoint(module, attached, DLL_PROCESS_ATTACH, nullptr);
+        return taken ? NO_ERROR : ERROR_DLL_INIT_FAILED;
+    });
 }
 
 bool Modules::callEntryPoint(HMODULE module, const Module& called, DWORD reason, LPVOID reserved) {

@@ -105,6 +105,8 @@ private:
     DWORD loadFile(const std::filesystem::path& file, HMODULE& module);
     DWORD loadNeeded(const std::vector<std::string>& names, Module& module);
     DWORD attach(HMODULE module);
+    template <class Step>
+    DWORD orUnload(HMODULE module, Step step);
     static bool callEntryPoint(HMODULE module, const Module& called, DWORD reason, LPVOID reserved);
     void unload(HMODULE module, bool processEnds);
 

@@ -35,23 +35,26 @@ std::shared_ptr<Surface> surfaceOf(Window& window) {
     return window.surface;
 }
 
+HDC openContext(HWND handle, const std::shared_ptr<Surface>& surface) {
+    const HDC context = graphics().open(surface);
+    try {
+        windows().contexts[context] = {handle, surface};
+    } catch (...) {
+        graphics().close(context);
+        throw;
+    }
+    return context;
+}
+
 }  // namespace
 
 // A context of the screen has no pixels: nothing that is drawn there shows.
 HDC getContext(HWND handle) {
     if (handle == nullptr) {
-        const HDC screen = Machine::current().graphics.open(std::make_shared<Surface>());
-        windows().contexts[screen] = {};
-        return screen;
+        return openContext(nullptr, std::make_shared<Surface>());
     }
     const auto window = findWindowOrSetLastError(handle);
-    if (window == nullptr) {
-        return nullptr;
-    }
-    const auto surface = surfaceOf(*window);
-    const HDC context = Machine::current().graphics.open(surface);
-    windows().contexts[context] = {handle, surface};
-    return context;
+    return window != nullptr ? openContext(handle, surfaceOf(*window)) : nullptr;
 }
 
 bool releaseContext(HWND handle, HDC context) {

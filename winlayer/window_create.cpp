@@ -65,12 +65,37 @@ std::shared_ptr<Window> makeWindow(const CREATESTRUCTA& request,
 // Children stand in the order in which they were made, so that this is the order of the Tab key; a window of
 // its own comes above the others.
 bool enroll(const std::shared_ptr<Window>& window) {
+    std::vector<HWND>& siblings = siblingsOf(*window);
+    siblings.reserve(siblings.size() + 1);
     if (windows().table.add(window) == nullptr) {
         return false;
     }
-    std::vector<HWND>& siblings = siblingsOf(*window);
     siblings.insert(window->isChild() ? siblings.end() : siblings.begin(), window->handle);
     return true;
+}
+
+HWND finishWindow(const Window& window, const CREATESTRUCTA& request) {
+    const HWND handle = window.handle;
+    const auto parameter = reinterpret_cast<LPARAM>(&request);
+    if (sendMessage(handle, WM_NCCREATE, 0, parameter) == 0) {
+        if (findWindow(handle) != nullptr) {
+            strikeOff(window);
+        }
+        return nullptr;
+    }
+    windows().peer().created(handle);
+    if (sendMessage(handle, WM_CREATE, 0, parameter) == -1) {
+        destroyWindow(handle);
+        return nullptr;
+    }
+    if (findWindow(handle) != nullptr && !window.sizeDue) {
+        sendSized(window);
+        sendMoved(window);
+    }
+    if ((static_cast<DWORD>(request.style) & WS_VISIBLE) != 0 && findWindow(handle) != nullptr) {
+        showWindow(handle, SW_SHOW);
+    }
+    return findWindow(handle) != nullptr ? handle : nullptr;
 }
 
 }  // namespace
@@ -91,27 +116,12 @@ HWND createWindow(CREATESTRUCTA request) {
     if (!enroll(window)) {
         return refuse(ERROR_NOT_ENOUGH_MEMORY);
     }
-    const HWND handle = window->handle;
-    const auto parameter = reinterpret_cast<LPARAM>(&request);
-    if (sendMessage(handle, WM_NCCREATE, 0, parameter) == 0) {
-        if (findWindow(handle) != nullptr) {
-            strikeOff(*window);
-        }
-        return nullptr;
+    try {
+        return finishWindow(*window, request);
+    } catch (const std::bad_alloc&) {
+        destroyWindow(window->handle);
+        return refuse(ERROR_NOT_ENOUGH_MEMORY);
     }
-    windows().peer().created(handle);
-    if (sendMessage(handle, WM_CREATE, 0, parameter) == -1) {
-        destroyWindow(handle);
-        return nullptr;
-    }
-    if (findWindow(handle) != nullptr && !window->sizeDue) {
-        sendSized(*window);
-        sendMoved(*window);
-    }
-    if ((static_cast<DWORD>(request.style) & WS_VISIBLE) != 0 && findWindow(handle) != nullptr) {
-        showWindow(handle, SW_SHOW);
-    }
-    return findWindow(handle) != nullptr ? handle : nullptr;
 }
 
 }  // namespace winlayer

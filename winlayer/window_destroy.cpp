@@ -13,7 +13,8 @@ Windows& windows() {
     return Machine::current().windows;
 }
 
-void hide(const Window& window) {
+// Only for the eye: a window goes also when there is no memory to show what it has covered.
+void hide(const Window& window) try {
     if (!window.has(WS_VISIBLE)) {
         return;
     }
@@ -23,13 +24,25 @@ void hide(const Window& window) {
         setPosition(window.handle, nullptr, 0, 0, 0, 0,
                     SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_HIDEWINDOW);
     }
+} catch (const std::bad_alloc&) {
+}
+
+// The first of these windows that is not yet on its way out and has this owner (any, when it is null); null
+// when there is none. Asked anew after each message, because its handler may end other windows.
+std::shared_ptr<Window> nextToDestroy(const std::vector<HWND>& handles, HWND owner) {
+    for (const HWND handle : handles) {
+        auto window = findWindow(handle);
+        if (window != nullptr && !window->destroying && (owner == nullptr || window->owner == owner)) {
+            return window;
+        }
+    }
+    return nullptr;
 }
 
 void destroyOwned(HWND owner) {
-    for (const HWND candidate : std::vector<HWND>(windows().topLevel)) {
-        const auto window = findWindow(candidate);
-        if (window != nullptr && window->owner == owner) {
-            destroyWindow(candidate);
+    while (const auto window = nextToDestroy(windows().topLevel, owner)) {
+        if (!destroyWindow(window->handle)) {
+            return;
         }
     }
 }
@@ -39,10 +52,8 @@ void sendDestroy(HWND handle) {
     const auto window = findWindow(handle);
     window->destroying = true;
     sendMessage(handle, WM_DESTROY);
-    for (const HWND child : std::vector<HWND>(window->children)) {
-        if (findWindow(child) != nullptr) {
-            sendDestroy(child);
-        }
+    while (const auto child = nextToDestroy(window->children, nullptr)) {
+        sendDestroy(child->handle);
     }
 }
 

@@ -87,7 +87,9 @@ void activateAnother(HWND leaving) {
         owner != nullptr && isVisible(*owner) && activate(owner->handle)) {
         return;
     }
-    for (const HWND candidate : std::vector<HWND>(windows().topLevel)) {
+    // By their places, because this must not need memory: handlers may change the order meanwhile.
+    for (std::size_t i = 0; i < windows().topLevel.size(); ++i) {
+        const HWND candidate = windows().topLevel[i];
         const auto other = findWindow(candidate);
         if (candidate != leaving && other != nullptr && isVisible(*other) && activate(candidate)) {
             return;

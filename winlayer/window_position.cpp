@@ -19,7 +19,7 @@ Peer& peer() {
 // Whether the order changed.
 bool restack(const Window& window, HWND after) {
     std::vector<HWND>& siblings = siblingsOf(window);
-    const std::vector<HWND> before = siblings;
+    const auto before = std::find(siblings.begin(), siblings.end(), window.handle) - siblings.begin();
     std::erase(siblings, window.handle);
     auto place = siblings.begin();
     if (after == HWND_BOTTOM) {
@@ -28,8 +28,7 @@ bool restack(const Window& window, HWND after) {
                found != siblings.end()) {
         place = found + 1;
     }
-    siblings.insert(place, window.handle);
-    return siblings != before;
+    return siblings.insert(place, window.handle) - siblings.begin() != before;
 }
 
 void setVisible(Window& window, bool visible) {

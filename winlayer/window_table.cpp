@@ -27,6 +27,7 @@ HWND WindowTable::add(const std::shared_ptr<Window>& window) {
     } else if (index == maxWindows) {
         return nullptr;
     } else {
+        free_.reserve(slots_.capacity() + 1);  // for remove(), which may not fail
         slots_.emplace_back();
     }
     slots_[index].window = window;
