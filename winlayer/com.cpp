@@ -64,7 +64,7 @@ void WINAPI CoUninitialize() {
 }
 
 HRESULT WINAPI CoCreateInstance(REFCLSID classId, LPUNKNOWN outer, DWORD context, REFIID interfaceId,
-                                LPVOID* object) {
+                                LPVOID* object) try {
     if (object == nullptr) {
         return E_POINTER;
     }
@@ -77,4 +77,6 @@ HRESULT WINAPI CoCreateInstance(REFCLSID classId, LPUNKNOWN outer, DWORD context
     }
     return (context & CLSCTX_INPROC_SERVER) != 0 ? Machine::current().com.create(classId, interfaceId, object)
                                                  : REGDB_E_CLASSNOTREG;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
 }

@@ -50,15 +50,17 @@ DWORD WINAPI GetLogicalDrives() {
     return winlayer::denied(__func__) ? 0 : Machine::current().drives.letters();
 }
 
-UINT WINAPI GetDriveTypeA(LPCSTR root) {
+UINT WINAPI GetDriveTypeA(LPCSTR root) try {
     winlayer::entered(__func__);
     const Drive* drive = nullptr;
     return driveOfRoot(Machine::current(), root, drive) == 0 ? drive->type : DRIVE_NO_ROOT_DIR;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(DRIVE_NO_ROOT_DIR);
 }
 
 BOOL WINAPI GetVolumeInformationA(LPCSTR root, LPSTR label, DWORD labelSize, LPDWORD serial,
                                   LPDWORD maximumComponent, LPDWORD flags, LPSTR fileSystem,
-                                  DWORD fileSystemSize) {
+                                  DWORD fileSystemSize) try {
     if (winlayer::denied(__func__)) {
         return FALSE;
     }
@@ -86,9 +88,11 @@ BOOL WINAPI GetVolumeInformationA(LPCSTR root, LPSTR label, DWORD labelSize, LPD
     put(maximumComponent, facts.longestName);
     put(flags, 0);
     return TRUE;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }
 
-BOOL WINAPI SetVolumeLabelA(LPCSTR root, LPCSTR label) {
+BOOL WINAPI SetVolumeLabelA(LPCSTR root, LPCSTR label) try {
     if (winlayer::denied(__func__)) {
         return FALSE;
     }
@@ -98,4 +102,6 @@ BOOL WINAPI SetVolumeLabelA(LPCSTR root, LPCSTR label) {
         error = files->setLabel(label == nullptr ? "" : label);
     }
     return winlayer::succeeded(error) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }

@@ -98,7 +98,7 @@ void fill(const FileFacts& facts, WIN32_FIND_DATAA& data) {
 
 }  // namespace
 
-HANDLE WINAPI FindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA data) {
+HANDLE WINAPI FindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA data) try {
     if (winlayer::denied(__func__)) {
         return INVALID_HANDLE_VALUE;
     }
@@ -119,9 +119,11 @@ HANDLE WINAPI FindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA data) {
         return INVALID_HANDLE_VALUE;
     }
     return handle;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(INVALID_HANDLE_VALUE);
 }
 
-BOOL WINAPI FindNextFileA(HANDLE search, LPWIN32_FIND_DATAA data) {
+BOOL WINAPI FindNextFileA(HANDLE search, LPWIN32_FIND_DATAA data) try {
     if (winlayer::denied(__func__)) {
         return FALSE;
     }
@@ -137,6 +139,8 @@ BOOL WINAPI FindNextFileA(HANDLE search, LPWIN32_FIND_DATAA data) {
     }
     fill(facts, *data);
     return TRUE;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }
 
 // Like CloseHandle, a close that the fault plan fails takes the handle away.

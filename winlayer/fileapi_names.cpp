@@ -34,23 +34,27 @@ DWORD refuseCurrentDirectory(const FileSystem& files, const std::string& below) 
 
 }  // namespace
 
-BOOL WINAPI DeleteFileA(LPCSTR name) {
+BOOL WINAPI DeleteFileA(LPCSTR name) try {
     if (winlayer::denied(__func__)) {
         return FALSE;
     }
     return onPath(name, [](FileSystem& files, const std::string& below) { return files.removeFile(below); });
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }
 
-BOOL WINAPI CreateDirectoryA(LPCSTR name, LPSECURITY_ATTRIBUTES /*security*/) {
+BOOL WINAPI CreateDirectoryA(LPCSTR name, LPSECURITY_ATTRIBUTES /*security*/) try {
     if (winlayer::denied(__func__)) {
         return FALSE;
     }
     return onPath(name, [](FileSystem& files, const std::string& below) {
         return below.empty() ? ERROR_ACCESS_DENIED : files.createDirectory(below);
     });
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }
 
-BOOL WINAPI RemoveDirectoryA(LPCSTR name) {
+BOOL WINAPI RemoveDirectoryA(LPCSTR name) try {
     if (winlayer::denied(__func__)) {
         return FALSE;
     }
@@ -58,9 +62,11 @@ BOOL WINAPI RemoveDirectoryA(LPCSTR name) {
         const DWORD error = refuseCurrentDirectory(files, below);
         return error != 0 ? error : files.removeDirectory(below);
     });
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }
 
-DWORD WINAPI GetFileAttributesA(LPCSTR name) {
+DWORD WINAPI GetFileAttributesA(LPCSTR name) try {
     if (winlayer::denied(__func__)) {
         return INVALID_FILE_ATTRIBUTES;
     }
@@ -68,13 +74,17 @@ DWORD WINAPI GetFileAttributesA(LPCSTR name) {
     const bool found =
         onPath(name, [&](FileSystem& files, const std::string& below) { return files.facts(below, facts); });
     return found ? facts.attributes : INVALID_FILE_ATTRIBUTES;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(INVALID_FILE_ATTRIBUTES);
 }
 
-BOOL WINAPI SetFileAttributesA(LPCSTR name, DWORD attributes) {
+BOOL WINAPI SetFileAttributesA(LPCSTR name, DWORD attributes) try {
     if (winlayer::denied(__func__)) {
         return FALSE;
     }
     return onPath(name, [&](FileSystem& files, const std::string& below) {
         return files.setAttributes(below, attributes);
     });
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }

@@ -37,7 +37,7 @@ HANDLE handleFor(Machine& machine, OpenedFile opened, const OpenRequest& request
 }  // namespace
 
 HANDLE WINAPI CreateFileA(LPCSTR name, DWORD access, DWORD sharing, LPSECURITY_ATTRIBUTES /*security*/,
-                          DWORD disposition, DWORD flags, HANDLE /*templateFile*/) {
+                          DWORD disposition, DWORD flags, HANDLE /*templateFile*/) try {
     if (winlayer::denied(__func__)) {
         return INVALID_HANDLE_VALUE;
     }
@@ -65,4 +65,6 @@ HANDLE WINAPI CreateFileA(LPCSTR name, DWORD access, DWORD sharing, LPSECURITY_A
     }
     SetLastError(reportsExisting && existed ? ERROR_ALREADY_EXISTS : NO_ERROR);
     return handle;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(INVALID_HANDLE_VALUE);
 }

@@ -64,7 +64,8 @@ BOOL transferThrough(FileObject& file, LPDWORD transferred, LPOVERLAPPED overlap
 
 // At the end of the file a plain read succeeds with nothing read; one with an OVERLAPPED block says so by its
 // error.
-BOOL WINAPI ReadFile(HANDLE file, LPVOID buffer, DWORD count, LPDWORD transferred, LPOVERLAPPED overlapped) {
+BOOL WINAPI ReadFile(HANDLE file, LPVOID buffer, DWORD count, LPDWORD transferred,
+                     LPOVERLAPPED overlapped) try {
     if (transferred != nullptr) {
         *transferred = 0;
     }
@@ -83,10 +84,12 @@ BOOL WINAPI ReadFile(HANDLE file, LPVOID buffer, DWORD count, LPDWORD transferre
         }
         return transfer;
     });
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }
 
 BOOL WINAPI WriteFile(HANDLE file, LPCVOID buffer, DWORD count, LPDWORD transferred,
-                      LPOVERLAPPED overlapped) {
+                      LPOVERLAPPED overlapped) try {
     if (transferred != nullptr) {
         *transferred = 0;
     }
@@ -100,6 +103,8 @@ BOOL WINAPI WriteFile(HANDLE file, LPCVOID buffer, DWORD count, LPDWORD transfer
     const std::span<const std::byte> bytes(static_cast<const std::byte*>(buffer), count);
     return transferThrough(*object, transferred, overlapped,
                            [&](std::uint64_t offset) { return object->file->write(offset, bytes); });
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }
 
 namespace {
@@ -146,7 +151,7 @@ DWORD movePosition(FileObject& file, std::int64_t distance, DWORD method, bool w
 
 }  // namespace
 
-DWORD WINAPI SetFilePointer(HANDLE file, LONG distance, PLONG distanceHigh, DWORD method) {
+DWORD WINAPI SetFilePointer(HANDLE file, LONG distance, PLONG distanceHigh, DWORD method) try {
     if (winlayer::denied(__func__)) {
         return INVALID_SET_FILE_POINTER;
     }
@@ -171,9 +176,11 @@ DWORD WINAPI SetFilePointer(HANDLE file, LONG distance, PLONG distanceHigh, DWOR
         SetLastError(NO_ERROR);
     }
     return low;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(INVALID_SET_FILE_POINTER);
 }
 
-BOOL WINAPI SetEndOfFile(HANDLE file) {
+BOOL WINAPI SetEndOfFile(HANDLE file) try {
     if (winlayer::denied(__func__)) {
         return FALSE;
     }
@@ -183,17 +190,21 @@ BOOL WINAPI SetEndOfFile(HANDLE file) {
     }
     const std::lock_guard lock(object->mutex);
     return winlayer::succeeded(object->file->resize(object->position)) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }
 
-BOOL WINAPI FlushFileBuffers(HANDLE file) {
+BOOL WINAPI FlushFileBuffers(HANDLE file) try {
     if (winlayer::denied(__func__)) {
         return FALSE;
     }
     const auto object = winlayer::fileWith(file, GENERIC_WRITE);
     return object != nullptr && winlayer::succeeded(object->file->flush()) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }
 
-DWORD WINAPI GetFileSize(HANDLE file, LPDWORD high) {
+DWORD WINAPI GetFileSize(HANDLE file, LPDWORD high) try {
     if (winlayer::denied(__func__)) {
         return INVALID_FILE_SIZE;
     }
@@ -210,4 +221,6 @@ DWORD WINAPI GetFileSize(HANDLE file, LPDWORD high) {
         SetLastError(NO_ERROR);
     }
     return low;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(INVALID_FILE_SIZE);
 }

@@ -4,6 +4,7 @@
 #include <cstdarg>
 #include <cstring>
 
+#include "winlayer/last_error.h"
 #include "winlayer/machine.h"
 #include "winlayer/message_text.h"
 #include "winlayer/system_messages.h"
@@ -94,7 +95,7 @@ void giveAllocated(const std::string& text, DWORD size, LPSTR buffer) {
 using namespace winlayer;
 
 DWORD WINAPI FormatMessageA(DWORD flags, LPCVOID source, DWORD messageId, DWORD languageId, LPSTR buffer,
-                            DWORD size, va_list* arguments) {
+                            DWORD size, va_list* arguments) try {
     if (denied(__func__)) {
         return 0;
     }
@@ -119,6 +120,8 @@ DWORD WINAPI FormatMessageA(DWORD flags, LPCVOID source, DWORD messageId, DWORD 
         std::memcpy(buffer, text.c_str(), text.size() + 1);
     }
     return error == NO_ERROR ? static_cast<DWORD>(text.size()) : failed(error);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }
 
 // Null on success, the address itself when it is no such memory.

@@ -1,4 +1,5 @@
 #include "winlayer/include/handleapi.h"
+#include "winlayer/last_error.h"
 
 #include "winlayer/current_process.h"
 #include "winlayer/file_object.h"
@@ -10,9 +11,11 @@
 namespace {
 
 // What was written through one handle may not wait for the last one to be closed: nobody might look at that.
-DWORD settle(winlayer::KernelObject& object) {
+DWORD settle(winlayer::KernelObject& object) try {
     const auto* const file = dynamic_cast<winlayer::FileObject*>(&object);
     return file != nullptr ? file->file->settle() : 0;
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
 bool isPseudoHandle(HANDLE handle) {
@@ -41,7 +44,7 @@ BOOL WINAPI CloseHandle(HANDLE object) {
 
 // The copy stands for the same object, its position included, and grants what the source grants.
 BOOL WINAPI DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, LPHANDLE target,
-                            DWORD /*access*/, BOOL /*inherit*/, DWORD options) {
+                            DWORD /*access*/, BOOL /*inherit*/, DWORD options) try {
     if (winlayer::denied(__func__)) {
         return FALSE;
     }
@@ -67,4 +70,6 @@ BOOL WINAPI DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetPr
         handles.remove(source);
     }
     return TRUE;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }

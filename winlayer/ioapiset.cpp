@@ -5,7 +5,7 @@
 #include "winlayer/last_error.h"
 
 BOOL WINAPI DeviceIoControl(HANDLE device, DWORD code, LPVOID in, DWORD inSize, LPVOID out, DWORD outSize,
-                            LPDWORD returned, LPOVERLAPPED overlapped) {
+                            LPDWORD returned, LPOVERLAPPED overlapped) try {
     if (returned != nullptr) {
         *returned = 0;
     }
@@ -34,6 +34,8 @@ BOOL WINAPI DeviceIoControl(HANDLE device, DWORD code, LPVOID in, DWORD inSize, 
         *returned = count;
     }
     return winlayer::succeeded(error) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }
 
 // Nothing is ever pending here, so there is nothing to wait for.

@@ -8,7 +8,7 @@
 
 using namespace winlayer;
 
-HMODULE WINAPI LoadLibraryA(LPCSTR name) {
+HMODULE WINAPI LoadLibraryA(LPCSTR name) try {
     if (denied(__func__)) {
         return nullptr;
     }
@@ -18,17 +18,21 @@ HMODULE WINAPI LoadLibraryA(LPCSTR name) {
     }
     HMODULE module = nullptr;
     return succeeded(Machine::current().modules.load(name, module)) ? module : nullptr;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
-BOOL WINAPI FreeLibrary(HMODULE module) {
+BOOL WINAPI FreeLibrary(HMODULE module) try {
     if (denied(__func__)) {
         return FALSE;
     }
     const bool freed = module != nullptr && Machine::current().modules.free(module);
     return succeeded(freed ? NO_ERROR : ERROR_MOD_NOT_FOUND) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
-HMODULE WINAPI GetModuleHandleA(LPCSTR name) {
+HMODULE WINAPI GetModuleHandleA(LPCSTR name) try {
     if (denied(__func__)) {
         return nullptr;
     }
@@ -37,10 +41,12 @@ HMODULE WINAPI GetModuleHandleA(LPCSTR name) {
         SetLastError(ERROR_MOD_NOT_FOUND);
     }
     return module;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 // A path that does not fit is cut: up to Windows XP without a zero and without an error, later with both.
-DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR buffer, DWORD size) {
+DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR buffer, DWORD size) try {
     if (denied(__func__)) {
         return 0;
     }
@@ -61,9 +67,11 @@ DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR buffer, DWORD size) {
         SetLastError(ERROR_INSUFFICIENT_BUFFER);
     }
     return size;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }
 
-FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) {
+FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) try {
     if (denied(__func__)) {
         return nullptr;
     }
@@ -79,4 +87,6 @@ FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) {
         SetLastError(ERROR_PROC_NOT_FOUND);
     }
     return procedure;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }

@@ -1,4 +1,5 @@
 #include "winlayer/include/memoryapi.h"
+#include "winlayer/last_error.h"
 
 #include <charconv>
 #include <fstream>
@@ -50,7 +51,7 @@ DWORD protectionOf(const std::string& rights) {
 
 using namespace winlayer;
 
-SIZE_T WINAPI VirtualQuery(LPCVOID address, PMEMORY_BASIC_INFORMATION information, SIZE_T size) {
+SIZE_T WINAPI VirtualQuery(LPCVOID address, PMEMORY_BASIC_INFORMATION information, SIZE_T size) try {
     if (denied(__func__)) {
         return 0;
     }
@@ -76,4 +77,6 @@ SIZE_T WINAPI VirtualQuery(LPCVOID address, PMEMORY_BASIC_INFORMATION informatio
     information->AllocationProtect = information->Protect;
     information->Type = module != nullptr ? MEM_IMAGE : MEM_PRIVATE;
     return sizeof *information;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }

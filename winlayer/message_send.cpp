@@ -1,12 +1,17 @@
 #include "winlayer/message_send.h"
 
+#include "winlayer/last_error.h"
 #include "winlayer/machine.h"
 #include "winlayer/window_tree.h"
 
 namespace winlayer {
 
-LRESULT callProcedure(WNDPROC procedure, const Window& window, UINT message, WPARAM wParam, LPARAM lParam) {
+// A window's procedure that has no memory refuses the message, and a window that is being made.
+LRESULT callProcedure(WNDPROC procedure, const Window& window, UINT message, WPARAM wParam,
+                      LPARAM lParam) try {
     return procedure != nullptr ? procedure(window.handle, message, wParam, lParam) : 0;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(LRESULT{message == WM_CREATE ? -1 : 0});
 }
 
 // The window object is held while its procedure runs, which may destroy the window.

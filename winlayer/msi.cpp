@@ -63,7 +63,7 @@ std::string descriptorOf(const ShellLinkFile& link) {
 
 using namespace winlayer;
 
-UINT WINAPI MsiGetShortcutTargetA(LPCSTR shortcut, LPSTR product, LPSTR feature, LPSTR component) {
+UINT WINAPI MsiGetShortcutTargetA(LPCSTR shortcut, LPSTR product, LPSTR feature, LPSTR component) try {
     if (const DWORD error = deniedCode(__func__); error != 0) {
         return error;
     }
@@ -73,10 +73,12 @@ UINT WINAPI MsiGetShortcutTargetA(LPCSTR shortcut, LPSTR product, LPSTR feature,
     }
     const bool given = giveCodes(descriptorOf(link), product, feature, component) == NO_ERROR;
     return given ? NO_ERROR : ERROR_FUNCTION_FAILED;
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
 UINT WINAPI MsiDecomposeDescriptorA(LPCSTR descriptor, LPSTR product, LPSTR feature, LPSTR component,
-                                    LPDWORD used) {
+                                    LPDWORD used) try {
     if (const DWORD error = deniedCode(__func__); error != 0) {
         return error;
     }
@@ -86,9 +88,11 @@ UINT WINAPI MsiDecomposeDescriptorA(LPCSTR descriptor, LPSTR product, LPSTR feat
         *used = static_cast<DWORD>(text.size());
     }
     return error;
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
-INSTALLSTATE WINAPI MsiGetComponentPathA(LPCSTR product, LPCSTR component, LPSTR path, LPDWORD size) {
+INSTALLSTATE WINAPI MsiGetComponentPathA(LPCSTR product, LPCSTR component, LPSTR path, LPDWORD size) try {
     if (deniedCode(__func__) != 0) {
         return INSTALLSTATE_UNKNOWN;
     }
@@ -104,9 +108,11 @@ INSTALLSTATE WINAPI MsiGetComponentPathA(LPCSTR product, LPCSTR component, LPSTR
     return error == NO_ERROR          ? part->second.state
            : error == ERROR_MORE_DATA ? INSTALLSTATE_MOREDATA
                                       : INSTALLSTATE_INVALIDARG;
+} catch (const std::bad_alloc&) {
+    return INSTALLSTATE_UNKNOWN;
 }
 
-UINT WINAPI MsiGetProductInfoA(LPCSTR product, LPCSTR property, LPSTR value, LPDWORD size) {
+UINT WINAPI MsiGetProductInfoA(LPCSTR product, LPCSTR property, LPSTR value, LPDWORD size) try {
     if (const DWORD error = deniedCode(__func__); error != 0) {
         return error;
     }
@@ -116,9 +122,11 @@ UINT WINAPI MsiGetProductInfoA(LPCSTR product, LPCSTR property, LPSTR value, LPD
     }
     return textOf(property) == INSTALLPROPERTY_LOCALPACKAGE ? giveSized(found->second.package, value, size)
                                                             : ERROR_UNKNOWN_PROPERTY;
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
-UINT WINAPI MsiOpenDatabaseA(LPCSTR package, LPCSTR mode, MSIHANDLE* database) {
+UINT WINAPI MsiOpenDatabaseA(LPCSTR package, LPCSTR mode, MSIHANDLE* database) try {
     if (const DWORD error = deniedCode(__func__); error != 0) {
         return error;
     }
@@ -126,34 +134,44 @@ UINT WINAPI MsiOpenDatabaseA(LPCSTR package, LPCSTR mode, MSIHANDLE* database) {
         return ERROR_INVALID_PARAMETER;
     }
     return installer().openPackage(textOf(package), *database);
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
-UINT WINAPI MsiDatabaseOpenViewA(MSIHANDLE database, LPCSTR query, MSIHANDLE* view) {
+UINT WINAPI MsiDatabaseOpenViewA(MSIHANDLE database, LPCSTR query, MSIHANDLE* view) try {
     if (const DWORD error = deniedCode(__func__); error != 0) {
         return error;
     }
     return view != nullptr ? installer().openView(database, textOf(query), *view) : ERROR_INVALID_PARAMETER;
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
-UINT WINAPI MsiViewExecute(MSIHANDLE view, MSIHANDLE /*parameters*/) {
+UINT WINAPI MsiViewExecute(MSIHANDLE view, MSIHANDLE /*parameters*/) try {
     const DWORD error = deniedCode(__func__);
     return error != 0 ? error : installer().execute(view);
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
-UINT WINAPI MsiViewFetch(MSIHANDLE view, MSIHANDLE* record) {
+UINT WINAPI MsiViewFetch(MSIHANDLE view, MSIHANDLE* record) try {
     if (const DWORD error = deniedCode(__func__); error != 0) {
         return error;
     }
     return record != nullptr ? installer().fetch(view, *record) : ERROR_INVALID_PARAMETER;
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
-UINT WINAPI MsiRecordGetStringA(MSIHANDLE record, UINT field, LPSTR value, LPDWORD size) {
+UINT WINAPI MsiRecordGetStringA(MSIHANDLE record, UINT field, LPSTR value, LPDWORD size) try {
     std::string text;
     DWORD error = deniedCode(__func__);
     if (error == 0) {
         error = installer().field(record, field, text);
     }
     return error != 0 ? error : giveSized(text, value, size);
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
 // As with CloseHandle, a close that the fault plan fails still takes the handle away.

@@ -55,46 +55,60 @@ DWORD giveRewritten(LPCSTR path, LPSTR buffer, DWORD size, const Rewrite& rewrit
 
 }  // namespace
 
-DWORD WINAPI GetLongPathNameA(LPCSTR path, LPSTR buffer, DWORD size) {
+DWORD WINAPI GetLongPathNameA(LPCSTR path, LPSTR buffer, DWORD size) try {
     if (winlayer::denied(__func__)) {
         return 0;
     }
     return giveRewritten(path, buffer, size, [](const FileFacts& facts) { return facts.name; });
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(0);
 }
 
-DWORD WINAPI GetShortPathNameA(LPCSTR path, LPSTR buffer, DWORD size) {
+DWORD WINAPI GetShortPathNameA(LPCSTR path, LPSTR buffer, DWORD size) try {
     if (winlayer::denied(__func__)) {
         return 0;
     }
     return giveRewritten(path, buffer, size, [](const FileFacts& facts) {
         return facts.shortName.empty() ? facts.name : facts.shortName;
     });
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(0);
 }
 
-DWORD WINAPI GetCurrentDirectoryA(DWORD size, LPSTR buffer) {
+DWORD WINAPI GetCurrentDirectoryA(DWORD size, LPSTR buffer) try {
     return winlayer::denied(__func__) ? 0
                                       : giveText(Machine::current().drives.currentDirectory(), buffer, size);
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(0);
 }
 
-BOOL WINAPI SetCurrentDirectoryA(LPCSTR path) {
+BOOL WINAPI SetCurrentDirectoryA(LPCSTR path) try {
     if (winlayer::denied(__func__)) {
         return FALSE;
     }
     const DWORD error =
         path == nullptr ? ERROR_INVALID_PARAMETER : Machine::current().drives.setCurrentDirectory(path);
     return winlayer::succeeded(error) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }
 
-UINT WINAPI GetWindowsDirectoryA(LPSTR buffer, UINT size) {
+UINT WINAPI GetWindowsDirectoryA(LPSTR buffer, UINT size) try {
     return winlayer::denied(__func__) ? 0 : giveText(Machine::current().windowsDirectory(), buffer, size);
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(0);
 }
 
-UINT WINAPI GetSystemDirectoryA(LPSTR buffer, UINT size) {
+UINT WINAPI GetSystemDirectoryA(LPSTR buffer, UINT size) try {
     return winlayer::denied(__func__) ? 0 : giveText(Machine::current().systemDirectory(), buffer, size);
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(0);
 }
 
-DWORD WINAPI GetTempPathA(DWORD size, LPSTR buffer) {
+DWORD WINAPI GetTempPathA(DWORD size, LPSTR buffer) try {
     return winlayer::denied(__func__)
                ? 0
                : giveText(Machine::current().windowsDirectory() + "\\TEMP\\", buffer, size);
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(0);
 }

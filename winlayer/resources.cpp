@@ -25,7 +25,7 @@ const Resource* resourceOf(HMODULE module, HRSRC handle) {
 
 using namespace winlayer;
 
-HRSRC WINAPI FindResourceA(HMODULE module, LPCSTR name, LPCSTR type) {
+HRSRC WINAPI FindResourceA(HMODULE module, LPCSTR name, LPCSTR type) try {
     if (denied(__func__)) {
         return nullptr;
     }
@@ -33,15 +33,19 @@ HRSRC WINAPI FindResourceA(HMODULE module, LPCSTR name, LPCSTR type) {
     const DWORD error =
         Machine::current().modules.findResource(module, ResourceId(type), ResourceId(name), place);
     return succeeded(error) ? asHandle(place) : nullptr;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
-HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC handle) {
+HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC handle) try {
     if (denied(__func__)) {
         return nullptr;
     }
     const Resource* const resource = resourceOf(module, handle);
     // Whoever loads a resource may read it only.
     return resource != nullptr ? const_cast<BYTE*>(resource->data.data()) : nullptr;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 // Loaded data is at its address already.
@@ -49,10 +53,12 @@ LPVOID WINAPI LockResource(HGLOBAL data) {
     return denied(__func__) ? nullptr : data;
 }
 
-DWORD WINAPI SizeofResource(HMODULE module, HRSRC handle) {
+DWORD WINAPI SizeofResource(HMODULE module, HRSRC handle) try {
     if (denied(__func__)) {
         return 0;
     }
     const Resource* const resource = resourceOf(module, handle);
     return resource != nullptr ? static_cast<DWORD>(resource->data.size()) : 0;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }

@@ -1,6 +1,7 @@
 // Access tokens and security identifiers. Windows 95, 98 and Me have none.
 
 #include "winlayer/include/securitybaseapi.h"
+#include "winlayer/last_error.h"
 
 #include <cstring>
 
@@ -59,7 +60,7 @@ void writeGroupList(const GroupList& list, void* buffer) {
 
 }  // namespace
 
-BOOL WINAPI OpenThreadToken(HANDLE thread, DWORD access, BOOL, PHANDLE token) {
+BOOL WINAPI OpenThreadToken(HANDLE thread, DWORD access, BOOL, PHANDLE token) try {
     if (denied(__func__)) {
         return FALSE;
     }
@@ -71,9 +72,11 @@ BOOL WINAPI OpenThreadToken(HANDLE thread, DWORD access, BOOL, PHANDLE token) {
     }
     const auto& impersonated = Machine::current().security.thread;
     return impersonated ? openToken(*impersonated, access, token) : failed(ERROR_NO_TOKEN);
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }
 
-BOOL WINAPI OpenProcessToken(HANDLE process, DWORD access, PHANDLE token) {
+BOOL WINAPI OpenProcessToken(HANDLE process, DWORD access, PHANDLE token) try {
     if (denied(__func__)) {
         return FALSE;
     }
@@ -84,10 +87,12 @@ BOOL WINAPI OpenProcessToken(HANDLE process, DWORD access, PHANDLE token) {
         return failed(ERROR_INVALID_HANDLE);
     }
     return openToken(Machine::current().security.process, access, token);
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }
 
 BOOL WINAPI GetTokenInformation(HANDLE token, TOKEN_INFORMATION_CLASS kind, LPVOID buffer, DWORD size,
-                                PDWORD needed) {
+                                PDWORD needed) try {
     if (denied(__func__)) {
         return FALSE;
     }
@@ -107,11 +112,13 @@ BOOL WINAPI GetTokenInformation(HANDLE token, TOKEN_INFORMATION_CLASS kind, LPVO
     }
     writeGroupList(opened->groups, buffer);
     return TRUE;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }
 
 BOOL WINAPI AllocateAndInitializeSid(PSID_IDENTIFIER_AUTHORITY authority, BYTE count, DWORD sub0, DWORD sub1,
                                      DWORD sub2, DWORD sub3, DWORD sub4, DWORD sub5, DWORD sub6, DWORD sub7,
-                                     PSID* sid) {
+                                     PSID* sid) try {
     if (denied(__func__)) {
         return FALSE;
     }
@@ -127,6 +134,8 @@ BOOL WINAPI AllocateAndInitializeSid(PSID_IDENTIFIER_AUTHORITY authority, BYTE c
     *sid = Machine::current().localMemory.allocate(identifier.size());
     std::memcpy(*sid, identifier.data(), identifier.size());
     return TRUE;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
 }
 
 BOOL WINAPI EqualSid(PSID first, PSID second) {

@@ -25,7 +25,7 @@ DWORD errorOf(INT_PTR result) {
 using namespace winlayer;
 
 HINSTANCE WINAPI ShellExecuteA(HWND /*window*/, LPCSTR operation, LPCSTR file, LPCSTR parameters,
-                               LPCSTR directory, int show) {
+                               LPCSTR directory, int show) try {
     if (denied(__func__)) {
         const auto error = static_cast<INT_PTR>(GetLastError());
         return reinterpret_cast<HINSTANCE>(error < firstSuccess ? error : 0);
@@ -36,4 +36,6 @@ HINSTANCE WINAPI ShellExecuteA(HWND /*window*/, LPCSTR operation, LPCSTR file, L
     const INT_PTR result = machine.shell.execute(machine, request);
     succeeded(errorOf(result));
     return reinterpret_cast<HINSTANCE>(result);
+} catch (const std::bad_alloc&) {
+    return nullptr;
 }

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "winlayer/code_pages.h"
+#include "winlayer/last_error.h"
 #include "winlayer/machine.h"
 
 namespace winlayer {
@@ -43,7 +44,7 @@ std::u16string unitsOf(LPCWSTR wide, int length) {
 using namespace winlayer;
 
 int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int length, LPWSTR wide,
-                               int wideSize) {
+                               int wideSize) try {
     if (denied(__func__)) {
         return 0;
     }
@@ -63,10 +64,12 @@ int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int leng
         return failed(ERROR_NO_UNICODE_TRANSLATION);
     }
     return give(units, wide, wideSize);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }
 
 int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR wide, int wideLength, LPSTR text, int size,
-                               LPCSTR defaultChar, LPBOOL usedDefault) {
+                               LPCSTR defaultChar, LPBOOL usedDefault) try {
     if (denied(__func__)) {
         return 0;
     }
@@ -89,4 +92,6 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR wide, int wid
         *usedDefault = how.replaced ? TRUE : FALSE;
     }
     return give(bytes, text, size);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }

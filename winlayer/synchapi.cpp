@@ -21,7 +21,7 @@ std::shared_ptr<EventObject> eventOf(HANDLE handle) {
 }  // namespace
 
 HANDLE WINAPI CreateEventA(LPSECURITY_ATTRIBUTES /*security*/, BOOL manualReset, BOOL signalled,
-                           LPCSTR name) {
+                           LPCSTR name) try {
     if (winlayer::denied(__func__)) {
         return nullptr;
     }
@@ -32,6 +32,8 @@ HANDLE WINAPI CreateEventA(LPSECURITY_ATTRIBUTES /*security*/, BOOL manualReset,
     const HANDLE handle = machine.handles.add(std::move(event));
     SetLastError(handle == nullptr ? ERROR_TOO_MANY_OPEN_FILES : existed ? ERROR_ALREADY_EXISTS : NO_ERROR);
     return handle;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(nullptr);
 }
 
 BOOL WINAPI SetEvent(HANDLE event) {

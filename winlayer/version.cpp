@@ -2,6 +2,7 @@
 
 #include <cstring>
 
+#include "winlayer/last_error.h"
 #include "winlayer/machine.h"
 
 namespace winlayer {
@@ -64,7 +65,7 @@ BOOL WINAPI GetVersionExA(LPOSVERSIONINFOA version) {
 
 // The size counts the zero on entry and when it is too small, and not on success. Windows 95, 98 and Me want
 // room for the longest name.
-BOOL WINAPI GetComputerNameA(LPSTR buffer, LPDWORD size) {
+BOOL WINAPI GetComputerNameA(LPSTR buffer, LPDWORD size) try {
     if (denied(__func__)) {
         return FALSE;
     }
@@ -79,4 +80,6 @@ BOOL WINAPI GetComputerNameA(LPSTR buffer, LPDWORD size) {
     std::memcpy(buffer, machine.computerName.c_str(), length + 1);
     *size = length;
     return TRUE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }

@@ -47,8 +47,10 @@ void Windows::removeRichEditClass() {
 
 }  // namespace winlayer
 
-void WINAPI InitCommonControls() {
+void WINAPI InitCommonControls() try {
     winlayer::entered(__func__);
     winlayer::Machine::current().windows.classes.add(
         winlayer::systemClass(PROGRESS_CLASSA, winlayer::procedureOf<winlayer::ProgressControl>, 0));
+} catch (const std::bad_alloc&) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
 }

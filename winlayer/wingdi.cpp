@@ -45,7 +45,7 @@ int give(const Description& description, int size, LPVOID buffer) {
 
 using namespace winlayer;
 
-HDC WINAPI CreateCompatibleDC(HDC context) {
+HDC WINAPI CreateCompatibleDC(HDC context) try {
     if (denied(__func__)) {
         return nullptr;
     }
@@ -54,13 +54,15 @@ HDC WINAPI CreateCompatibleDC(HDC context) {
         return nullptr;
     }
     return graphics().createMemoryContext();
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 BOOL WINAPI DeleteDC(HDC context) {
     return denied(__func__) ? FALSE : answer(graphics().deleteContext(context));
 }
 
-HGDIOBJ WINAPI SelectObject(HDC context, HGDIOBJ object) {
+HGDIOBJ WINAPI SelectObject(HDC context, HGDIOBJ object) try {
     if (denied(__func__)) {
         return nullptr;
     }
@@ -68,14 +70,18 @@ HGDIOBJ WINAPI SelectObject(HDC context, HGDIOBJ object) {
     HGDIOBJ previous = nullptr;
     const bool selected = target != nullptr && graphics().select(*target, object, previous);
     return answer(selected) != FALSE ? previous : nullptr;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 BOOL WINAPI DeleteObject(HGDIOBJ object) {
     return denied(__func__) ? FALSE : answer(graphics().remove(object));
 }
 
-HGDIOBJ WINAPI GetStockObject(int index) {
+HGDIOBJ WINAPI GetStockObject(int index) try {
     return denied(__func__) ? nullptr : graphics().stock(index);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 int WINAPI GetObjectA(HGDIOBJ object, int size, LPVOID buffer) {
@@ -108,11 +114,13 @@ int WINAPI GetDeviceCaps(HDC context, int index) {
     return index == LOGPIXELSX || index == LOGPIXELSY ? dotsPerInch : 0;
 }
 
-HBRUSH WINAPI CreateSolidBrush(COLORREF color) {
+HBRUSH WINAPI CreateSolidBrush(COLORREF color) try {
     return denied(__func__) ? nullptr : static_cast<HBRUSH>(graphics().add(Brush{color}));
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
-HFONT WINAPI CreateFontIndirectA(const LOGFONTA* description) {
+HFONT WINAPI CreateFontIndirectA(const LOGFONTA* description) try {
     if (denied(__func__)) {
         return nullptr;
     }
@@ -123,6 +131,8 @@ HFONT WINAPI CreateFontIndirectA(const LOGFONTA* description) {
     Font font{*description};
     font.description.lfFaceName[LF_FACESIZE - 1] = 0;
     return static_cast<HFONT>(graphics().add(font));
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 HFONT WINAPI CreateFontA(int height, int width, int escapement, int orientation, int weight, DWORD italic,
@@ -155,6 +165,8 @@ DWORD WINAPI GetSysColor(int index) {
     return color;
 }
 
-HBRUSH WINAPI GetSysColorBrush(int index) {
+HBRUSH WINAPI GetSysColorBrush(int index) try {
     return denied(__func__) ? nullptr : graphics().systemBrush(index);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }

@@ -47,7 +47,7 @@ BOOL copy(HDC to, const Placement& target, HDC from, const Placement& source, DW
 
 using namespace winlayer;
 
-HBITMAP WINAPI CreateCompatibleBitmap(HDC context, int width, int height) {
+HBITMAP WINAPI CreateCompatibleBitmap(HDC context, int width, int height) try {
     if (denied(__func__) || contextOf(context) == nullptr) {
         return nullptr;
     }
@@ -63,9 +63,11 @@ HBITMAP WINAPI CreateCompatibleBitmap(HDC context, int width, int height) {
         return nullptr;
     }
     return addBitmap(makeSurface(width, height, black), 32);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
-HBITMAP WINAPI LoadBitmapA(HINSTANCE module, LPCSTR name) {
+HBITMAP WINAPI LoadBitmapA(HINSTANCE module, LPCSTR name) try {
     if (denied(__func__)) {
         return nullptr;
     }
@@ -80,6 +82,8 @@ HBITMAP WINAPI LoadBitmapA(HINSTANCE module, LPCSTR name) {
         return nullptr;
     }
     return addBitmap(std::move(bitmap->surface), bitmap->monochrome ? 1 : 32);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 int WINAPI SetStretchBltMode(HDC handle, int mode) {
@@ -100,16 +104,20 @@ int WINAPI GetStretchBltMode(HDC handle) {
 }
 
 BOOL WINAPI BitBlt(HDC to, int x, int y, int width, int height, HDC from, int fromX, int fromY,
-                   DWORD operation) {
+                   DWORD operation) try {
     return denied(__func__) ? FALSE
                             : copy(to, {x, y, width, height}, from, {fromX, fromY, width, height}, operation);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
 BOOL WINAPI StretchBlt(HDC to, int x, int y, int width, int height, HDC from, int fromX, int fromY,
-                       int fromWidth, int fromHeight, DWORD operation) {
+                       int fromWidth, int fromHeight, DWORD operation) try {
     return denied(__func__)
                ? FALSE
                : copy(to, {x, y, width, height}, from, {fromX, fromY, fromWidth, fromHeight}, operation);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
 COLORREF WINAPI GetPixel(HDC handle, int x, int y) {
@@ -129,7 +137,7 @@ COLORREF WINAPI SetPixel(HDC handle, int x, int y, COLORREF color) {
     return color;
 }
 
-int WINAPI FillRect(HDC handle, const RECT* area, HBRUSH brush) {
+int WINAPI FillRect(HDC handle, const RECT* area, HBRUSH brush) try {
     DeviceContext* const context = denied(__func__) ? nullptr : contextOf(handle);
     COLORREF color = 0;
     if (context == nullptr || area == nullptr || !Machine::current().graphics.brushColor(brush, color)) {
@@ -137,4 +145,6 @@ int WINAPI FillRect(HDC handle, const RECT* area, HBRUSH brush) {
     }
     fill(*context->surface, *area, toPixel(color));
     return 1;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }

@@ -90,7 +90,7 @@ LCID WINAPI GetUserDefaultLCID() {
     return Machine::current().language;
 }
 
-int WINAPI GetLocaleInfoA(LCID id, LCTYPE type, LPSTR buffer, int size) {
+int WINAPI GetLocaleInfoA(LCID id, LCTYPE type, LPSTR buffer, int size) try {
     if (denied(__func__)) {
         return 0;
     }
@@ -100,10 +100,12 @@ int WINAPI GetLocaleInfoA(LCID id, LCTYPE type, LPSTR buffer, int size) {
     }
     const char* const text = info(*locale, type & ~LOCALE_NOUSEROVERRIDE);
     return text == nullptr ? failed(ERROR_INVALID_FLAGS) : giveUtf8(text, buffer, size);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }
 
 int WINAPI GetNumberFormatA(LCID id, DWORD flags, LPCSTR value, const NUMBERFMTA* format, LPSTR buffer,
-                            int size) {
+                            int size) try {
     if (denied(__func__)) {
         return 0;
     }
@@ -119,10 +121,12 @@ int WINAPI GetNumberFormatA(LCID id, DWORD flags, LPCSTR value, const NUMBERFMTA
     const NUMBERFMTA own = {2, 1, 3, decimal.data(), thousand.data(), 1};
     const std::optional<std::string> text = formatNumber(value, format != nullptr ? *format : own);
     return text ? give(*text, buffer, size) : failed(ERROR_INVALID_PARAMETER);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }
 
 int WINAPI GetDateFormatA(LCID id, DWORD flags, const SYSTEMTIME* time, LPCSTR picture, LPSTR buffer,
-                          int size) {
+                          int size) try {
     if (denied(__func__)) {
         return 0;
     }
@@ -137,10 +141,12 @@ int WINAPI GetDateFormatA(LCID id, DWORD flags, const SYSTEMTIME* time, LPCSTR p
     }
     const std::string form = picture != nullptr ? toUtf8(machine, picture) : locale->shortDate;
     return giveUtf8(formatDate(*locale, moment, form), buffer, size);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }
 
 int WINAPI GetTimeFormatA(LCID id, DWORD flags, const SYSTEMTIME* time, LPCSTR picture, LPSTR buffer,
-                          int size) {
+                          int size) try {
     if (denied(__func__)) {
         return 0;
     }
@@ -157,4 +163,6 @@ int WINAPI GetTimeFormatA(LCID id, DWORD flags, const SYSTEMTIME* time, LPCSTR p
     }
     const std::string form = picture != nullptr ? toUtf8(machine, picture) : locale->time;
     return giveUtf8(formatTime(*locale, moment, form, flags), buffer, size);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }

@@ -82,7 +82,7 @@ const char* orEmpty(LPCSTR text) {
 
 using namespace winlayer;
 
-LONG WINAPI RegOpenKeyExA(HKEY key, LPCSTR subkey, DWORD, REGSAM access, PHKEY result) {
+LONG WINAPI RegOpenKeyExA(HKEY key, LPCSTR subkey, DWORD, REGSAM access, PHKEY result) try {
     if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
@@ -101,10 +101,12 @@ LONG WINAPI RegOpenKeyExA(HKEY key, LPCSTR subkey, DWORD, REGSAM access, PHKEY r
     Registry::KeyPointer opened;
     const LONG error = machine.registry.open(from, orEmpty(subkey), opened);
     return error == ERROR_SUCCESS ? openHandle(std::move(opened), access, result) : error;
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
 LONG WINAPI RegCreateKeyExA(HKEY key, LPCSTR subkey, DWORD, LPSTR, DWORD, REGSAM access,
-                            const LPSECURITY_ATTRIBUTES, PHKEY result, LPDWORD disposition) {
+                            const LPSECURITY_ATTRIBUTES, PHKEY result, LPDWORD disposition) try {
     if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
@@ -125,6 +127,8 @@ LONG WINAPI RegCreateKeyExA(HKEY key, LPCSTR subkey, DWORD, LPSTR, DWORD, REGSAM
         *disposition = existed ? REG_OPENED_EXISTING_KEY : REG_CREATED_NEW_KEY;
     }
     return openHandle(std::move(made), access, result);
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
 // The handle is gone even when the fault plan reports a failure, as no close leaves a good handle open.
@@ -141,7 +145,7 @@ LONG WINAPI RegCloseKey(HKEY key) {
     return static_cast<LONG>(planned);
 }
 
-LONG WINAPI RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD, LPDWORD type, LPBYTE data, LPDWORD size) {
+LONG WINAPI RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD, LPDWORD type, LPBYTE data, LPDWORD size) try {
     if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
@@ -155,9 +159,11 @@ LONG WINAPI RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD, LPDWORD type, LPBYT
     Registry::Value value;
     const LONG error = Machine::current().registry.value(opened, orEmpty(name), value);
     return error == ERROR_SUCCESS ? giveData(value, type, data, size) : error;
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
-LONG WINAPI RegSetValueExA(HKEY key, LPCSTR name, DWORD, DWORD type, const BYTE* data, DWORD size) {
+LONG WINAPI RegSetValueExA(HKEY key, LPCSTR name, DWORD, DWORD type, const BYTE* data, DWORD size) try {
     if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
@@ -173,9 +179,11 @@ LONG WINAPI RegSetValueExA(HKEY key, LPCSTR name, DWORD, DWORD type, const BYTE*
         value.data.assign(data, data + size);
     }
     return Machine::current().registry.setValue(opened, std::move(value));
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
-LONG WINAPI RegDeleteValueA(HKEY key, LPCSTR name) {
+LONG WINAPI RegDeleteValueA(HKEY key, LPCSTR name) try {
     if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
@@ -184,9 +192,11 @@ LONG WINAPI RegDeleteValueA(HKEY key, LPCSTR name) {
         return error;
     }
     return Machine::current().registry.removeValue(opened, orEmpty(name));
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
-LONG WINAPI RegDeleteKeyA(HKEY key, LPCSTR subkey) {
+LONG WINAPI RegDeleteKeyA(HKEY key, LPCSTR subkey) try {
     if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
@@ -199,10 +209,12 @@ LONG WINAPI RegDeleteKeyA(HKEY key, LPCSTR subkey) {
     }
     Machine& machine = Machine::current();
     return machine.registry.remove(from, subkey, !isNt(machine.version));
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
 LONG WINAPI RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD, LPSTR className,
-                          LPDWORD classSize, PFILETIME lastWrite) {
+                          LPDWORD classSize, PFILETIME lastWrite) try {
     if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
@@ -223,10 +235,12 @@ LONG WINAPI RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, L
         *lastWrite = written;
     }
     return giveName(found, name, nameSize);
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }
 
 LONG WINAPI RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, LPDWORD, LPDWORD type,
-                          LPBYTE data, LPDWORD size) {
+                          LPBYTE data, LPDWORD size) try {
     if (const DWORD error = deniedCode(__func__); error != 0) {
         return static_cast<LONG>(error);
     }
@@ -245,4 +259,6 @@ LONG WINAPI RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, L
     const LONG dataResult = giveData(value, type, data, size);
     error = giveName(value.name, name, nameSize);
     return error == ERROR_SUCCESS ? dataResult : error;
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
 }

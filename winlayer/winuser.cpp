@@ -1,4 +1,5 @@
 #include "winlayer/include/winuser.h"
+#include "winlayer/last_error.h"
 
 #include <algorithm>
 #include <cstring>
@@ -7,7 +8,7 @@
 
 using namespace winlayer;
 
-int WINAPI LoadStringA(HINSTANCE module, UINT id, LPSTR buffer, int size) {
+int WINAPI LoadStringA(HINSTANCE module, UINT id, LPSTR buffer, int size) try {
     if (denied(__func__)) {
         return 0;
     }
@@ -25,4 +26,6 @@ int WINAPI LoadStringA(HINSTANCE module, UINT id, LPSTR buffer, int size) {
     std::memcpy(buffer, text.data(), copied);
     buffer[copied] = 0;
     return static_cast<int>(copied);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }

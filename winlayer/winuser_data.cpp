@@ -1,6 +1,7 @@
 // What windows carry: numbers by offset, properties, text.
 #include <cstring>
 
+#include "winlayer/last_error.h"
 #include "winlayer/machine.h"
 #include "winlayer/message_send.h"
 #include "winlayer/window_tree.h"
@@ -144,13 +145,15 @@ LONG_PTR WINAPI SetWindowLongPtrA(HWND handle, int index, LONG_PTR value) {
     return window != nullptr ? exchange(*window, index, value) : 0;
 }
 
-BOOL WINAPI SetPropA(HWND handle, LPCSTR name, HANDLE value) {
+BOOL WINAPI SetPropA(HWND handle, LPCSTR name, HANDLE value) try {
     const auto window = windowFor(__func__, handle);
     if (window == nullptr) {
         return FALSE;
     }
     window->properties[atomKey(name)] = value;
     return TRUE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
 HANDLE WINAPI GetPropA(HWND handle, LPCSTR name) {
@@ -171,12 +174,14 @@ HANDLE WINAPI RemovePropA(HWND handle, LPCSTR name) {
     return node ? node.mapped() : nullptr;
 }
 
-BOOL WINAPI SetWindowTextA(HWND handle, LPCSTR text) {
+BOOL WINAPI SetWindowTextA(HWND handle, LPCSTR text) try {
     const auto window = windowFor(__func__, handle);
     return window != nullptr && sendText(handle, WM_SETTEXT, 0, text) != 0 ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
-int WINAPI GetWindowTextA(HWND handle, LPSTR buffer, int size) {
+int WINAPI GetWindowTextA(HWND handle, LPSTR buffer, int size) try {
     const auto window = windowFor(__func__, handle);
     if (buffer == nullptr || size <= 0) {
         return 0;
@@ -187,6 +192,8 @@ int WINAPI GetWindowTextA(HWND handle, LPSTR buffer, int size) {
     }
     return static_cast<int>(
         sendMessage(handle, WM_GETTEXT, static_cast<WPARAM>(size), reinterpret_cast<LPARAM>(buffer)));
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }
 
 int WINAPI GetWindowTextLengthA(HWND handle) {

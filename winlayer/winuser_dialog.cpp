@@ -1,6 +1,7 @@
 // Dialogs and their controls.
 #include "winlayer/dialog.h"
 #include "winlayer/dialog_navigation.h"
+#include "winlayer/last_error.h"
 #include "winlayer/machine.h"
 #include "winlayer/message_box.h"
 #include "winlayer/message_send.h"
@@ -59,48 +60,60 @@ HWND itemOf(HWND dialog, int id) {
 }  // namespace
 
 HWND WINAPI CreateDialogParamA(HINSTANCE instance, LPCSTR templateName, HWND parent, DLGPROC procedure,
-                               LPARAM parameter) {
+                               LPARAM parameter) try {
     if (denied(__func__)) {
         return nullptr;
     }
     const auto dialog = load(instance, templateName);
     return dialog ? createDialog(*dialog, {instance, parent, procedure, parameter}) : nullptr;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 HWND WINAPI CreateDialogIndirectParamA(HINSTANCE instance, LPCDLGTEMPLATEA dialogTemplate, HWND parent,
-                                       DLGPROC procedure, LPARAM parameter) {
+                                       DLGPROC procedure, LPARAM parameter) try {
     if (denied(__func__)) {
         return nullptr;
     }
     const auto dialog = readAt(dialogTemplate);
     return dialog ? createDialog(*dialog, {instance, parent, procedure, parameter}) : nullptr;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 INT_PTR WINAPI DialogBoxParamA(HINSTANCE instance, LPCSTR templateName, HWND parent, DLGPROC procedure,
-                               LPARAM parameter) {
+                               LPARAM parameter) try {
     if (denied(__func__)) {
         return -1;
     }
     const auto dialog = load(instance, templateName);
     return dialog ? runDialog(*dialog, {instance, parent, procedure, parameter}) : -1;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(-1);
 }
 
 INT_PTR WINAPI DialogBoxIndirectParamA(HINSTANCE instance, LPCDLGTEMPLATEA dialogTemplate, HWND parent,
-                                       DLGPROC procedure, LPARAM parameter) {
+                                       DLGPROC procedure, LPARAM parameter) try {
     if (denied(__func__)) {
         return -1;
     }
     const auto dialog = readAt(dialogTemplate);
     return dialog ? runDialog(*dialog, {instance, parent, procedure, parameter}) : -1;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(-1);
 }
 
-BOOL WINAPI EndDialog(HWND dialog, INT_PTR result) {
+BOOL WINAPI EndDialog(HWND dialog, INT_PTR result) try {
     return !denied(__func__) && endDialog(dialog, result) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
-BOOL WINAPI IsDialogMessageA(HWND dialog, LPMSG message) {
+BOOL WINAPI IsDialogMessageA(HWND dialog, LPMSG message) try {
     entered(__func__);
     return handleDialogMessage(dialog, *message) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
 BOOL WINAPI MapDialogRect(HWND dialog, LPRECT rectangle) {
@@ -127,12 +140,14 @@ HWND WINAPI GetNextDlgGroupItem(HWND dialog, HWND control, BOOL previous) {
     return start != nullptr ? nextGroupItem(*start, previous != FALSE) : nullptr;
 }
 
-BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text) {
+BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text) try {
     const HWND control = denied(__func__) ? nullptr : itemOf(dialog, id);
     return control != nullptr && sendText(control, WM_SETTEXT, 0, text) != 0 ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
-UINT WINAPI GetDlgItemTextA(HWND dialog, int id, LPSTR buffer, int size) {
+UINT WINAPI GetDlgItemTextA(HWND dialog, int id, LPSTR buffer, int size) try {
     const HWND control = denied(__func__) ? nullptr : itemOf(dialog, id);
     if (buffer == nullptr || size <= 0) {
         return 0;
@@ -143,6 +158,8 @@ UINT WINAPI GetDlgItemTextA(HWND dialog, int id, LPSTR buffer, int size) {
     }
     return static_cast<UINT>(
         sendMessage(control, WM_GETTEXT, static_cast<WPARAM>(size), reinterpret_cast<LPARAM>(buffer)));
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }
 
 LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -150,13 +167,15 @@ LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wPa
     return control != nullptr ? sendMessage(control, message, wParam, lParam) : 0;
 }
 
-BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check) {
+BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check) try {
     const HWND control = denied(__func__) ? nullptr : itemOf(dialog, id);
     if (control == nullptr) {
         return FALSE;
     }
     sendMessage(control, BM_SETCHECK, check);
     return TRUE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
 BOOL WINAPI CheckRadioButton(HWND dialog, int first, int last, int checked) {
@@ -178,6 +197,8 @@ UINT WINAPI IsDlgButtonChecked(HWND dialog, int id) {
     return control != nullptr ? static_cast<UINT>(sendMessage(control, BM_GETCHECK)) : 0;
 }
 
-int WINAPI MessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT style) {
+int WINAPI MessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT style) try {
     return denied(__func__) ? 0 : showMessageBox(owner, text, caption, style);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }

@@ -1,6 +1,7 @@
 // Messages and timers.
 #include <algorithm>
 
+#include "winlayer/last_error.h"
 #include "winlayer/machine.h"
 #include "winlayer/message_retrieval.h"
 #include "winlayer/message_send.h"
@@ -22,7 +23,7 @@ LRESULT WINAPI SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lPa
     return sendMessage(window, message, wParam, lParam);
 }
 
-BOOL WINAPI PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+BOOL WINAPI PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) try {
     if (denied(__func__)) {
         return FALSE;
     }
@@ -30,9 +31,11 @@ BOOL WINAPI PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam
         return PostThreadMessageA(GetCurrentThreadId(), message, wParam, lParam);
     }
     return postMessage(window, message, wParam, lParam) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
-BOOL WINAPI PostThreadMessageA(DWORD thread, UINT message, WPARAM wParam, LPARAM lParam) {
+BOOL WINAPI PostThreadMessageA(DWORD thread, UINT message, WPARAM wParam, LPARAM lParam) try {
     if (denied(__func__)) {
         return FALSE;
     }
@@ -49,21 +52,27 @@ BOOL WINAPI PostThreadMessageA(DWORD thread, UINT message, WPARAM wParam, LPARAM
         machine.windows.peer().wake();
     }
     return TRUE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
-BOOL WINAPI PeekMessageA(LPMSG message, HWND window, UINT first, UINT last, UINT flags) {
+BOOL WINAPI PeekMessageA(LPMSG message, HWND window, UINT first, UINT last, UINT flags) try {
     if (denied(__func__) || !canFilterBy(window)) {
         return FALSE;
     }
     return lookForMessage({window, first, last}, (flags & PM_REMOVE) != 0, *message) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
-BOOL WINAPI GetMessageA(LPMSG message, HWND window, UINT first, UINT last) {
+BOOL WINAPI GetMessageA(LPMSG message, HWND window, UINT first, UINT last) try {
     if (denied(__func__) || !canFilterBy(window)) {
         return -1;
     }
     waitForMessage({window, first, last}, *message);
     return message->message != WM_QUIT ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(-1);
 }
 
 BOOL WINAPI TranslateMessage(const MSG* message) {
@@ -87,7 +96,7 @@ LRESULT WINAPI CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPA
     return target != nullptr ? callProcedure(procedure, *target, message, wParam, lParam) : 0;
 }
 
-UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT milliseconds, TIMERPROC procedure) {
+UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT milliseconds, TIMERPROC procedure) try {
     if (denied(__func__) || (window != nullptr && findWindowOrSetLastError(window) == nullptr)) {
         return 0;
     }
@@ -95,6 +104,8 @@ UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT milliseconds, TIMERPROC 
     const UINT_PTR given = machine.windows.timers.set(GetCurrentThreadId(), window, id, milliseconds,
                                                       procedure, machine.clock.now());
     return std::max<UINT_PTR>(given, 1);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }
 
 BOOL WINAPI KillTimer(HWND window, UINT_PTR id) {

@@ -3,6 +3,7 @@
 #include <string>
 #include <string_view>
 
+#include "winlayer/last_error.h"
 #include "winlayer/machine.h"
 #include "winlayer/window_paint.h"
 #include "winlayer/window_tree.h"
@@ -15,13 +16,15 @@ constexpr LONG systemFontHeight = 16;  // pixels, of the font that a new context
 
 }  // namespace
 
-BOOL WINAPI InvalidateRect(HWND handle, const RECT* rectangle, BOOL erase) {
+BOOL WINAPI InvalidateRect(HWND handle, const RECT* rectangle, BOOL erase) try {
     const auto window = windowFor(__func__, handle);
     if (window == nullptr) {
         return FALSE;
     }
     invalidate(*window, rectangle, erase != FALSE);
     return TRUE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
 BOOL WINAPI ValidateRect(HWND handle, const RECT* rectangle) {
@@ -49,16 +52,20 @@ BOOL WINAPI GetUpdateRect(HWND handle, LPRECT rectangle, BOOL erase) {
     return window->toPaint ? TRUE : FALSE;
 }
 
-BOOL WINAPI UpdateWindow(HWND handle) {
+BOOL WINAPI UpdateWindow(HWND handle) try {
     if (denied(__func__) || findWindowOrSetLastError(handle) == nullptr) {
         return FALSE;
     }
     updateWindow(handle);
     return TRUE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
-HDC WINAPI BeginPaint(HWND handle, PAINTSTRUCT* paint) {
+HDC WINAPI BeginPaint(HWND handle, PAINTSTRUCT* paint) try {
     return denied(__func__) ? nullptr : beginPaint(handle, *paint);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 BOOL WINAPI EndPaint(HWND handle, const PAINTSTRUCT* paint) {
@@ -66,8 +73,10 @@ BOOL WINAPI EndPaint(HWND handle, const PAINTSTRUCT* paint) {
     return endPaint(handle, *paint) ? TRUE : FALSE;
 }
 
-HDC WINAPI GetDC(HWND handle) {
+HDC WINAPI GetDC(HWND handle) try {
     return denied(__func__) ? nullptr : getContext(handle);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 int WINAPI ReleaseDC(HWND handle, HDC context) {

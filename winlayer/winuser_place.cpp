@@ -1,4 +1,5 @@
 // Visibility, input focus and geometry of windows.
+#include "winlayer/last_error.h"
 #include "winlayer/machine.h"
 #include "winlayer/window_focus.h"
 #include "winlayer/window_geometry.h"
@@ -34,8 +35,10 @@ BOOL translate(LPPOINT point, POINT by, LONG sign) {
 
 }  // namespace
 
-BOOL WINAPI ShowWindow(HWND window, int command) {
+BOOL WINAPI ShowWindow(HWND window, int command) try {
     return !denied(__func__) && showWindow(window, command) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
 BOOL WINAPI IsWindowVisible(HWND handle) {
@@ -43,8 +46,10 @@ BOOL WINAPI IsWindowVisible(HWND handle) {
     return window != nullptr && isVisible(*window) ? TRUE : FALSE;
 }
 
-BOOL WINAPI EnableWindow(HWND window, BOOL enable) {
+BOOL WINAPI EnableWindow(HWND window, BOOL enable) try {
     return !denied(__func__) && enableWindow(window, enable != FALSE) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
 BOOL WINAPI IsWindowEnabled(HWND handle) {
@@ -52,8 +57,10 @@ BOOL WINAPI IsWindowEnabled(HWND handle) {
     return window != nullptr && !window->has(WS_DISABLED) ? TRUE : FALSE;
 }
 
-HWND WINAPI SetFocus(HWND window) {
+HWND WINAPI SetFocus(HWND window) try {
     return denied(__func__) ? nullptr : setFocus(window);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 HWND WINAPI GetFocus() {
@@ -61,10 +68,12 @@ HWND WINAPI GetFocus() {
     return windows().focus;
 }
 
-HWND WINAPI SetActiveWindow(HWND handle) {
+HWND WINAPI SetActiveWindow(HWND handle) try {
     const HWND previous = windows().active;
     const auto window = windowFor(__func__, handle);
     return window != nullptr && activate(handle) ? previous : nullptr;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 HWND WINAPI GetActiveWindow() {
@@ -96,16 +105,20 @@ SHORT WINAPI GetKeyState(int key) {
                                                                                       : SHORT{0};
 }
 
-BOOL WINAPI MoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint) {
+BOOL WINAPI MoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint) try {
     if (denied(__func__)) {
         return FALSE;
     }
     const UINT flags = SWP_NOZORDER | SWP_NOACTIVATE | (repaint != FALSE ? 0U : UINT{SWP_NOREDRAW});
     return setPosition(window, nullptr, x, y, width, height, flags) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
-BOOL WINAPI SetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) {
+BOOL WINAPI SetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) try {
     return !denied(__func__) && setPosition(window, after, x, y, width, height, flags) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
 BOOL WINAPI GetClientRect(HWND handle, LPRECT rectangle) {

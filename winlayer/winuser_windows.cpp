@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstring>
 
+#include "winlayer/last_error.h"
 #include "winlayer/machine.h"
 #include "winlayer/window_create.h"
 #include "winlayer/window_tree.h"
@@ -52,7 +53,7 @@ bool walk(HWND parent, WNDENUMPROC procedure, LPARAM parameter) {
 
 }  // namespace
 
-ATOM WINAPI RegisterClassA(const WNDCLASSA* request) {
+ATOM WINAPI RegisterClassA(const WNDCLASSA* request) try {
     if (denied(__func__)) {
         return 0;
     }
@@ -76,6 +77,8 @@ ATOM WINAPI RegisterClassA(const WNDCLASSA* request) {
         return 0;
     }
     return added->atom;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(ATOM{0});
 }
 
 BOOL WINAPI UnregisterClassA(LPCSTR name, HINSTANCE) {
@@ -130,12 +133,14 @@ int WINAPI GetClassNameA(HWND handle, LPSTR buffer, int size) {
 
 HWND WINAPI CreateWindowExA(DWORD exStyle, LPCSTR className, LPCSTR name, DWORD style, int x, int y,
                             int width, int height, HWND parent, HMENU menu, HINSTANCE instance,
-                            LPVOID parameter) {
+                            LPVOID parameter) try {
     if (denied(__func__)) {
         return nullptr;
     }
     return createWindow({parameter, instance, menu, parent, height, width, y, x, static_cast<LONG>(style),
                          name, className, exStyle});
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 BOOL WINAPI DestroyWindow(HWND window) {
@@ -213,10 +218,12 @@ BOOL WINAPI IsChild(HWND parent, HWND window) {
     return isBelow(parent, window) ? TRUE : FALSE;
 }
 
-BOOL WINAPI EnumChildWindows(HWND parent, WNDENUMPROC procedure, LPARAM parameter) {
+BOOL WINAPI EnumChildWindows(HWND parent, WNDENUMPROC procedure, LPARAM parameter) try {
     if (denied(__func__) || findWindowOrSetLastError(parent) == nullptr) {
         return FALSE;
     }
     walk(parent, procedure, parameter);
     return TRUE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
