@@ -1,5 +1,6 @@
 #include "zar_extract.h"
 
+#include "out_of_memory.h"
 #include "zar_name.h"
 
 using UTILS::CUtilsPath;
@@ -25,6 +26,25 @@ bool StaysBelowTarget(const std::string& name) {
 
 std::string TextOf(const UtilsString& text) {
     return std::string(text.c_str(), text.length());
+}
+
+// What `read` gives; false when it fails. The end of an archive is not marked: it is met when something is
+// looked for in vain, and whatever goes wrong then counts as the end. Only a lack of memory does not, because
+// the archive goes on.
+template <class Read>
+bool BeforeTheEnd(Read read) {
+    try {
+        return read();
+    } catch (const UTILS::AllocationFailure&) {  // what is read asks for a text that there cannot be
+        return false;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const UTILS::DiskIoException& failure) {
+        UTILS::RequireMemory(failure.m_error_number);
+        return false;
+    } catch (...) {
+        return false;
+    }
 }
 
 }  // namespace
@@ -134,14 +154,11 @@ int Extract_ZAR::DoNewExtraction(const char* onlyFile) {
     }
 }
 
-// The end of an archive is not marked: it is met when the next marker is looked for in vain.
 bool Extract_ZAR::Find(m_archive_fields marker) {
-    try {
+    return BeforeTheEnd([&] {
         ReadUntil(marker);
         return true;
-    } catch (...) {
-        return false;
-    }
+    });
 }
 
 UtilsString Extract_ZAR::ReadStoredName() {
@@ -212,36 +229,29 @@ int Extract_ZAR::DoOldExtraction(const char* onlyFile) {
     return 0;
 }
 
-// Whatever keeps an old record from being read or passed over counts as the end of the archive.
 bool Extract_ZAR::ReadOldName(UtilsString& name) {
-    try {
+    return BeforeTheEnd([&] {
         ReadInputStringData(name, zar::oldNameSize, 1);
         // Names are padded with zeros, which may have been scrambled with the rest.
         name = UtilsString(name.c_str());
         return true;
-    } catch (...) {
-        return false;
-    }
+    });
 }
 
 bool Extract_ZAR::SkipOld() {
-    try {
+    return BeforeTheEnd([&] {
         const DWORD size = ReadInputFileField();
         if (!SkipInput(size, size)) return false;
         ReadInputFileField();
         return true;
-    } catch (...) {
-        return false;
-    }
+    });
 }
 
 bool Extract_ZAR::ReadSignature() {
-    try {
+    return BeforeTheEnd([&] {
         ReadInputFileField();
         return true;
-    } catch (...) {
-        return false;
-    }
+    });
 }
 
 int Extract_ZAR::ExtractOld(const std::string& path) {
