@@ -6,6 +6,7 @@
 #include "CUtilsPath.h"
 #include "ansi_literal.h"
 #include "disk_verification.h"
+#include "out_of_memory.h"
 #include "raw_diskette.h"
 
 using namespace UTILS::literals;
@@ -17,6 +18,8 @@ constexpr MediaGeometry diskette144{80, 2, 18, 512, F3_1Pt44_512};
 
 constexpr const char* noDriveText =
     "Kein geeignetes Diskettenlaufwerk gefunden. Sie benötigen ein Laufwerk für 1,44-MB-Disketten."_ansi;
+
+constexpr const char* unknownErrorText = "Unbekannter Systemfehler";
 
 // A search for files and directories, closed at its end.
 class Search {
@@ -108,16 +111,24 @@ int MakeZARDisks::FindFloppyDrive() {
         SHOW_ERROR(static_cast<int>(failure.m_error_number), generalError, noDriveText);
         return 0;
     } catch (...) {
-        SHOW_ERROR(0, generalError, "Unbekannter Systemfehler");
+        SHOW_ERROR(0, generalError, unknownErrorText);
         return 0;
     }
-    if (driveName_.length() == 0) {
-        SHOW_ERROR(0, generalError, noDriveText);
-    } else {
-        const std::string drive = driveName_.c_str();
-        SHOW_ERROR(0, generalError, ("Fehler beim Zugriff auf das Laufwerk: '" + drive + "'\n").c_str());
-    }
+    ShowNoDrive();
     return 0;
+}
+
+void MakeZARDisks::ShowNoDrive() {
+    if (driveName_.length() == 0) {
+        return SHOW_ERROR(0, generalError, noDriveText);
+    }
+    std::string text;
+    try {
+        text = std::string("Fehler beim Zugriff auf das Laufwerk: '") + driveName_.c_str() + "'\n";
+    } catch (const std::bad_alloc&) {
+        return SHOW_ERROR(0, generalError, unknownErrorText);
+    }
+    SHOW_ERROR(0, generalError, text.c_str());
 }
 
 int MakeZARDisks::MakeDisk() {
@@ -134,7 +145,7 @@ int MakeZARDisks::MakeDisk() {
     }
     ShowStatus("Vorbereiten auf Schreiben auf die Diskette...");
     for (DWORD i = 0; i < count; ++i) {
-        if (!WriteDiskFile(files_.GetValueAsUString(i), static_cast<DWORD>(files_.GetKey(i)))) {
+        if (!WriteDiskFile(i)) {
             return GiveUp();
         }
     }
@@ -154,7 +165,9 @@ bool MakeZARDisks::PrepareDiskette() {
             return false;
         }
         ShowStatus("Datenträgerbezeichnung wird festgelegt..."_ansi);
-        ::SetVolumeLabelA(driveRoot_.c_str(), volumeLabel_.c_str());
+        if (!::SetVolumeLabelA(driveRoot_.c_str(), volumeLabel_.c_str())) {
+            UTILS::RequireMemory();
+        }
         WriteBootSector();
         Progress(0, 0);
         return true;
@@ -164,25 +177,42 @@ bool MakeZARDisks::PrepareDiskette() {
     }
 }
 
-bool MakeZARDisks::WriteDiskFile(const UTILS::UtilsString& name, DWORD attributes) {
-    const std::string file = name.c_str();
+bool MakeZARDisks::WriteDiskFile(DWORD index) {
     try {
-        ShowStatus(("Die Datei " + file + " wird extrahiert...").c_str());
-        Extract(archiveDirectory_.c_str(), archiveName_.c_str(), driveRoot_.c_str(), file.c_str(), 0, 0);
-        Progress(0, 0);
-        UTILS::CUtilsPath path(driveRoot_);
-        path.AddToPath(name);
-        ::SetFileAttributesA(path.GetPath(), attributes);
+        ExtractDiskFile(index);
         return true;
     } catch (const ZAR_CommonException& failure) {
         if (failure.m_error_number != ZAR_CANCELLED) {
             ShowStatus("Fehler bei der Archiv-Extrahierung");
         }
     } catch (...) {
-        const std::string root = driveRoot_.c_str();
-        ShowStatus(("Fehler beim Extrahieren der Datei " + file + " zu " + root).c_str());
+        ShowLostFile(index);
     }
     return false;
+}
+
+void MakeZARDisks::ExtractDiskFile(DWORD index) {
+    const UTILS::UtilsString name = files_.GetValueAsUString(index);
+    const std::string file = name.c_str();
+    ShowStatus(("Die Datei " + file + " wird extrahiert...").c_str());
+    Extract(archiveDirectory_.c_str(), archiveName_.c_str(), driveRoot_.c_str(), file.c_str(), 0, 0);
+    Progress(0, 0);
+    UTILS::CUtilsPath path(driveRoot_);
+    path.AddToPath(name);
+    if (!::SetFileAttributesA(path.GetPath(), static_cast<DWORD>(files_.GetKey(index)))) {
+        UTILS::RequireMemory();
+    }
+}
+
+void MakeZARDisks::ShowLostFile(DWORD index) {
+    std::string text;
+    try {
+        const std::string file = files_.GetValueAsUString(index).c_str();
+        text = "Fehler beim Extrahieren der Datei " + file + " zu " + driveRoot_.c_str();
+    } catch (const std::bad_alloc&) {
+        return ShowStatus("Fehler bei der Archiv-Extrahierung");
+    }
+    ShowStatus(text.c_str());
 }
 
 int MakeZARDisks::VerifyDisk(const std::function<bool(int percent)>& goOn) {
@@ -229,7 +259,7 @@ int MakeZARDisks::EraseTree(const char* directory) {
     WIN32_FIND_DATAA entry{};
     Search search(path + "*.*", entry);
     if (!search.found()) {
-        return 1;
+        return GetLastError() == ERROR_NOT_ENOUGH_MEMORY ? 0 : 1;
     }
     do {
         const std::string name = path + entry.cFileName;

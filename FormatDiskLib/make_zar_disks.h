@@ -50,9 +50,9 @@ public:
 
     // Makes the disk in the drive that was found. Result: 1; 0 when the file list is empty, the diskette
     // cannot be emptied, or a file cannot be extracted (a cancel included): files written until then stay. A
-    // label, an attribute or a boot sector that cannot be written does not end the run; the last is reported
-    // through SHOW_ERROR. Failures after the list was counted are told, not thrown; what the hooks throw
-    // outside the steps passes through.
+    // label, an attribute or a boot sector that cannot be written does not end the run, unless it is for want
+    // of memory; the last is reported through SHOW_ERROR. Failures after the list was counted are told, not
+    // thrown; what the hooks throw outside the steps passes through.
     int MakeDisk();
 
     // Reads the disk in the drive that was found back, from the medium as far as Windows lets programs, and
@@ -64,16 +64,19 @@ public:
 
     // Deletes all files and directories below a directory, whatever their attributes; reports nothing. Of a
     // link to a directory only the link goes.
-    // Result: 1, also when nothing can be found there; 0 at the first failure, where it stops, and for an
-    // empty name.
+    // Result: 1, also when nothing can be found there; 0 at the first failure, where it stops, for an empty
+    // name, and when there is no memory to look.
     int EraseTree(const char* directory);
 
 private:
     void ShowStatus(const char* text);
     void Progress(int absolute, int value);
     int GiveUp();
+    void ShowNoDrive();
     bool PrepareDiskette();
-    bool WriteDiskFile(const UTILS::UtilsString& name, DWORD attributes);
+    bool WriteDiskFile(DWORD index);
+    void ExtractDiskFile(DWORD index);
+    void ShowLostFile(DWORD index);
 
     boot_sector::Image bootSector_;
     int progressEnd_ = 100;
