@@ -56,13 +56,20 @@ INT_PTR CALLBACK CBaseDialog::DialogProc(HWND window, UINT message, WPARAM wPara
     }
     BOOL handled = FALSE;
     INT_PTR result = 0;
+    bool failed = false;
     try {
         result = object->OnMessage(message, wParam, lParam, &handled);  // may be the object's last call
     } catch (...) {
-        handled = FALSE;  // the host's message loop is no place for an exception
+        failed = true;  // the host's message loop is no place for an exception
     }
     if (message == WM_DESTROY) {
         ::RemovePropA(window, objectProperty);
     }
-    return handled ? result : FALSE;
+    if (failed && message == WM_INITDIALOG) {
+        // A page that is set up by half must not be used: untied from its object it counts as not made.
+        ::RemovePropA(window, objectProperty);
+        ::EndDialog(window, -1);
+        ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);
+    }
+    return handled && !failed ? result : FALSE;
 }

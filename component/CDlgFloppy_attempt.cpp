@@ -47,7 +47,7 @@ void CDlgFloppy::MakeAttempt() {
         while (TryDisk() == Outcome::again) {
         }
     } catch (...) {
-        // Memory for a text has run out; the frame gets its buttons back all the same.
+        GiveUp();  // there is no memory for the prompt; the frame gets its buttons back all the same
     }
     EndAttempt();
     ForgetStop();
