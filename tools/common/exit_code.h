@@ -33,6 +33,9 @@ const ExitCodeRow& describe(ExitCode code);
 // The table for the end of a help text.
 std::string exitCodeHelp();
 
+// What both say when memory has run out; a text that needs none itself.
+inline constexpr char noMemoryText[] = "there is not enough memory";
+
 // A failure that ends the program: the text says what happened to what (UTF-8, no trailing full stop).
 class Problem : public std::runtime_error {
 public:

@@ -6,11 +6,14 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <memory>
+#include <string_view>
 #include <system_error>
 
 #include "tools/common/host_files.h"
@@ -104,6 +107,20 @@ Path linkTarget(const Path& link) {
     return (fs::path(link.string()).parent_path() / target).string();
 }
 
+// Empties a folder, which is closed then, as far as it lets itself be. What has begun must go whatever memory
+// there is: nothing here throws, and links are not followed.
+void removeBelow(int folder) {
+    DIR* const list = folder < 0 ? nullptr : fdopendir(folder);
+    if (list == nullptr) return;
+    while (const dirent* const entry = readdir(list)) {
+        const std::string_view name = entry->d_name;
+        if (name == "." || name == ".." || unlinkat(folder, entry->d_name, 0) == 0) continue;
+        removeBelow(openat(folder, entry->d_name, O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+        unlinkat(folder, entry->d_name, AT_REMOVEDIR);
+    }
+    closedir(list);
+}
+
 }  // namespace
 
 Kind kindOf(const Path& name, std::string* why) {
@@ -124,12 +141,8 @@ std::uint64_t sizeOf(const Path& file) {
 }
 
 std::vector<Path> entries(const Path& folder) {
-    std::error_code error;
     std::vector<Path> found;
-    for (fs::directory_iterator at(folder.string(), error), end; !error && at != end; at.increment(error)) {
-        found.emplace_back(at->path().string());
-    }
-    check(folder, error);
+    for (const Folder::Entry& entry : Folder(folder).entries()) found.push_back(folder / entry.name);
     return found;
 }
 
@@ -170,13 +183,12 @@ void move(const Path& from, const Path& to) {
 }
 
 void removeFile(const Path& file) {
-    std::error_code ignored;
-    fs::remove(file.string(), ignored);
+    std::remove(file.c_str());
 }
 
 void removeTree(const Path& folder) {
-    std::error_code ignored;
-    fs::remove_all(folder.string(), ignored);
+    removeBelow(open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+    removeFile(folder);
 }
 
 void removeEmptyFolder(const Path& folder) {

@@ -42,6 +42,18 @@ std::function<void(const std::string&)> Session::warnings() const {
     };
 }
 
+int runToTheEnd(const char* name, int (*program)(int argc, char** argv), int argc, char** argv) {
+    const char* reason = noMemoryText;
+    try {
+        return program(argc, argv);
+    } catch (const std::bad_alloc&) {
+    } catch (const std::exception&) {
+        reason = "an unexpected fault";
+    }
+    std::cerr << name << ": error: " << reason << '\n';
+    return static_cast<int>(ExitCode::failure);
+}
+
 CLI::Option* named(CLI::Option* option, const char* kind) {
     const auto refuseEmpty = [](std::string& value) {
         return value.empty() ? std::string("an empty name names nothing") : std::string();
@@ -146,6 +158,9 @@ ExitCode Program::runCommand() {
     } catch (const Problem& problem) {
         code = problem.code();
         error = problem.what();
+    } catch (const std::bad_alloc&) {
+        code = ExitCode::failure;
+        error = noMemoryText;
     } catch (const std::exception& unexpected) {
         code = ExitCode::failure;
         error = wordsFor(unexpected);

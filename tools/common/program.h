@@ -58,8 +58,13 @@ private:
     bool quiet_ = false;
     bool json_ = false;
     std::string commandName_;
-    nlohmann::ordered_json result_;
+    // An object from the start: one that becomes it by its first member is no sound one if memory runs out.
+    nlohmann::ordered_json result_ = nlohmann::ordered_json::object();
     JsonWriter object_;
 };
+
+// A program's main function around its real one: what that throws ends the program with one sentence and an
+// exit code, also when there is no memory left to say it with.
+int runToTheEnd(const char* name, int (*program)(int argc, char** argv), int argc, char** argv);
 
 }  // namespace tools

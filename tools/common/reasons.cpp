@@ -1,5 +1,7 @@
 #include "tools/common/reasons.h"
 
+#include <typeinfo>
+
 #include "diskio.h"
 #include "tools/common/exit_code.h"
 #include "tools/common/host_files.h"
@@ -38,6 +40,7 @@ std::string reasonOf(const std::exception& fault) {
         const std::string condition = utf8(file->m_condition.c_str());
         return file->m_error_number == 0 ? condition : errorText(file->m_error_number) + ": " + condition;
     }
+    if (typeid(fault) == typeid(std::bad_alloc)) return noMemoryText;
     const std::string report = fault.what();
     const std::size_t condition = report.find(conditionLabel);
     return utf8(condition == std::string::npos ? report : report.substr(condition + conditionLabel.size()));

@@ -3,7 +3,7 @@
 #include "tools/emergency_disk/command_line.h"
 #include "tools/emergency_disk/commands.h"
 
-int main(int argc, char** argv) {
+static int run(int argc, char** argv) {
     using namespace tools;
     namespace disk = tools::emergency_disk;
     if (const auto code = newwindows::runAgainAsXp()) return *code;
@@ -35,4 +35,8 @@ int main(int argc, char** argv) {
     disk::addFormat(program, format);
 
     return program.run(argc, argv);
+}
+
+int main(int argc, char** argv) {
+    return tools::runToTheEnd("emergency-disk", run, argc, argv);
 }

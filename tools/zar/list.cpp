@@ -21,7 +21,7 @@ std::string attributeLetters(DWORD attributes) {
 }
 
 void addToObject(const ::zar::Entry& record, Session& session) {
-    nlohmann::ordered_json row;
+    nlohmann::ordered_json row = nlohmann::ordered_json::object();
     row["name"] = utf8(record.name);
     row["size"] = record.size;
     if (!record.oldLayout) row["attributes"] = record.attributes;

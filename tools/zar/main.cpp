@@ -5,7 +5,7 @@
 #include "tools/common/this_system.h"
 #include "tools/zar/commands.h"
 
-int main(int argc, char** argv) {
+static int run(int argc, char** argv) {
     using namespace tools;
     // What it writes is staged and put on the medium before it gets its name.
     workAlone();
@@ -52,4 +52,8 @@ int main(int argc, char** argv) {
     named(command->add_option("ARCHIVE", test.archive, "The archive to check"), "")->required();
 
     return program.run(argc, argv);
+}
+
+int main(int argc, char** argv) {
+    return tools::runToTheEnd("zar", run, argc, argv);
 }
