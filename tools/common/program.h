@@ -22,6 +22,11 @@ struct Session {
     nlohmann::ordered_json& result;  // the command's own members of that object; names in English
     JsonWriter* object = nullptr;    // that object, for a member too large to be kept until the end
 
+    // Sets one of these members, where there is such an object.
+    template <class Value>
+    void member(const char* name, const Value& value) const {
+        if (json) result[name] = value;
+    }
     // Takes what the user should know of though the command goes on (UTF-8, no full stop). Lives as long as
     // the session.
     std::function<void(const std::string&)> warnings() const;

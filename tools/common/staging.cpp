@@ -112,7 +112,7 @@ void NewFolders::make(const Path& folder) {
     if (isThere()) return;
     const Path above = folder.parent();
     if (!above.empty() && !(above == folder)) make(above);
-    if (isThere()) return;  // named with a separator at its end
+    if (isThere()) return;    // named with a separator at its end
     made_.push_back(folder);  // removing one that could not be made does nothing
     host_files::makeFolder(folder);
 }

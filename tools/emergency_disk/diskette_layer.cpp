@@ -361,7 +361,7 @@ void format(const FormatOptions& options, Session& session) {
     makeImage(staged, *blankDiskette());
     cancellation.check();
     staged.commit();
-    session.result["image"] = options.image.string();
+    session.member("image", options.image.string());
     if (!session.json) session.console.result(options.image.string() + ": a blank 1.44 MB diskette");
 }
 

@@ -100,7 +100,7 @@ void verify(const MakeOptions& options, DisketteView& diskette, const DiskPlan& 
             const std::string& label, Session& session) {
     session.console.status("Reading the diskette back ...");
     const Inspection inspection = inspect(diskette, {&plan, &label});
-    session.result["verified"] = inspection.passed();
+    session.member("verified", inspection.passed());
     if (inspection.passed()) return;
     const Check& fault = *inspection.fault();
     throw Problem(fault.code, about(options.target, "verification failed: " +
@@ -110,11 +110,11 @@ void verify(const MakeOptions& options, DisketteView& diskette, const DiskPlan& 
 void report(const MakeOptions& options, const DiskPlan& plan, const std::string& label, Session& session) {
     std::uintmax_t bytes = 0;
     for (const PlannedFile& file : plan) bytes += file.contents.size();
-    session.result["target"] = options.target.path().string();
-    session.result["label"] = utf8(label);
-    session.result["files"] = plan.size();
-    session.result["bytes"] = bytes;
-    session.result["dry_run"] = options.dryRun;
+    session.member("target", options.target.path().string());
+    session.member("label", utf8(label));
+    session.member("files", plan.size());
+    session.member("bytes", bytes);
+    session.member("dry_run", options.dryRun);
     if (session.json) return;
     session.console.result(
         about(options.target, (options.dryRun ? "would hold " : "") + std::to_string(plan.size()) +

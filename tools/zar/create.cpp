@@ -226,9 +226,9 @@ void create(const CreateOptions& options, Session& session) {
     const std::size_t files = reviewNames(staged.path(), false, session.warnings());
     cancellation.check();
     staged.commit();
-    session.result["archive"] = options.archive.string();
-    session.result["files"] = files;
-    session.result["bytes"] = host_files::sizeOf(options.archive);
+    session.member("archive", options.archive.string());
+    session.member("files", files);
+    session.member("bytes", host_files::sizeOf(options.archive));
     if (session.json) return;
     session.console.result(options.archive.string() + ": " + fileCount(files));
 }

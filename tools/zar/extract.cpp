@@ -174,8 +174,8 @@ void extract(const ExtractOptions& options, Session& session) {
     const std::size_t files = staged.files(below);
     refuseOtherCount(options, unpacked, files);
     staged.commit(below);
-    session.result["files"] = files;
-    session.result["directory"] = options.folder.string();
+    session.member("files", files);
+    session.member("directory", options.folder.string());
     if (session.json) return;
     session.console.result(options.folder.string() + ": " + fileCount(files));
 }

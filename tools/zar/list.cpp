@@ -47,13 +47,13 @@ void list(const ListOptions& options, Session& session) {
 
 void test(const TestOptions& options, Session& session) {
     const ArchiveSummary summary = walkArchive(options.archive, [](const ::zar::Entry&) {});
-    session.result["layout"] = summary.oldLayout ? "old" : "new";
-    session.result["records"] = summary.count;
-    if (summary.fault) {
+    session.member("layout", summary.oldLayout ? "old" : "new");
+    session.member("records", summary.count);
+    if (summary.fault && session.json) {
         session.result["fault"] = {{"offset", summary.fault->offset}, {"reason", summary.fault->reason}};
     }
     const std::size_t files = reviewNames(options.archive, false, session.warnings());
-    session.result["files"] = files;
+    session.member("files", files);
     refuseFaulty(options.archive, summary);
     if (session.json) return;
     const std::string records =
