@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-#include "newwindows/known_windows.h"
+#include "newwindows/known_version.h"
 
 namespace newwindows {
 

@@ -2,7 +2,7 @@
 
 #include "host/frame/frame_resources.h"
 #include "host/frame/text.h"
-#include "newwindows/known_windows.h"
+#include "newwindows/known_version.h"
 
 namespace host {
 

@@ -9,7 +9,7 @@
 
 #include "boot_sector.h"
 #include "diskio.h"
-#include "newwindows/known_windows.h"
+#include "newwindows/known_version.h"
 #include "raw_diskette.h"
 #include "tools/common/names.h"
 #include "tools/common/reasons.h"

@@ -1,5 +1,5 @@
 // On which Windows the programs start themselves again.
-#include "newwindows/known_windows.h"
+#include "newwindows/known_version.h"
 
 #include <gtest/gtest.h>
 

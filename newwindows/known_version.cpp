@@ -1,4 +1,4 @@
-#include "newwindows/known_windows.h"
+#include "newwindows/known_version.h"
 
 namespace newwindows {
 
