@@ -16,12 +16,12 @@ RECT Place(HWND page, int control) {
 
 LONG TextHeight(HWND page, int control, LONG width) {
     const HWND window = ::GetDlgItem(page, control);
+    std::string text(static_cast<std::size_t>(::GetWindowTextLengthA(window)) + 1, '\0');
+    const int length = ::GetWindowTextA(window, text.data(), static_cast<int>(text.size()));
     const HDC context = window == nullptr ? nullptr : ::GetDC(window);
     if (context == nullptr) {
         return 0;
     }
-    std::string text(static_cast<std::size_t>(::GetWindowTextLengthA(window)) + 1, '\0');
-    const int length = ::GetWindowTextA(window, text.data(), static_cast<int>(text.size()));
     const HGDIOBJ before =
         ::SelectObject(context, reinterpret_cast<HGDIOBJ>(::SendMessageA(window, WM_GETFONT, 0, 0)));
     RECT needed{0, 0, width, 0};

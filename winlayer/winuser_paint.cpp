@@ -84,7 +84,7 @@ int WINAPI ReleaseDC(HWND handle, HDC context) {
     return releaseContext(handle, context) ? 1 : 0;
 }
 
-int WINAPI DrawTextA(HDC context, LPCSTR text, int length, LPRECT place, UINT format) {
+int WINAPI DrawTextA(HDC context, LPCSTR text, int length, LPRECT place, UINT format) try {
     if (denied(__func__)) {
         return 0;
     }
@@ -106,6 +106,8 @@ int WINAPI DrawTextA(HDC context, LPCSTR text, int length, LPRECT place, UINT fo
     place->right = place->left + extent.cx;
     place->bottom = place->top + extent.cy;
     return extent.cy;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }
 
 // The icons and cursors of the system itself, by their numbers; the peer knows what they look like.
