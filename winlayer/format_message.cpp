@@ -121,7 +121,7 @@ DWORD WINAPI FormatMessageA(DWORD flags, LPCVOID source, DWORD messageId, DWORD 
     }
     return error == NO_ERROR ? static_cast<DWORD>(text.size()) : failed(error);
 } catch (const std::bad_alloc&) {
-    return outOfMemory(0);
+    return outOfMemory(0U);
 }
 
 // Null on success, the address itself when it is no such memory.

@@ -68,7 +68,7 @@ DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR buffer, DWORD size) try {
     }
     return size;
 } catch (const std::bad_alloc&) {
-    return outOfMemory(0);
+    return outOfMemory(0U);
 }
 
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) try {

@@ -78,5 +78,5 @@ SIZE_T WINAPI VirtualQuery(LPCVOID address, PMEMORY_BASIC_INFORMATION informatio
     information->Type = module != nullptr ? MEM_IMAGE : MEM_PRIVATE;
     return sizeof *information;
 } catch (const std::bad_alloc&) {
-    return outOfMemory(0);
+    return outOfMemory(0U);
 }

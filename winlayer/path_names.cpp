@@ -61,7 +61,7 @@ DWORD WINAPI GetLongPathNameA(LPCSTR path, LPSTR buffer, DWORD size) try {
     }
     return giveRewritten(path, buffer, size, [](const FileFacts& facts) { return facts.name; });
 } catch (const std::bad_alloc&) {
-    return winlayer::outOfMemory(0);
+    return winlayer::outOfMemory(0U);
 }
 
 DWORD WINAPI GetShortPathNameA(LPCSTR path, LPSTR buffer, DWORD size) try {
@@ -72,14 +72,14 @@ DWORD WINAPI GetShortPathNameA(LPCSTR path, LPSTR buffer, DWORD size) try {
         return facts.shortName.empty() ? facts.name : facts.shortName;
     });
 } catch (const std::bad_alloc&) {
-    return winlayer::outOfMemory(0);
+    return winlayer::outOfMemory(0U);
 }
 
 DWORD WINAPI GetCurrentDirectoryA(DWORD size, LPSTR buffer) try {
     return winlayer::denied(__func__) ? 0
                                       : giveText(Machine::current().drives.currentDirectory(), buffer, size);
 } catch (const std::bad_alloc&) {
-    return winlayer::outOfMemory(0);
+    return winlayer::outOfMemory(0U);
 }
 
 BOOL WINAPI SetCurrentDirectoryA(LPCSTR path) try {
@@ -96,13 +96,13 @@ BOOL WINAPI SetCurrentDirectoryA(LPCSTR path) try {
 UINT WINAPI GetWindowsDirectoryA(LPSTR buffer, UINT size) try {
     return winlayer::denied(__func__) ? 0 : giveText(Machine::current().windowsDirectory(), buffer, size);
 } catch (const std::bad_alloc&) {
-    return winlayer::outOfMemory(0);
+    return winlayer::outOfMemory(0U);
 }
 
 UINT WINAPI GetSystemDirectoryA(LPSTR buffer, UINT size) try {
     return winlayer::denied(__func__) ? 0 : giveText(Machine::current().systemDirectory(), buffer, size);
 } catch (const std::bad_alloc&) {
-    return winlayer::outOfMemory(0);
+    return winlayer::outOfMemory(0U);
 }
 
 DWORD WINAPI GetTempPathA(DWORD size, LPSTR buffer) try {
@@ -110,5 +110,5 @@ DWORD WINAPI GetTempPathA(DWORD size, LPSTR buffer) try {
                ? 0
                : giveText(Machine::current().windowsDirectory() + "\\TEMP\\", buffer, size);
 } catch (const std::bad_alloc&) {
-    return winlayer::outOfMemory(0);
+    return winlayer::outOfMemory(0U);
 }

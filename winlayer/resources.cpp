@@ -60,5 +60,5 @@ DWORD WINAPI SizeofResource(HMODULE module, HRSRC handle) try {
     const Resource* const resource = resourceOf(module, handle);
     return resource != nullptr ? static_cast<DWORD>(resource->data.size()) : 0;
 } catch (const std::bad_alloc&) {
-    return outOfMemory(0);
+    return outOfMemory(0U);
 }

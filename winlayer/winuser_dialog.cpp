@@ -159,7 +159,7 @@ UINT WINAPI GetDlgItemTextA(HWND dialog, int id, LPSTR buffer, int size) try {
     return static_cast<UINT>(
         sendMessage(control, WM_GETTEXT, static_cast<WPARAM>(size), reinterpret_cast<LPARAM>(buffer)));
 } catch (const std::bad_alloc&) {
-    return outOfMemory(0);
+    return outOfMemory(0U);
 }
 
 LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam) {

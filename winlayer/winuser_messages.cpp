@@ -105,7 +105,7 @@ UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT milliseconds, TIMERPROC 
                                                       procedure, machine.clock.now());
     return std::max<UINT_PTR>(given, 1);
 } catch (const std::bad_alloc&) {
-    return outOfMemory(0);
+    return outOfMemory(0U);
 }
 
 BOOL WINAPI KillTimer(HWND window, UINT_PTR id) {

@@ -314,14 +314,13 @@ struct HiddenEntry::Lock {
 };
 
 // The lock is there before the entry and goes after it.
-HiddenEntry::HiddenEntry(const Path& folder, const std::string& like, Kind kind) {
-    path_ = makeHidden(folder, like, [&](const Path& name) {
-        lock_ = std::make_unique<Lock>(name);
-        if (!lock_->good()) return false;
-        return kind == Kind::folder ? CreateDirectoryA(native(name).c_str(), nullptr) != 0
-                                    : Handle(name, GENERIC_WRITE, CREATE_NEW).good();
-    });
-}
+HiddenEntry::HiddenEntry(const Path& folder, const std::string& like, Kind kind)
+    : path_(makeHidden(folder, like, [&](const Path& name) {
+          lock_ = std::make_unique<Lock>(name);
+          if (!lock_->good()) return false;
+          return kind == Kind::folder ? CreateDirectoryA(native(name).c_str(), nullptr) != 0
+                                      : Handle(name, GENERIC_WRITE, CREATE_NEW).good();
+      })) {}
 
 HiddenEntry::~HiddenEntry() {
     if (!moved_) removeEntry(path_);

@@ -159,7 +159,7 @@ public:
         if (!isNT()) return NO_ERROR;
         const NoBoxes quiet;
         return errorOf([&] {
-            if (!device_.IsOpen()) openDevice();
+            if (!device_.IsOpen()) device_.OpenDrive(letter_);
             device_.DeviceControl(IOCTL_DISK_IS_WRITABLE, nullptr, 0, nullptr, 0);
         });
     }

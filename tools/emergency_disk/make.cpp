@@ -60,6 +60,8 @@ void findDrive(DiskMaker& maker, const Diskette& diskette) {
                                          ", the first drive that takes 1.44 MB diskettes");
 }
 
+constexpr const char* formatHint = " (emergency-disk format makes a blank diskette of it)";
+
 // Everything that can be known before anything is changed; a dry run ends after it. Until then an interrupt
 // may end the program at once.
 void checkEverything(const MakeOptions& options, const DiskPlan& plan, Diskette& diskette, DiskMaker& maker,
@@ -71,8 +73,10 @@ void checkEverything(const MakeOptions& options, const DiskPlan& plan, Diskette&
         requireErasable(diskette.root());
         findDrive(maker, diskette);
     } catch (const Problem& cause) {
+        const bool formatHelps = cause.code() == ExitCode::refused && !options.target.isDevice();
         throw Problem(cause.code(),
-                      about(options.target, cause.what() + std::string("; nothing was changed")));
+                      about(options.target, cause.what() + std::string("; nothing was changed") +
+                                                (formatHelps ? formatHint : "")));
     }
 }
 
