@@ -121,7 +121,7 @@ TEST_F(EmergencyDiskProgram, ReplacesADisketteOnlyWhenTold) {
 
 // The entry of an even cluster number in both FATs.
 void setFat(std::string& image, std::size_t cluster, unsigned value) {
-    for (const std::size_t fat : {512, 10 * 512}) {
+    for (const std::size_t fat : {512U, 10U * 512}) {
         char* at = &image[fat + cluster + cluster / 2];
         at[0] = static_cast<char>(value);
         at[1] = static_cast<char>((at[1] & 0xF0) | static_cast<char>(value >> 8));
