@@ -1,5 +1,8 @@
 # Sourced by ./run, ./test and .ci/run: installs what is missing and says so.
 
+# A compiler cache, where there is one, serves checkouts in any folder.
+export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
+
 say() { printf '%s\n' "$*"; }
 fail() { printf '%s: %s\n' "$(basename "$0")" "$*" >&2; exit 1; }
 
