@@ -61,7 +61,7 @@ void failEachAllocation(Arguments... arguments) {
     fault(none);  // what is made once for all runs
     ASSERT_EQ(fault(none), "") << "nothing failed";
     const std::size_t all = total;
-    const unsigned seed = testing::UnitTest::GetInstance()->random_seed();
+    const unsigned seed = static_cast<unsigned>(testing::UnitTest::GetInstance()->random_seed());
     std::mt19937 random(seed);
     for (std::size_t i = 0; i < std::min(all, exhaustive + sample); ++i) {
         const std::size_t allocation =
