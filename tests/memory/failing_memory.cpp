@@ -76,6 +76,10 @@ void* operator new(std::size_t size) {
     if (block == nullptr) throw std::bad_alloc();
     return block;
 }
+// The sanitizers' own would not come here.
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
+    return __wrap_malloc(size);
+}
 void operator delete(void* block) noexcept {
     __wrap_free(block);
 }
