@@ -15,7 +15,7 @@ function(install_library target)
     install(TARGETS ${target} EXPORT emergency_disk
         LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
         ARCHIVE DESTINATION ${EMDISK_LIBRARIES}
-        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+        RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} ${EMDISK_KIT_INSTEAD})
     set_property(GLOBAL APPEND PROPERTY public_headers ${ARGN})
 endfunction()
 

@@ -1,9 +1,12 @@
 # The development kit for 32-bit Windows: the modules again, linked with the compiler's shared runtime library. There an
 # exception passes from one module to another only where both use the same runtime library, while what the suite ships
-# needs no library at all. In the build folder the kit's modules are in kit/; they are installed in place of the others.
+# needs no library at all. In the build folder the kit's modules are in kit/; they are installed in place of the others,
+# which are left out: of two files for one place CMake skips the second if both were linked within the same second.
 set(EMDISK_KIT OFF)
+set(EMDISK_KIT_INSTEAD "")
 if(EMDISK_WINDOWS_CPU STREQUAL "i686" AND NOT BUILD_TESTING)
     set(EMDISK_KIT ON)
+    set(EMDISK_KIT_INSTEAD EXCLUDE_FROM_ALL)
 endif()
 
 # kit_module(<target>): the module of the same name for the kit, made when all is said of the target.
