@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
-#include "winlayer/resource_file.h"
+#include "winlayer/modules/resource_file.h"
 
 // Input: a compiled resource file. Every entry lies in it, one behind the other, and every block of strings
 // can be read.

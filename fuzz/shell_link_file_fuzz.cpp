@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "winlayer/shell_link_file.h"
+#include "winlayer/shell/shell_link_file.h"
 
 // Input: a shortcut file. What can be read of it and written again reads back the same.
 

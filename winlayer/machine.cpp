@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
-#include "winlayer/host_folder.h"
+#include "winlayer/host_files/host_folder.h"
 
 namespace winlayer {
 

@@ -2,21 +2,21 @@
 #include <memory>
 #include <string>
 
-#include "winlayer/clock.h"
-#include "winlayer/com.h"
-#include "winlayer/drives.h"
-#include "winlayer/gate.h"
-#include "winlayer/graphics.h"
-#include "winlayer/handle_table.h"
-#include "winlayer/installer.h"
-#include "winlayer/local_memory.h"
-#include "winlayer/message_queue.h"
-#include "winlayer/modules.h"
-#include "winlayer/named_events.h"
-#include "winlayer/registry.h"
-#include "winlayer/security.h"
-#include "winlayer/shell.h"
-#include "winlayer/window_system.h"
+#include "winlayer/base/clock.h"
+#include "winlayer/base/gate.h"
+#include "winlayer/base/handle_table.h"
+#include "winlayer/files/drives.h"
+#include "winlayer/gdi/graphics.h"
+#include "winlayer/kernel/local_memory.h"
+#include "winlayer/kernel/named_events.h"
+#include "winlayer/modules/modules.h"
+#include "winlayer/registry/registry.h"
+#include "winlayer/registry/security.h"
+#include "winlayer/shell/com.h"
+#include "winlayer/shell/installer.h"
+#include "winlayer/shell/shell.h"
+#include "winlayer/windows/message_queue.h"
+#include "winlayer/windows/window_system.h"
 
 namespace winlayer {
 

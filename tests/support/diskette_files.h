@@ -2,7 +2,7 @@
 #include <string>
 #include <vector>
 
-#include "winlayer/file_system.h"
+#include "winlayer/file_system/file_system.h"
 
 // Whole files through a file system of the Windows layer, without a machine around it. Results are Windows
 // error codes.

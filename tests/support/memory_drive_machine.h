@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "winlayer/file_system.h"
+#include "winlayer/file_system/file_system.h"
 #include "winlayer/machine.h"
 
 namespace test {

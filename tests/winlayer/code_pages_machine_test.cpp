@@ -1,4 +1,4 @@
-#include "winlayer/code_pages.h"
+#include "winlayer/text/code_pages.h"
 
 #include <gtest/gtest.h>
 #include <iconv.h>

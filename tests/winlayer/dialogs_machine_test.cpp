@@ -5,9 +5,9 @@
 #include "support/dialog_bytes.h"
 #include "support/expect_fails.h"
 #include "support/window_recorder.h"
-#include "winlayer/dialog_template.h"
-#include "winlayer/input.h"
+#include "winlayer/dialogs/dialog_template.h"
 #include "winlayer/machine.h"
+#include "winlayer/windows/input.h"
 
 namespace {
 

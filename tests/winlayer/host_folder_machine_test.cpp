@@ -15,8 +15,8 @@
 #include "support/open_path.h"
 #include "support/size_limit_machine.h"
 #include "support/temp_folder_machine.h"
-#include "winlayer/host_folder.h"
-#include "winlayer/name_index.h"
+#include "winlayer/host_files/host_folder.h"
+#include "winlayer/host_files/name_index.h"
 
 // What a host folder may hold that Windows could not: names that differ only in case, other characters,
 // links, pipes. The folder is made and removed on the host.

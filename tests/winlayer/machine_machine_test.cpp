@@ -12,9 +12,9 @@
 #include "support/expect_fails.h"
 #include "support/open_path.h"
 #include "support/temp_folder_machine.h"
+#include "winlayer/base/handle_table.h"
+#include "winlayer/base/host_errors.h"
 #include "winlayer/diskette/diskette_drive.h"
-#include "winlayer/handle_table.h"
-#include "winlayer/host_errors.h"
 
 namespace {
 

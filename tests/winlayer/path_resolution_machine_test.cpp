@@ -1,11 +1,11 @@
-#include "winlayer/path_resolution.h"
+#include "winlayer/file_system/path_resolution.h"
 
 #include <gtest/gtest.h>
 
 #include <string>
 
+#include "winlayer/file_system/wildcard.h"
 #include "winlayer/include/winerror.h"
-#include "winlayer/wildcard.h"
 
 namespace {
 

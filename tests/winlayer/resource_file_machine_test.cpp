@@ -1,4 +1,4 @@
-#include "winlayer/resource_file.h"
+#include "winlayer/modules/resource_file.h"
 
 #include <gtest/gtest.h>
 

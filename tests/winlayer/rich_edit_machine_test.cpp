@@ -8,10 +8,10 @@
 
 #include "Include/ansi_literal.h"
 #include "support/window_recorder.h"
-#include "winlayer/control_rich_edit.h"
-#include "winlayer/formatted_text.h"
+#include "winlayer/dialogs/control_rich_edit.h"
+#include "winlayer/dialogs/formatted_text.h"
 #include "winlayer/machine.h"
-#include "winlayer/window_tree.h"
+#include "winlayer/windows/window_tree.h"
 
 namespace {
 

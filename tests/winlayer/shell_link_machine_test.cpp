@@ -1,4 +1,4 @@
-#include "winlayer/shell_link.h"
+#include "winlayer/shell/shell_link.h"
 
 #include <gtest/gtest.h>
 

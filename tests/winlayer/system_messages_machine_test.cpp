@@ -1,4 +1,4 @@
-#include "winlayer/system_messages.h"
+#include "winlayer/text/system_messages.h"
 
 #include <gtest/gtest.h>
 

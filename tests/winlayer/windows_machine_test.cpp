@@ -5,9 +5,9 @@
 #include <thread>
 
 #include "support/window_recorder.h"
-#include "winlayer/input.h"
+#include "winlayer/gdi/surface.h"
 #include "winlayer/machine.h"
-#include "winlayer/surface.h"
+#include "winlayer/windows/input.h"
 
 namespace {
 

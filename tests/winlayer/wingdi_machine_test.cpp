@@ -5,9 +5,9 @@
 #include <vector>
 
 #include "support/expect_fails.h"
-#include "winlayer/bitmap_data.h"
+#include "winlayer/gdi/bitmap_data.h"
+#include "winlayer/gdi/surface_drawing.h"
 #include "winlayer/machine.h"
-#include "winlayer/surface_drawing.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 // Names where Windows is played by the layer.
 #include "tools/common/names.h"
-#include "winlayer/case_folding.h"
+#include "winlayer/text/case_folding.h"
 
 namespace tools {
 

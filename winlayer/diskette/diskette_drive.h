@@ -9,7 +9,7 @@
 #include "winlayer/diskette/diskette_state.h"
 #include "winlayer/diskette/fat12_layout.h"
 #include "winlayer/diskette/sector_store.h"
-#include "winlayer/file_system.h"
+#include "winlayer/file_system/file_system.h"
 
 namespace winlayer {
 

@@ -7,7 +7,7 @@
 
 #include "winlayer/diskette/directory.h"
 #include "winlayer/diskette/open_files.h"
-#include "winlayer/file_system.h"
+#include "winlayer/file_system/file_system.h"
 
 namespace winlayer {
 

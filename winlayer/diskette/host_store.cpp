@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <utility>
 
-#include "winlayer/host_errors.h"
+#include "winlayer/base/host_errors.h"
 
 namespace winlayer {
 namespace {

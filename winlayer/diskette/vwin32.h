@@ -1,7 +1,7 @@
 #pragma once
 #include <memory>
 
-#include "winlayer/file_system.h"
+#include "winlayer/file_system/file_system.h"
 
 namespace winlayer {
 

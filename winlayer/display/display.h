@@ -2,7 +2,7 @@
 #include <memory>
 #include <string>
 
-#include "winlayer/peer.h"
+#include "winlayer/windows/peer.h"
 
 namespace winlayer {
 

@@ -14,14 +14,14 @@
 #include <cstdlib>
 #include <utility>
 
-#include "winlayer/code_pages.h"
-#include "winlayer/control_button.h"
-#include "winlayer/control_progress.h"
-#include "winlayer/control_rich_edit.h"
-#include "winlayer/control_static.h"
+#include "winlayer/dialogs/control_button.h"
+#include "winlayer/dialogs/control_progress.h"
+#include "winlayer/dialogs/control_rich_edit.h"
+#include "winlayer/dialogs/control_static.h"
 #include "winlayer/display/qt_rich_text.h"
+#include "winlayer/gdi/surface.h"
 #include "winlayer/machine.h"
-#include "winlayer/surface.h"
+#include "winlayer/text/code_pages.h"
 
 namespace winlayer {
 namespace {

@@ -4,7 +4,7 @@
 #include <QWidget>
 #include <string>
 
-#include "winlayer/window.h"
+#include "winlayer/windows/window.h"
 
 namespace winlayer {
 

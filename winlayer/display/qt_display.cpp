@@ -13,11 +13,11 @@
 #include <chrono>
 #include <cstdlib>
 
-#include "winlayer/code_pages.h"
 #include "winlayer/display/display.h"
 #include "winlayer/machine.h"
-#include "winlayer/window_geometry.h"
-#include "winlayer/window_position.h"
+#include "winlayer/text/code_pages.h"
+#include "winlayer/windows/window_geometry.h"
+#include "winlayer/windows/window_position.h"
 
 namespace winlayer {
 namespace {

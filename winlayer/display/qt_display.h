@@ -4,7 +4,7 @@
 
 #include "winlayer/display/qt_controls.h"
 #include "winlayer/display/qt_input.h"
-#include "winlayer/peer.h"
+#include "winlayer/windows/peer.h"
 
 namespace winlayer {
 

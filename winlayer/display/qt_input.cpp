@@ -5,9 +5,9 @@
 #include <string>
 #include <utility>
 
-#include "winlayer/code_pages.h"
-#include "winlayer/input.h"
 #include "winlayer/machine.h"
+#include "winlayer/text/code_pages.h"
+#include "winlayer/windows/input.h"
 
 namespace winlayer {
 namespace {

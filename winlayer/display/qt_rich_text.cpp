@@ -4,8 +4,8 @@
 #include <QTextList>
 #include <algorithm>
 
-#include "winlayer/code_pages.h"
 #include "winlayer/machine.h"
+#include "winlayer/text/code_pages.h"
 
 namespace winlayer {
 namespace {

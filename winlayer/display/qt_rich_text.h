@@ -1,7 +1,7 @@
 #pragma once
 #include <QTextEdit>
 
-#include "winlayer/formatted_text.h"
+#include "winlayer/dialogs/formatted_text.h"
 
 namespace winlayer {
 

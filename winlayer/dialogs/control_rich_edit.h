@@ -1,0 +1,23 @@
+#pragma once
+#include "winlayer/dialogs/formatted_text.h"
+#include "winlayer/include/richedit.h"
+#include "winlayer/windows/control.h"
+
+namespace winlayer {
+
+// RICHEDIT, as a display of formatted text: it takes text from its owner, not from the keyboard.
+class RichEditControl : public Control {
+public:
+    using Control::Control;
+    LRESULT message(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+    const RichText& content() const { return content_; }
+
+private:
+    LRESULT streamIn(WPARAM format, EDITSTREAM& stream);
+    void show(RichText content);
+
+    RichText content_;
+};
+
+}  // namespace winlayer

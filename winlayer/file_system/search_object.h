@@ -1,0 +1,18 @@
+#pragma once
+#include <memory>
+#include <mutex>
+
+#include "winlayer/file_system/file_system.h"
+
+namespace winlayer {
+
+// What a handle of FindFirstFileA stands for. Only FindNextFileA and FindClose take it.
+class SearchObject final : public KernelObject {
+public:
+    explicit SearchObject(std::unique_ptr<Listing> found) : listing(std::move(found)) {}
+
+    std::mutex mutex;
+    const std::unique_ptr<Listing> listing;
+};
+
+}  // namespace winlayer

@@ -1,0 +1,43 @@
+#include "winlayer/files/file_transfer.h"
+
+#include "winlayer/kernel/event.h"
+#include "winlayer/machine.h"
+
+namespace winlayer {
+
+namespace {
+
+// The lowest bit of the event handle is a flag for completion ports and no part of the handle.
+std::shared_ptr<EventObject> eventOf(const OVERLAPPED& overlapped) {
+    const auto value = reinterpret_cast<std::uintptr_t>(overlapped.hEvent) & ~std::uintptr_t{1};
+    return Machine::current().handles.get<EventObject>(reinterpret_cast<HANDLE>(value));
+}
+
+}  // namespace
+
+std::shared_ptr<FileObject> fileWith(HANDLE handle, DWORD access) {
+    auto file = Machine::current().handles.get<FileObject>(handle);
+    if (file == nullptr) {
+        SetLastError(ERROR_INVALID_HANDLE);
+    } else if ((file->access & access) != access) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        file = nullptr;
+    }
+    return file;
+}
+
+void beginOverlapped(OVERLAPPED& overlapped) {
+    if (const auto event = eventOf(overlapped)) {
+        event->reset();
+    }
+}
+
+void endOverlapped(OVERLAPPED& overlapped, Transfer transfer) {
+    overlapped.Internal = transfer.error;
+    overlapped.InternalHigh = transfer.count;
+    if (const auto event = eventOf(overlapped)) {
+        event->set();
+    }
+}
+
+}  // namespace winlayer

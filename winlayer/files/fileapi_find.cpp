@@ -1,0 +1,156 @@
+#include <algorithm>
+#include <cstring>
+
+#include "winlayer/base/last_error.h"
+#include "winlayer/file_system/path_resolution.h"
+#include "winlayer/file_system/search_object.h"
+#include "winlayer/file_system/wildcard.h"
+#include "winlayer/machine.h"
+
+namespace {
+
+using winlayer::FileFacts;
+using winlayer::FileSystem;
+using winlayer::Listing;
+using winlayer::Machine;
+using winlayer::SearchObject;
+
+// The one entry that a pattern without wildcards names.
+class SingleListing : public Listing {
+public:
+    explicit SingleListing(FileFacts entry) : entry_(std::move(entry)) {}
+
+    DWORD next(FileFacts& entry) override {
+        if (given_) {
+            return ERROR_NO_MORE_FILES;
+        }
+        given_ = true;
+        entry = entry_;
+        return 0;
+    }
+
+private:
+    const FileFacts entry_;
+    bool given_ = false;
+};
+
+// The first part is empty or ends with its separator or colon.
+std::pair<std::string, std::string> splitPattern(const std::string& pattern) {
+    const std::size_t end = pattern.find_last_of("\\/:");
+    const std::size_t start = end == std::string::npos ? 0 : end + 1;
+    return {pattern.substr(0, start), pattern.substr(start)};
+}
+
+DWORD findOne(Machine& machine, const std::string& path, std::unique_ptr<Listing>& listing) {
+    std::shared_ptr<FileSystem> files;
+    std::string below;
+    DWORD error = machine.drives.resolve(path, files, below);
+    // A drive's root is in no directory.
+    if (error == 0 && below.empty()) {
+        error = ERROR_FILE_NOT_FOUND;
+    }
+    FileFacts facts;
+    if (error == 0) {
+        error = files->facts(below, facts);
+    }
+    if (error == 0) {
+        listing = std::make_unique<SingleListing>(std::move(facts));
+    }
+    return error;
+}
+
+DWORD findMany(Machine& machine, const std::string& directory, const std::string& pattern,
+               std::unique_ptr<Listing>& listing) {
+    if (pattern.find_first_of("<>\"|:") != std::string::npos) {
+        return ERROR_INVALID_NAME;
+    }
+    std::shared_ptr<FileSystem> files;
+    std::string below;
+    const DWORD error = machine.drives.resolve(directory.empty() ? "." : directory, files, below);
+    return error != 0 ? error : files->search(below, pattern, listing);
+}
+
+DWORD find(Machine& machine, const std::string& path, std::unique_ptr<Listing>& listing) {
+    const auto [directory, pattern] = splitPattern(path);
+    if (pattern.empty()) {
+        return ERROR_FILE_NOT_FOUND;
+    }
+    return winlayer::hasWildcard(pattern) ? findMany(machine, directory, pattern, listing)
+                                          : findOne(machine, path, listing);
+}
+
+template <std::size_t size>
+void copyText(const std::string& text, char (&field)[size]) {
+    const std::size_t length = std::min(text.size(), size - 1);
+    std::memcpy(field, text.data(), length);
+    field[length] = '\0';
+}
+
+void fill(const FileFacts& facts, WIN32_FIND_DATAA& data) {
+    data = {};
+    data.dwFileAttributes = facts.attributes;
+    data.ftLastWriteTime = facts.written;
+    data.nFileSizeHigh = static_cast<DWORD>(facts.size >> 32);
+    data.nFileSizeLow = static_cast<DWORD>(facts.size);
+    copyText(facts.name, data.cFileName);
+    copyText(facts.shortName, data.cAlternateFileName);
+}
+
+}  // namespace
+
+HANDLE WINAPI FindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA data) try {
+    if (winlayer::denied(__func__)) {
+        return INVALID_HANDLE_VALUE;
+    }
+    Machine& machine = Machine::current();
+    std::unique_ptr<Listing> listing;
+    FileFacts first;
+    DWORD error = pattern == nullptr ? ERROR_PATH_NOT_FOUND : find(machine, pattern, listing);
+    if (error == 0) {
+        error = listing->next(first);
+    }
+    if (!winlayer::succeeded(error == ERROR_NO_MORE_FILES ? ERROR_FILE_NOT_FOUND : error)) {
+        return INVALID_HANDLE_VALUE;
+    }
+    fill(first, *data);
+    const HANDLE handle = machine.handles.add(std::make_shared<SearchObject>(std::move(listing)));
+    if (handle == nullptr) {
+        SetLastError(ERROR_TOO_MANY_OPEN_FILES);
+        return INVALID_HANDLE_VALUE;
+    }
+    return handle;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(INVALID_HANDLE_VALUE);
+}
+
+BOOL WINAPI FindNextFileA(HANDLE search, LPWIN32_FIND_DATAA data) try {
+    if (winlayer::denied(__func__)) {
+        return FALSE;
+    }
+    const auto object = Machine::current().handles.get<SearchObject>(search);
+    if (object == nullptr) {
+        SetLastError(ERROR_INVALID_HANDLE);
+        return FALSE;
+    }
+    const std::lock_guard lock(object->mutex);
+    FileFacts facts;
+    if (!winlayer::succeeded(object->listing->next(facts))) {
+        return FALSE;
+    }
+    fill(facts, *data);
+    return TRUE;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
+}
+
+// Like CloseHandle, a close that the fault plan fails takes the handle away.
+BOOL WINAPI FindClose(HANDLE search) {
+    const DWORD planned = winlayer::deniedCode(__func__);
+    winlayer::HandleTable& handles = Machine::current().handles;
+    const bool closed = handles.get<SearchObject>(search) != nullptr && handles.remove(search) != nullptr;
+    if (planned != 0 || !closed) {
+        SetLastError(planned != 0 ? planned : ERROR_INVALID_HANDLE);
+        return FALSE;
+    }
+    return TRUE;
+}

@@ -1,0 +1,20 @@
+#pragma once
+#include <memory>
+#include <string>
+
+#include "winlayer/file_system/file_system.h"
+
+namespace winlayer {
+
+class Machine;
+
+// What a path leads to.
+struct PathTarget {
+    std::shared_ptr<FileSystem> files;
+    std::string below;
+};
+
+// Resolves a path; one that ends in a separator must not be that of a file (ERROR_INVALID_NAME).
+DWORD findTarget(const Machine& machine, const char* path, PathTarget& target);
+
+}  // namespace winlayer

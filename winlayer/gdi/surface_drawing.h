@@ -1,0 +1,42 @@
+#pragma once
+#include "winlayer/gdi/surface.h"
+#include "winlayer/include/minwindef.h"
+
+namespace winlayer {
+
+constexpr std::uint32_t toPixel(COLORREF color) {
+    return 0xFF000000u | ((color & 0xFF) << 16) | (color & 0xFF00) | ((color >> 16) & 0xFF);
+}
+constexpr COLORREF toColor(std::uint32_t pixel) {
+    return ((pixel & 0xFF) << 16) | (pixel & 0xFF00) | ((pixel >> 16) & 0xFF);
+}
+
+// All pixels in one colour. The sizes are not negative.
+Surface makeSurface(int width, int height, std::uint32_t pixel);
+bool contains(const Surface& surface, int x, int y);
+inline std::size_t indexOf(const Surface& surface, int x, int y) {
+    return static_cast<std::size_t>(y) * static_cast<std::size_t>(surface.width) +
+           static_cast<std::size_t>(x);
+}
+inline std::uint32_t& pixelAt(Surface& surface, int x, int y) {
+    return surface.pixels[indexOf(surface, x, y)];
+}
+inline std::uint32_t pixelAt(const Surface& surface, int x, int y) {
+    return surface.pixels[indexOf(surface, x, y)];
+}
+
+// Only the part of the area that the surface has.
+void fill(Surface& surface, const RECT& area, std::uint32_t pixel);
+
+// A place with a direction: a negative width or height mirrors.
+struct Placement {
+    int x;
+    int y;
+    int width;
+    int height;
+};
+// Copies one place onto another; `mode` is one of the modes of SetStretchBltMode. Pixels that one of the two
+// surfaces does not have are left alone. The two may be the same surface.
+void stretch(const Surface& from, const Placement& source, Surface& to, const Placement& target, int mode);
+
+}  // namespace winlayer

@@ -1,0 +1,57 @@
+#pragma once
+#include <cstddef>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "winlayer/host_files/host_file.h"
+
+namespace winlayer {
+
+// A host file of a machine that works alone, with what the kernel of Windows does for small transfers: reads
+// are served from a piece that was read ahead, writes gathered until they make a larger one, and the size is
+// known. That ends when the file is opened a second time. Flushes hand everything to the host but do not wait
+// for the medium.
+class CachedFile : public OpenFile, private FileCache {
+public:
+    // `size` is the file's.
+    CachedFile(std::unique_ptr<HostFile> file, std::uint64_t size);
+    ~CachedFile() override;
+
+    Transfer read(std::uint64_t offset, std::span<std::byte> buffer) override;
+    Transfer write(std::uint64_t offset, std::span<const std::byte> data) override;
+    DWORD flush() override { return settle(); }
+    DWORD size(std::uint64_t& bytes) override;
+    DWORD resize(std::uint64_t bytes) override;
+    DWORD settle() override;
+
+private:
+    // Bytes at a place in the file.
+    struct Piece {
+        std::uint64_t offset = 0;
+        std::vector<std::byte> bytes;
+
+        std::uint64_t end() const { return offset + bytes.size(); }
+    };
+
+    DWORD passOn() override { return settle(); }
+    DWORD end() override;
+
+    DWORD passOnLocked();
+    Transfer readThrough(std::uint64_t offset, std::span<std::byte> buffer);
+    Transfer writeThrough(std::uint64_t offset, std::span<const std::byte> data);
+    bool gathers(std::uint64_t offset, std::size_t count) const;
+    bool holds(std::uint64_t offset, std::size_t count) const;
+    bool readAhead(std::uint64_t offset);
+
+    const std::unique_ptr<HostFile> file_;
+    std::mutex mutex_;
+    bool caching_ = true;
+    std::uint64_t size_;
+    Piece ahead_;
+    std::size_t reach_ = 0;  // of the next reading ahead
+    Piece behind_;           // written, and not yet known to the host
+    bool stuck_ = false;     // the host has refused the rest of it
+};
+
+}  // namespace winlayer

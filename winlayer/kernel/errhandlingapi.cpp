@@ -1,0 +1,26 @@
+#include "winlayer/include/errhandlingapi.h"
+
+#include "winlayer/base/last_error.h"
+#include "winlayer/machine.h"
+
+namespace {
+thread_local DWORD lastError = 0;
+}
+
+// Neither enters the gate: a record of the calls must not change with how often its reader asks why one
+// failed.
+DWORD WINAPI GetLastError() {
+    return lastError;
+}
+
+void WINAPI SetLastError(DWORD code) {
+    lastError = code;
+}
+
+UINT WINAPI SetErrorMode(UINT mode) {
+    winlayer::entered(__func__);
+    winlayer::Machine& machine = winlayer::Machine::current();
+    const UINT previous = machine.errorMode;
+    machine.errorMode = mode;
+    return previous;
+}

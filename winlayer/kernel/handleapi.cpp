@@ -1,0 +1,75 @@
+#include "winlayer/include/handleapi.h"
+#include "winlayer/base/last_error.h"
+
+#include "winlayer/base/gate.h"
+#include "winlayer/file_system/file_object.h"
+#include "winlayer/file_system/search_object.h"
+#include "winlayer/include/synchapi.h"
+#include "winlayer/kernel/current_process.h"
+#include "winlayer/machine.h"
+
+namespace {
+
+// What was written through one handle may not wait for the last one to be closed: nobody might look at that.
+DWORD settle(winlayer::KernelObject& object) try {
+    const auto* const file = dynamic_cast<winlayer::FileObject*>(&object);
+    return file != nullptr ? file->file->settle() : 0;
+} catch (const std::bad_alloc&) {
+    return ERROR_NOT_ENOUGH_MEMORY;
+}
+
+bool isPseudoHandle(HANDLE handle) {
+    return handle == winlayer::currentProcess() || handle == winlayer::currentThread();
+}
+
+}  // namespace
+
+// A close that the fault plan fails still takes the handle away: Windows refuses to close only what is not
+// open any more, so a caller must not be left with a handle it cannot get rid of.
+BOOL WINAPI CloseHandle(HANDLE object) {
+    const DWORD planned = winlayer::deniedCode(__func__);
+    winlayer::HandleTable& handles = winlayer::Machine::current().handles;
+    if (planned == 0 && isPseudoHandle(object)) {
+        return TRUE;
+    }
+    const bool search = handles.get<winlayer::SearchObject>(object) != nullptr;
+    const auto removed = search ? nullptr : handles.remove(object);
+    const DWORD error = removed == nullptr ? ERROR_INVALID_HANDLE : settle(*removed);
+    if (planned != 0 || error != 0) {
+        SetLastError(planned != 0 ? planned : error);
+        return FALSE;
+    }
+    return TRUE;
+}
+
+// The copy stands for the same object, its position included, and grants what the source grants.
+BOOL WINAPI DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, LPHANDLE target,
+                            DWORD /*access*/, BOOL /*inherit*/, DWORD options) try {
+    if (winlayer::denied(__func__)) {
+        return FALSE;
+    }
+    winlayer::HandleTable& handles = winlayer::Machine::current().handles;
+    const auto object = handles.find(source);
+    const bool here =
+        sourceProcess == winlayer::currentProcess() && targetProcess == winlayer::currentProcess();
+    const bool search = std::dynamic_pointer_cast<winlayer::SearchObject>(object) != nullptr;
+    if (!here || object == nullptr || search) {
+        SetLastError(ERROR_INVALID_HANDLE);
+        return FALSE;
+    }
+    if ((options & DUPLICATE_SAME_ACCESS) == 0 || target == nullptr) {
+        SetLastError(target == nullptr ? ERROR_INVALID_PARAMETER : ERROR_NOT_SUPPORTED);
+        return FALSE;
+    }
+    *target = handles.add(object);
+    if (*target == nullptr) {
+        SetLastError(ERROR_TOO_MANY_OPEN_FILES);
+        return FALSE;
+    }
+    if ((options & DUPLICATE_CLOSE_SOURCE) != 0) {
+        handles.remove(source);
+    }
+    return TRUE;
+} catch (const std::bad_alloc&) {
+    return winlayer::outOfMemory(FALSE);
+}

@@ -1,0 +1,64 @@
+// The functions that find resources.
+
+#include "winlayer/base/last_error.h"
+#include "winlayer/machine.h"
+
+namespace winlayer {
+namespace {
+
+// A HRSRC is the place of the resource among those of its module, counted from 1.
+HRSRC asHandle(std::size_t place) {
+    return reinterpret_cast<HRSRC>(place + 1);
+}
+
+const Resource* resourceOf(HMODULE module, HRSRC handle) {
+    const Resource* const resource =
+        Machine::current().modules.resourceAt(module, reinterpret_cast<std::size_t>(handle) - 1);
+    if (resource == nullptr) {
+        SetLastError(ERROR_RESOURCE_DATA_NOT_FOUND);
+    }
+    return resource;
+}
+
+}  // namespace
+}  // namespace winlayer
+
+using namespace winlayer;
+
+HRSRC WINAPI FindResourceA(HMODULE module, LPCSTR name, LPCSTR type) try {
+    if (denied(__func__)) {
+        return nullptr;
+    }
+    std::size_t place = Resources::none;
+    const DWORD error =
+        Machine::current().modules.findResource(module, ResourceId(type), ResourceId(name), place);
+    return succeeded(error) ? asHandle(place) : nullptr;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
+}
+
+HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC handle) try {
+    if (denied(__func__)) {
+        return nullptr;
+    }
+    const Resource* const resource = resourceOf(module, handle);
+    // Whoever loads a resource may read it only.
+    return resource != nullptr ? const_cast<BYTE*>(resource->data.data()) : nullptr;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
+}
+
+// Loaded data is at its address already.
+LPVOID WINAPI LockResource(HGLOBAL data) {
+    return denied(__func__) ? nullptr : data;
+}
+
+DWORD WINAPI SizeofResource(HMODULE module, HRSRC handle) try {
+    if (denied(__func__)) {
+        return 0;
+    }
+    const Resource* const resource = resourceOf(module, handle);
+    return resource != nullptr ? static_cast<DWORD>(resource->data.size()) : 0;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0U);
+}

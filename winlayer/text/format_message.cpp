@@ -1,0 +1,135 @@
+// FormatMessageA and the memory that it gives away.
+
+#include <algorithm>
+#include <cstdarg>
+#include <cstring>
+
+#include "winlayer/base/last_error.h"
+#include "winlayer/machine.h"
+#include "winlayer/text/message_text.h"
+#include "winlayer/text/system_messages.h"
+
+namespace winlayer {
+namespace {
+
+constexpr DWORD lineWidthMask = 0xFF;
+
+DWORD failed(DWORD error) {
+    SetLastError(error);
+    return 0;
+}
+
+DWORD findDefinition(DWORD flags, LPCVOID source, DWORD id, DWORD language, std::string& definition) {
+    const Machine& machine = Machine::current();
+    if ((flags & FORMAT_MESSAGE_FROM_STRING) != 0) {
+        if (source == nullptr) {
+            return ERROR_INVALID_PARAMETER;
+        }
+        definition = static_cast<const char*>(source);
+        return NO_ERROR;
+    }
+    DWORD error = ERROR_INVALID_PARAMETER;
+    if ((flags & FORMAT_MESSAGE_FROM_HMODULE) != 0) {
+        const auto module = static_cast<HMODULE>(const_cast<void*>(source));
+        error = machine.modules.message(module, id, definition);
+    }
+    if (error != NO_ERROR && (flags & FORMAT_MESSAGE_FROM_SYSTEM) != 0) {
+        error = systemMessage(machine, id, language, definition);
+    }
+    return error;
+}
+
+std::vector<std::uint64_t> readArray(std::size_t count, const DWORD_PTR* array) {
+    return std::vector<std::uint64_t>(array, array + count);
+}
+
+// Each argument is read as what it was passed as. The list is used up, as Windows leaves it.
+std::vector<std::uint64_t> readList(const std::vector<ArgumentKind>& kinds, va_list* arguments) {
+    std::vector<std::uint64_t> values;
+    // NOLINTBEGIN(clang-analyzer-valist.Uninitialized): the caller has started the list
+    for (const ArgumentKind kind : kinds) {
+        if (kind == ArgumentKind::Number) {
+            values.push_back(va_arg(*arguments, std::uint32_t));
+        } else if (kind == ArgumentKind::LongNumber) {
+            values.push_back(va_arg(*arguments, std::uint64_t));
+        } else {
+            values.push_back(reinterpret_cast<std::uintptr_t>(va_arg(*arguments, void*)));
+        }
+    }
+    // NOLINTEND(clang-analyzer-valist.Uninitialized)
+    return values;
+}
+
+DWORD format(DWORD flags, const std::string& definition, va_list* arguments, std::string& text) {
+    const bool inArray = (flags & FORMAT_MESSAGE_ARGUMENT_ARRAY) != 0;
+    std::vector<MessagePiece> pieces;
+    if (!parseMessage(definition, (flags & FORMAT_MESSAGE_IGNORE_INSERTS) != 0, pieces)) {
+        return ERROR_INVALID_PARAMETER;
+    }
+    const MessageArguments inserts(pieces, inArray);
+    std::vector<std::uint64_t> values;
+    if (!inserts.kinds().empty()) {
+        if (arguments == nullptr) {
+            return ERROR_INVALID_PARAMETER;
+        }
+        values = inArray ? readArray(inserts.kinds().size(), reinterpret_cast<const DWORD_PTR*>(arguments))
+                         : readList(inserts.kinds(), arguments);
+    }
+    text = messageText(Machine::current(), pieces, inserts, values, flags & lineWidthMask);
+    return NO_ERROR;
+}
+
+// A buffer of its own is null when there is no text.
+void giveAllocated(const std::string& text, DWORD size, LPSTR buffer) {
+    void* block = nullptr;
+    if (!text.empty()) {
+        block = Machine::current().localMemory.allocate(std::max<std::size_t>(text.size() + 1, size));
+        std::memcpy(block, text.c_str(), text.size() + 1);
+    }
+    std::memcpy(buffer, &block, sizeof block);
+}
+
+}  // namespace
+}  // namespace winlayer
+
+using namespace winlayer;
+
+DWORD WINAPI FormatMessageA(DWORD flags, LPCVOID source, DWORD messageId, DWORD languageId, LPSTR buffer,
+                            DWORD size, va_list* arguments) try {
+    if (denied(__func__)) {
+        return 0;
+    }
+    const bool allocates = (flags & FORMAT_MESSAGE_ALLOCATE_BUFFER) != 0;
+    if (buffer == nullptr) {
+        return failed(ERROR_INVALID_PARAMETER);
+    }
+    std::string definition;
+    std::string text;
+    DWORD error = findDefinition(flags, source, messageId, languageId, definition);
+    if (error == NO_ERROR) {
+        error = format(flags, definition, arguments, text);
+    }
+    if (error != NO_ERROR) {
+        text.clear();
+    }
+    if (allocates) {
+        giveAllocated(text, size, buffer);
+    } else if (error == NO_ERROR && text.size() >= size) {
+        return failed(ERROR_INSUFFICIENT_BUFFER);
+    } else if (error == NO_ERROR) {
+        std::memcpy(buffer, text.c_str(), text.size() + 1);
+    }
+    return error == NO_ERROR ? static_cast<DWORD>(text.size()) : failed(error);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0U);
+}
+
+// Null on success, the address itself when it is no such memory.
+HLOCAL WINAPI LocalFree(HLOCAL memory) {
+    entered(__func__);
+    if (memory == nullptr || Machine::current().localMemory.release(memory)) {
+        return nullptr;
+    }
+    SetLastError(ERROR_INVALID_HANDLE);
+    return memory;
+}

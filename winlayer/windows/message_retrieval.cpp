@@ -1,0 +1,106 @@
+#include "winlayer/windows/message_retrieval.h"
+
+#include "winlayer/machine.h"
+#include "winlayer/windows/message_send.h"
+#include "winlayer/windows/window_focus.h"
+#include "winlayer/windows/window_paint.h"
+#include "winlayer/windows/window_tree.h"
+
+namespace winlayer {
+namespace {
+
+const HWND threadOnly = reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1));
+
+// What a message that is taken from the queue says of the keyboard and the mouse.
+void noteInput(const MSG& message) {
+    Windows& windows = Machine::current().windows;
+    switch (message.message) {
+        case WM_KEYDOWN:
+        case WM_SYSKEYDOWN:
+            windows.keysDown[message.wParam & 0xFF] = true;
+            break;
+        case WM_KEYUP:
+        case WM_SYSKEYUP:
+            windows.keysDown[message.wParam & 0xFF] = false;
+            break;
+        case WM_LBUTTONDOWN:
+            activate(rootOf(message.hwnd));
+            break;
+        default:
+            break;
+    }
+}
+
+char characterOf(WPARAM key, bool shift) {
+    if (key >= 'A' && key <= 'Z') {
+        return static_cast<char>(shift ? key : key - 'A' + 'a');
+    }
+    const bool plain = (key >= '0' && key <= '9' && !shift) || key == VK_SPACE || key == VK_BACK ||
+                       key == VK_TAB || key == VK_RETURN || key == VK_ESCAPE;
+    return plain ? static_cast<char>(key) : '\0';
+}
+
+}  // namespace
+
+bool MessageFilter::passes(const MSG& message) const {
+    const bool inRange = (first == 0 && last == 0) || (message.message >= first && message.message <= last);
+    const bool mine = window == nullptr || (window == threadOnly && message.hwnd == nullptr) ||
+                      message.hwnd == window || isBelow(window, message.hwnd);
+    return inRange && mine;
+}
+
+bool lookForMessage(const MessageFilter& filter, bool remove, MSG& message) {
+    Machine& machine = Machine::current();
+    const DWORD thread = GetCurrentThreadId();
+    machine.windows.peer().poll();
+    machine.messages.runSent(thread);
+    const auto wanted = [&](const MSG& candidate) { return filter.passes(candidate); };
+    if (machine.messages.peek(thread, wanted, remove, message)) {
+        if (remove) {
+            noteInput(message);
+        }
+        return true;
+    }
+    if (machine.messages.peekQuit(thread, remove, message)) {
+        return true;
+    }
+    if (const HWND window = nextToPaint(thread, wanted)) {
+        message = {window, WM_PAINT, 0, 0, GetTickCount(), machine.windows.cursor};
+        return true;
+    }
+    return machine.windows.timers.takeDue(thread, machine.clock.now(), wanted, remove, message);
+}
+
+void waitForMessage(const MessageFilter& filter, MSG& message) {
+    Machine& machine = Machine::current();
+    while (!lookForMessage(filter, true, message)) {
+        machine.windows.peer().wait(machine.windows.timers.nextDue(GetCurrentThreadId()));
+    }
+}
+
+// Keys whose character depends on the keyboard's layout come as characters from the peer.
+bool translateMessage(const MSG& message) {
+    const bool system = message.message == WM_SYSKEYDOWN;
+    if (message.message != WM_KEYDOWN && !system) {
+        return false;
+    }
+    const char character = characterOf(message.wParam, Machine::current().windows.keysDown[VK_SHIFT]);
+    if (character == '\0') {
+        return false;
+    }
+    postMessage(message.hwnd, system ? WM_SYSCHAR : WM_CHAR, static_cast<BYTE>(character), message.lParam);
+    return true;
+}
+
+LRESULT dispatchMessage(const MSG& message) {
+    if (message.message == WM_TIMER && message.lParam != 0) {
+        const auto procedure = reinterpret_cast<TIMERPROC>(message.lParam);
+        procedure(message.hwnd, WM_TIMER, message.wParam, GetTickCount());
+        return 0;
+    }
+    return message.hwnd != nullptr
+               ? sendMessage(message.hwnd, message.message, message.wParam, message.lParam)
+               : 0;
+}
+
+}  // namespace winlayer

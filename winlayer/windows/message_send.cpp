@@ -1,0 +1,56 @@
+#include "winlayer/windows/message_send.h"
+
+#include "winlayer/base/last_error.h"
+#include "winlayer/machine.h"
+#include "winlayer/windows/window_tree.h"
+
+namespace winlayer {
+
+// A window's procedure that has no memory refuses the message, and a window that is being made.
+LRESULT callProcedure(WNDPROC procedure, const Window& window, UINT message, WPARAM wParam,
+                      LPARAM lParam) try {
+    return procedure != nullptr ? procedure(window.handle, message, wParam, lParam) : 0;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(LRESULT{message == WM_CREATE ? -1 : 0});
+}
+
+// The window object is held while its procedure runs, which may destroy the window.
+LRESULT sendMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    const auto target = findWindowOrSetLastError(window);
+    if (target == nullptr) {
+        return 0;
+    }
+    if (target->thread != GetCurrentThreadId()) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return 0;
+    }
+    return callProcedure(target->procedure, *target, message, wParam, lParam);
+}
+
+LRESULT sendText(HWND window, UINT message, WPARAM wParam, const char* text) {
+    return sendMessage(window, message, wParam, reinterpret_cast<LPARAM>(text));
+}
+
+bool postMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    const auto target = findWindowOrSetLastError(window);
+    if (target == nullptr) {
+        return false;
+    }
+    Machine& machine = Machine::current();
+    machine.messages.post(target->thread,
+                          {window, message, wParam, lParam, GetTickCount(), machine.windows.cursor});
+    if (target->thread != GetCurrentThreadId()) {
+        machine.windows.peer().wake();
+    }
+    return true;
+}
+
+std::string textOf(HWND window) {
+    std::string text(static_cast<std::size_t>(sendMessage(window, WM_GETTEXTLENGTH)) + 1, '\0');
+    const LRESULT length =
+        sendMessage(window, WM_GETTEXT, text.size(), reinterpret_cast<LPARAM>(text.data()));
+    text.resize(static_cast<std::size_t>(length));
+    return text;
+}
+
+}  // namespace winlayer

@@ -1,0 +1,61 @@
+#pragma once
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "winlayer/dialogs/dialog_template.h"
+#include "winlayer/windows/control.h"
+#include "winlayer/windows/window_class.h"
+
+namespace winlayer {
+
+struct Surface;
+
+// What the dialog manager keeps for a dialog.
+struct DialogState {
+    std::optional<DialogFont> font;
+    HFONT ownFont = nullptr;  // made from it
+    SIZE baseUnits{};         // pixels of 4 by 8 dialog units
+    WORD defaultId = 0;
+    bool ended = false;
+    bool ownerWasEnabled = false;
+    INT_PTR result = 0;
+    HWND savedFocus = nullptr;  // control that had the focus while the dialog was not active
+};
+
+// One window. Plain data: what may be done with it is in the headers beside this one, by concern.
+struct Window {
+    HWND handle = nullptr;
+    DWORD thread = 0;
+    std::shared_ptr<const WindowClass> windowClass;
+    HWND parent = nullptr;       // of a child; null for a window of its own
+    HWND owner = nullptr;        // of a window of its own
+    std::vector<HWND> children;  // the topmost first
+    RECT place{};                // in pixels, relative to the parent's client area or the screen
+    DWORD style = 0;
+    DWORD exStyle = 0;
+    LONG_PTR id = 0;
+    HINSTANCE instance = nullptr;
+    std::string text;  // ANSI
+    WNDPROC procedure = nullptr;
+    LONG_PTR userData = 0;
+    std::vector<BYTE> extra;
+    std::map<std::string, HANDLE> properties;
+    HFONT font = nullptr;
+
+    bool sizeDue = false;     // WM_SIZE and WM_MOVE wait for the first showing
+    bool destroying = false;  // DestroyWindow is at work
+    bool toPaint = false;     // there is something to paint: `update`
+    bool toErase = false;     // ... after the background was erased
+    RECT update{};            // in client coordinates
+
+    std::shared_ptr<Surface> surface;  // pixels of the client area; null until first drawn on
+    std::unique_ptr<DialogState> dialog;
+    std::unique_ptr<Control> control;
+
+    bool isChild() const { return (style & WS_CHILD) != 0; }
+    bool has(DWORD bits) const { return (style & bits) == bits; }
+};
+
+}  // namespace winlayer

@@ -1,0 +1,14 @@
+#pragma once
+#include "winlayer/windows/window.h"
+
+namespace winlayer {
+
+// CreateWindowExA. Null with the last error set when the class, the parent or a place is missing, or when the
+// window itself refused (WM_NCCREATE, WM_CREATE).
+HWND createWindow(CREATESTRUCTA request);
+// DestroyWindow: the window, what it owns and its children. False for what is no window.
+bool destroyWindow(HWND window);
+// Takes a window out of everything that knows of it, without a message.
+void strikeOff(const Window& window);
+
+}  // namespace winlayer

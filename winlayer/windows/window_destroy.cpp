@@ -1,0 +1,122 @@
+#include "winlayer/dialogs/dialog.h"
+#include "winlayer/machine.h"
+#include "winlayer/windows/message_send.h"
+#include "winlayer/windows/window_create.h"
+#include "winlayer/windows/window_focus.h"
+#include "winlayer/windows/window_position.h"
+#include "winlayer/windows/window_tree.h"
+
+namespace winlayer {
+namespace {
+
+Windows& windows() {
+    return Machine::current().windows;
+}
+
+// Only for the eye: a window goes also when there is no memory to show what it has covered.
+void hide(const Window& window) try {
+    if (!window.has(WS_VISIBLE)) {
+        return;
+    }
+    if (window.isChild()) {
+        showWindow(window.handle, SW_HIDE);
+    } else {
+        setPosition(window.handle, nullptr, 0, 0, 0, 0,
+                    SWP_NOMOVE | SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE | SWP_HIDEWINDOW);
+    }
+} catch (const std::bad_alloc&) {
+}
+
+// The first of these windows that is not yet on its way out and has this owner (any, when it is null); null
+// when there is none. Asked anew after each message, because its handler may end other windows.
+std::shared_ptr<Window> nextToDestroy(const std::vector<HWND>& handles, HWND owner) {
+    for (const HWND handle : handles) {
+        auto window = findWindow(handle);
+        if (window != nullptr && !window->destroying && (owner == nullptr || window->owner == owner)) {
+            return window;
+        }
+    }
+    return nullptr;
+}
+
+void destroyOwned(HWND owner) {
+    while (const auto window = nextToDestroy(windows().topLevel, owner)) {
+        if (!destroyWindow(window->handle)) {
+            return;
+        }
+    }
+}
+
+// Parents hear of their end before their children.
+void sendDestroy(HWND handle) {
+    const auto window = findWindow(handle);
+    window->destroying = true;
+    sendMessage(handle, WM_DESTROY);
+    while (const auto child = nextToDestroy(window->children, nullptr)) {
+        sendDestroy(child->handle);
+    }
+}
+
+void letGoOfInput(const Window& window) {
+    if (windows().capture == window.handle) {
+        windows().capture = nullptr;
+    }
+    if (windows().active == window.handle) {
+        activateAnother(window.handle);
+    }
+    if (windows().focus == window.handle) {
+        windows().focus = nullptr;
+        windows().peer().focused(nullptr);
+    }
+}
+
+// Children are gone before their parent.
+void finish(HWND handle) {
+    const auto window = findWindow(handle);
+    if (window == nullptr) {
+        return;
+    }
+    while (!window->children.empty()) {
+        finish(window->children.front());
+    }
+    letGoOfInput(*window);
+    sendMessage(handle, WM_NCDESTROY);
+    strikeOff(*window);
+    windows().peer().destroyed(handle);
+}
+
+}  // namespace
+
+void strikeOff(const Window& window) {
+    std::erase(siblingsOf(window), window.handle);
+    Machine& machine = Machine::current();
+    machine.messages.forget(window.handle);
+    machine.windows.timers.killAll(window.handle);
+    deleteDialogFont(window);
+    machine.windows.table.remove(window.handle);
+}
+
+bool destroyWindow(HWND handle) {
+    const auto window = findWindowOrSetLastError(handle);
+    if (window == nullptr) {
+        return false;
+    }
+    if (window->thread != GetCurrentThreadId()) {
+        SetLastError(ERROR_ACCESS_DENIED);
+        return false;
+    }
+    // Asked again by the window itself while it goes.
+    if (window->destroying) {
+        return true;
+    }
+    window->destroying = true;
+    hide(*window);
+    destroyOwned(handle);
+    if (findWindow(handle) != nullptr) {
+        sendDestroy(handle);
+        finish(handle);
+    }
+    return true;
+}
+
+}  // namespace winlayer

@@ -1,0 +1,56 @@
+#pragma once
+#include <array>
+#include <map>
+#include <memory>
+
+#include "winlayer/windows/peer.h"
+#include "winlayer/windows/window_table.h"
+#include "winlayer/windows/window_timers.h"
+
+namespace winlayer {
+
+// A device context on a window's surface, which lasts as long as the context.
+struct WindowContext {
+    HWND window = nullptr;
+    std::shared_ptr<Surface> surface;
+};
+
+// All that a machine knows of windows. A machine that ends with windows open drops them without a message.
+// Thread rule: windows, classes, timers and focus belong to the thread that works with windows; other threads
+// may post to it.
+class Windows {
+public:
+    Windows();
+
+    std::shared_ptr<Window> find(HWND window) const { return table.find(window); }
+    // Windows, timers, classes of the program, and device contexts on windows, that there are now.
+    std::size_t count() const { return table.count(); }
+    std::size_t timerCount() const { return timers.count(); }
+    std::size_t classCount() const { return classes.registered(); }
+    std::size_t contextCount() const { return contexts.size(); }
+
+    // Who shows the windows; null, as at the start: nobody. Not owned. Set it before the first window.
+    void setPeer(Peer* peer) { peer_ = peer != nullptr ? peer : &headless_; }
+    Peer& peer() const { return *peer_; }
+
+    // RICHED32.DLL brings a window class with it: loading the module registers it, unloading takes it away.
+    void addRichEditClass();
+    void removeRichEditClass();
+
+    WindowTable table;
+    WindowClasses classes;
+    WindowTimers timers;
+    std::vector<HWND> topLevel;  // windows without a parent, the topmost first
+    HWND focus = nullptr;
+    HWND active = nullptr;
+    HWND capture = nullptr;
+    std::map<HDC, WindowContext> contexts;
+    POINT cursor{};                    // where the mouse was last, on the screen
+    std::array<bool, 256> keysDown{};  // by virtual key, as of the last message taken from the queue
+
+private:
+    Peer headless_;
+    Peer* peer_ = &headless_;
+};
+
+}  // namespace winlayer

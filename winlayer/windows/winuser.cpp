@@ -1,0 +1,31 @@
+#include "winlayer/include/winuser.h"
+#include "winlayer/base/last_error.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "winlayer/machine.h"
+
+using namespace winlayer;
+
+int WINAPI LoadStringA(HINSTANCE module, UINT id, LPSTR buffer, int size) try {
+    if (denied(__func__)) {
+        return 0;
+    }
+    std::string text;
+    if (buffer == nullptr || size <= 0) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return 0;
+    }
+    if (!Machine::current().modules.string(module, id, text)) {
+        buffer[0] = 0;
+        SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
+        return 0;
+    }
+    const std::size_t copied = std::min(text.size(), static_cast<std::size_t>(size) - 1);
+    std::memcpy(buffer, text.data(), copied);
+    buffer[copied] = 0;
+    return static_cast<int>(copied);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
+}

@@ -1,0 +1,120 @@
+// Messages and timers.
+#include <algorithm>
+
+#include "winlayer/base/last_error.h"
+#include "winlayer/machine.h"
+#include "winlayer/windows/message_retrieval.h"
+#include "winlayer/windows/message_send.h"
+#include "winlayer/windows/window_tree.h"
+
+using namespace winlayer;
+
+namespace {
+
+// Null, and -1 for the thread's own messages, name no window.
+bool canFilterBy(HWND window) {
+    return window == nullptr || window == HWND_TOPMOST || findWindowOrSetLastError(window) != nullptr;
+}
+
+}  // namespace
+
+LRESULT WINAPI SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    entered(__func__);
+    return sendMessage(window, message, wParam, lParam);
+}
+
+BOOL WINAPI PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam) try {
+    if (denied(__func__)) {
+        return FALSE;
+    }
+    if (window == nullptr) {
+        return PostThreadMessageA(GetCurrentThreadId(), message, wParam, lParam);
+    }
+    return postMessage(window, message, wParam, lParam) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
+}
+
+BOOL WINAPI PostThreadMessageA(DWORD thread, UINT message, WPARAM wParam, LPARAM lParam) try {
+    if (denied(__func__)) {
+        return FALSE;
+    }
+    Machine& machine = Machine::current();
+    if (thread == GetCurrentThreadId()) {
+        machine.messages.makeQueue(thread);
+    }
+    if (!machine.messages.hasQueue(thread)) {
+        SetLastError(ERROR_INVALID_THREAD_ID);
+        return FALSE;
+    }
+    machine.messages.post(thread, {nullptr, message, wParam, lParam, GetTickCount(), {}});
+    if (thread != GetCurrentThreadId()) {
+        machine.windows.peer().wake();
+    }
+    return TRUE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
+}
+
+BOOL WINAPI PeekMessageA(LPMSG message, HWND window, UINT first, UINT last, UINT flags) try {
+    if (denied(__func__) || !canFilterBy(window)) {
+        return FALSE;
+    }
+    return lookForMessage({window, first, last}, (flags & PM_REMOVE) != 0, *message) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
+}
+
+BOOL WINAPI GetMessageA(LPMSG message, HWND window, UINT first, UINT last) try {
+    if (denied(__func__) || !canFilterBy(window)) {
+        return -1;
+    }
+    waitForMessage({window, first, last}, *message);
+    return message->message != WM_QUIT ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(-1);
+}
+
+BOOL WINAPI TranslateMessage(const MSG* message) {
+    entered(__func__);
+    return translateMessage(*message) ? TRUE : FALSE;
+}
+
+LRESULT WINAPI DispatchMessageA(const MSG* message) {
+    entered(__func__);
+    return dispatchMessage(*message);
+}
+
+void WINAPI PostQuitMessage(int exitCode) {
+    entered(__func__);
+    Machine::current().messages.postQuit(GetCurrentThreadId(), exitCode);
+}
+
+LRESULT WINAPI CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    entered(__func__);
+    const auto target = findWindowOrSetLastError(window);
+    return target != nullptr ? callProcedure(procedure, *target, message, wParam, lParam) : 0;
+}
+
+UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT milliseconds, TIMERPROC procedure) try {
+    if (denied(__func__) || (window != nullptr && findWindowOrSetLastError(window) == nullptr)) {
+        return 0;
+    }
+    Machine& machine = Machine::current();
+    const UINT_PTR given = machine.windows.timers.set(GetCurrentThreadId(), window, id, milliseconds,
+                                                      procedure, machine.clock.now());
+    return std::max<UINT_PTR>(given, 1);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0U);
+}
+
+BOOL WINAPI KillTimer(HWND window, UINT_PTR id) {
+    if (denied(__func__)) {
+        return FALSE;
+    }
+    const bool killed = Machine::current().windows.timers.kill(GetCurrentThreadId(), window, id);
+    if (!killed) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+    }
+    return killed ? TRUE : FALSE;
+}

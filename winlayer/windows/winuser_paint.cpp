@@ -1,0 +1,136 @@
+// Painting.
+#include <limits>
+#include <string>
+#include <string_view>
+
+#include "winlayer/base/last_error.h"
+#include "winlayer/machine.h"
+#include "winlayer/windows/window_paint.h"
+#include "winlayer/windows/window_tree.h"
+
+using namespace winlayer;
+
+namespace {
+
+constexpr LONG systemFontHeight = 16;  // pixels, of the font that a new context has
+
+}  // namespace
+
+BOOL WINAPI InvalidateRect(HWND handle, const RECT* rectangle, BOOL erase) try {
+    const auto window = windowFor(__func__, handle);
+    if (window == nullptr) {
+        return FALSE;
+    }
+    invalidate(*window, rectangle, erase != FALSE);
+    return TRUE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
+}
+
+BOOL WINAPI ValidateRect(HWND handle, const RECT* rectangle) {
+    const auto window = windowFor(__func__, handle);
+    if (window == nullptr) {
+        return FALSE;
+    }
+    validate(*window, rectangle);
+    return TRUE;
+}
+
+BOOL WINAPI GetUpdateRect(HWND handle, LPRECT rectangle, BOOL erase) {
+    const auto window = windowFor(__func__, handle);
+    if (window == nullptr) {
+        return FALSE;
+    }
+    if (rectangle != nullptr) {
+        *rectangle = window->update;
+    }
+    if (erase != FALSE && window->toErase) {
+        const HDC context = getContext(handle);
+        eraseBackground(*window, context);
+        releaseContext(handle, context);
+    }
+    return window->toPaint ? TRUE : FALSE;
+}
+
+BOOL WINAPI UpdateWindow(HWND handle) try {
+    if (denied(__func__) || findWindowOrSetLastError(handle) == nullptr) {
+        return FALSE;
+    }
+    updateWindow(handle);
+    return TRUE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
+}
+
+HDC WINAPI BeginPaint(HWND handle, PAINTSTRUCT* paint) try {
+    return denied(__func__) ? nullptr : beginPaint(handle, *paint);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
+}
+
+BOOL WINAPI EndPaint(HWND handle, const PAINTSTRUCT* paint) {
+    entered(__func__);
+    return endPaint(handle, *paint) ? TRUE : FALSE;
+}
+
+HDC WINAPI GetDC(HWND handle) try {
+    return denied(__func__) ? nullptr : getContext(handle);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
+}
+
+int WINAPI ReleaseDC(HWND handle, HDC context) {
+    entered(__func__);
+    return releaseContext(handle, context) ? 1 : 0;
+}
+
+int WINAPI DrawTextA(HDC context, LPCSTR text, int length, LPRECT place, UINT format) try {
+    if (denied(__func__)) {
+        return 0;
+    }
+    Machine& machine = Machine::current();
+    const DeviceContext* const target = machine.graphics.context(context);
+    if (target == nullptr || (format & DT_CALCRECT) == 0) {
+        SetLastError(target == nullptr ? ERROR_INVALID_HANDLE : ERROR_CALL_NOT_IMPLEMENTED);
+        return 0;
+    }
+    const LOGFONTA* const selected = machine.graphics.font(static_cast<HFONT>(target->font));
+    LOGFONTA font{};
+    font.lfHeight = systemFontHeight;
+    const std::string_view measured =
+        length < 0 ? std::string_view(text) : std::string_view(text, static_cast<std::size_t>(length));
+    const int width =
+        (format & DT_WORDBREAK) != 0 ? place->right - place->left : std::numeric_limits<int>::max();
+    const SIZE extent = machine.windows.peer().textExtent(std::string(measured),
+                                                          selected != nullptr ? *selected : font, width);
+    place->right = place->left + extent.cx;
+    place->bottom = place->top + extent.cy;
+    return extent.cy;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
+}
+
+// The icons and cursors of the system itself, by their numbers; the peer knows what they look like.
+HICON WINAPI LoadIconA(HINSTANCE instance, LPCSTR name) {
+    if (denied(__func__)) {
+        return nullptr;
+    }
+    const auto number = reinterpret_cast<ULONG_PTR>(name);
+    if (instance != nullptr || number < reinterpret_cast<ULONG_PTR>(IDI_APPLICATION) ||
+        number > reinterpret_cast<ULONG_PTR>(IDI_ASTERISK)) {
+        SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
+        return nullptr;
+    }
+    return reinterpret_cast<HICON>(number);
+}
+
+HCURSOR WINAPI LoadCursorA(HINSTANCE instance, LPCSTR name) {
+    if (denied(__func__)) {
+        return nullptr;
+    }
+    if (instance != nullptr || name != IDC_ARROW) {
+        SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
+        return nullptr;
+    }
+    return reinterpret_cast<HCURSOR>(reinterpret_cast<ULONG_PTR>(name));
+}

@@ -1,0 +1,183 @@
+// Visibility, input focus and geometry of windows.
+#include "winlayer/base/last_error.h"
+#include "winlayer/machine.h"
+#include "winlayer/windows/window_focus.h"
+#include "winlayer/windows/window_geometry.h"
+#include "winlayer/windows/window_paint.h"
+#include "winlayer/windows/window_position.h"
+#include "winlayer/windows/window_tree.h"
+
+using namespace winlayer;
+
+namespace {
+
+Windows& windows() {
+    return Machine::current().windows;
+}
+
+// Where a window's client coordinates begin on the screen; null stands for the screen itself.
+bool originOf(HWND handle, POINT& origin) {
+    origin = {};
+    if (handle == nullptr) {
+        return true;
+    }
+    const auto window = findWindowOrSetLastError(handle);
+    if (window != nullptr) {
+        origin = clientOrigin(*window);
+    }
+    return window != nullptr;
+}
+
+BOOL translate(LPPOINT point, POINT by, LONG sign) {
+    *point = {point->x + sign * by.x, point->y + sign * by.y};
+    return TRUE;
+}
+
+}  // namespace
+
+BOOL WINAPI ShowWindow(HWND window, int command) try {
+    return !denied(__func__) && showWindow(window, command) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
+}
+
+BOOL WINAPI IsWindowVisible(HWND handle) {
+    const auto window = windowFor(__func__, handle);
+    return window != nullptr && isVisible(*window) ? TRUE : FALSE;
+}
+
+BOOL WINAPI EnableWindow(HWND window, BOOL enable) try {
+    return !denied(__func__) && enableWindow(window, enable != FALSE) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
+}
+
+BOOL WINAPI IsWindowEnabled(HWND handle) {
+    const auto window = windowFor(__func__, handle);
+    return window != nullptr && !window->has(WS_DISABLED) ? TRUE : FALSE;
+}
+
+HWND WINAPI SetFocus(HWND window) try {
+    return denied(__func__) ? nullptr : setFocus(window);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
+}
+
+HWND WINAPI GetFocus() {
+    entered(__func__);
+    return windows().focus;
+}
+
+HWND WINAPI SetActiveWindow(HWND handle) try {
+    const HWND previous = windows().active;
+    const auto window = windowFor(__func__, handle);
+    return window != nullptr && activate(handle) ? previous : nullptr;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
+}
+
+HWND WINAPI GetActiveWindow() {
+    entered(__func__);
+    return windows().active;
+}
+
+HWND WINAPI SetCapture(HWND handle) {
+    const auto window = windowFor(__func__, handle);
+    return window != nullptr ? setCapture(handle) : nullptr;
+}
+
+HWND WINAPI GetCapture() {
+    entered(__func__);
+    return windows().capture;
+}
+
+BOOL WINAPI ReleaseCapture() {
+    if (denied(__func__)) {
+        return FALSE;
+    }
+    setCapture(nullptr);
+    return TRUE;
+}
+
+SHORT WINAPI GetKeyState(int key) {
+    entered(__func__);
+    return key >= 0 && key < 256 && windows().keysDown[static_cast<std::size_t>(key)] ? SHORT{-128}
+                                                                                      : SHORT{0};
+}
+
+BOOL WINAPI MoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint) try {
+    if (denied(__func__)) {
+        return FALSE;
+    }
+    const UINT flags = SWP_NOZORDER | SWP_NOACTIVATE | (repaint != FALSE ? 0U : UINT{SWP_NOREDRAW});
+    return setPosition(window, nullptr, x, y, width, height, flags) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
+}
+
+BOOL WINAPI SetWindowPos(HWND window, HWND after, int x, int y, int width, int height, UINT flags) try {
+    return !denied(__func__) && setPosition(window, after, x, y, width, height, flags) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
+}
+
+BOOL WINAPI GetClientRect(HWND handle, LPRECT rectangle) {
+    const auto window = windowFor(__func__, handle);
+    if (window == nullptr) {
+        return FALSE;
+    }
+    const SIZE size = clientSize(*window);
+    *rectangle = {0, 0, size.cx, size.cy};
+    return TRUE;
+}
+
+BOOL WINAPI GetWindowRect(HWND handle, LPRECT rectangle) {
+    const auto window = windowFor(__func__, handle);
+    if (window == nullptr) {
+        return FALSE;
+    }
+    const POINT origin = windowOrigin(*window);
+    *rectangle = {origin.x, origin.y, origin.x + widthOf(window->place), origin.y + heightOf(window->place)};
+    return TRUE;
+}
+
+BOOL WINAPI ScreenToClient(HWND window, LPPOINT point) {
+    POINT origin{};
+    return !denied(__func__) && originOf(window, origin) ? translate(point, origin, -1) : FALSE;
+}
+
+BOOL WINAPI ClientToScreen(HWND window, LPPOINT point) {
+    POINT origin{};
+    return !denied(__func__) && originOf(window, origin) ? translate(point, origin, 1) : FALSE;
+}
+
+int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) {
+    POINT source{};
+    POINT target{};
+    if (denied(__func__) || !originOf(from, source) || !originOf(to, target)) {
+        return 0;
+    }
+    const POINT by{source.x - target.x, source.y - target.y};
+    for (UINT i = 0; i < count; ++i) {
+        translate(points + i, by, 1);
+    }
+    return MAKELONG(static_cast<WORD>(by.x), static_cast<WORD>(by.y));
+}
+
+BOOL WINAPI AdjustWindowRectEx(LPRECT rectangle, DWORD style, BOOL menu, DWORD exStyle) {
+    if (denied(__func__)) {
+        return FALSE;
+    }
+    const RECT border = borders(style, exStyle, menu != FALSE);
+    *rectangle = {rectangle->left - border.left, rectangle->top - border.top, rectangle->right + border.right,
+                  rectangle->bottom + border.bottom};
+    return TRUE;
+}
+
+BOOL WINAPI SetRect(LPRECT rectangle, int left, int top, int right, int bottom) {
+    if (denied(__func__)) {
+        return FALSE;
+    }
+    *rectangle = {left, top, right, bottom};
+    return TRUE;
+}

@@ -1,0 +1,229 @@
+// Window classes, windows and their tree.
+#include <algorithm>
+#include <cstring>
+
+#include "winlayer/base/last_error.h"
+#include "winlayer/machine.h"
+#include "winlayer/windows/window_create.h"
+#include "winlayer/windows/window_tree.h"
+
+using namespace winlayer;
+
+namespace {
+
+WindowClasses& classes() {
+    return Machine::current().windows.classes;
+}
+
+HWND refuse(DWORD error) {
+    SetLastError(error);
+    return nullptr;
+}
+
+HWND neighbour(const Window& window, std::ptrdiff_t distance) {
+    const std::vector<HWND>& siblings = siblingsOf(window);
+    const auto place =
+        std::find(siblings.begin(), siblings.end(), window.handle) - siblings.begin() + distance;
+    const bool inside = place >= 0 && place < std::ssize(siblings);
+    return inside ? siblings[static_cast<std::size_t>(place)] : nullptr;
+}
+
+bool hasWindows(const WindowClass& windowClass, const std::vector<HWND>& windows) {
+    return std::any_of(windows.begin(), windows.end(), [&](HWND handle) {
+        const auto window = findWindow(handle);
+        return window != nullptr &&
+               (window->windowClass.get() == &windowClass || hasWindows(windowClass, window->children));
+    });
+}
+
+// False when the caller's procedure ended the walk.
+bool walk(HWND parent, WNDENUMPROC procedure, LPARAM parameter) {
+    const auto window = findWindow(parent);
+    if (window == nullptr) {
+        return true;
+    }
+    for (const HWND child : std::vector<HWND>(window->children)) {
+        if (findWindow(child) != nullptr &&
+            (procedure(child, parameter) == FALSE || !walk(child, procedure, parameter))) {
+            return false;
+        }
+    }
+    return true;
+}
+
+}  // namespace
+
+ATOM WINAPI RegisterClassA(const WNDCLASSA* request) try {
+    if (denied(__func__)) {
+        return 0;
+    }
+    if (request == nullptr || IS_INTRESOURCE(request->lpszClassName) || request->lpfnWndProc == nullptr ||
+        request->cbWndExtra < 0) {
+        SetLastError(ERROR_INVALID_PARAMETER);
+        return 0;
+    }
+    WindowClass wanted;
+    wanted.name = request->lpszClassName;
+    wanted.style = request->style;
+    wanted.procedure = request->lpfnWndProc;
+    wanted.windowExtra = request->cbWndExtra;
+    wanted.instance = request->hInstance;
+    wanted.icon = request->hIcon;
+    wanted.cursor = request->hCursor;
+    wanted.background = request->hbrBackground;
+    const auto added = classes().add(std::move(wanted));
+    if (added == nullptr) {
+        SetLastError(ERROR_CLASS_ALREADY_EXISTS);
+        return 0;
+    }
+    return added->atom;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(ATOM{0});
+}
+
+BOOL WINAPI UnregisterClassA(LPCSTR name, HINSTANCE) {
+    if (denied(__func__)) {
+        return FALSE;
+    }
+    const auto found = classes().find(name);
+    if (found == nullptr || found->ofSystem) {
+        SetLastError(ERROR_CLASS_DOES_NOT_EXIST);
+        return FALSE;
+    }
+    if (hasWindows(*found, Machine::current().windows.topLevel)) {
+        SetLastError(ERROR_CLASS_HAS_WINDOWS);
+        return FALSE;
+    }
+    return classes().remove(name) ? TRUE : FALSE;
+}
+
+BOOL WINAPI GetClassInfoA(HINSTANCE, LPCSTR name, WNDCLASSA* windowClass) {
+    if (denied(__func__)) {
+        return FALSE;
+    }
+    const auto found = classes().find(name);
+    if (found == nullptr) {
+        SetLastError(ERROR_CLASS_DOES_NOT_EXIST);
+        return FALSE;
+    }
+    *windowClass = {found->style,
+                    found->procedure,
+                    0,
+                    found->windowExtra,
+                    found->instance,
+                    found->icon,
+                    found->cursor,
+                    found->background,
+                    nullptr,
+                    name};
+    return TRUE;
+}
+
+int WINAPI GetClassNameA(HWND handle, LPSTR buffer, int size) {
+    const auto window = windowFor(__func__, handle);
+    if (window == nullptr || size <= 0) {
+        return 0;
+    }
+    const std::string& name = window->windowClass->name;
+    const std::size_t length = std::min(name.size(), static_cast<std::size_t>(size) - 1);
+    std::memcpy(buffer, name.data(), length);
+    buffer[length] = 0;
+    return static_cast<int>(length);
+}
+
+HWND WINAPI CreateWindowExA(DWORD exStyle, LPCSTR className, LPCSTR name, DWORD style, int x, int y,
+                            int width, int height, HWND parent, HMENU menu, HINSTANCE instance,
+                            LPVOID parameter) try {
+    if (denied(__func__)) {
+        return nullptr;
+    }
+    return createWindow({parameter, instance, menu, parent, height, width, y, x, static_cast<LONG>(style),
+                         name, className, exStyle});
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
+}
+
+BOOL WINAPI DestroyWindow(HWND window) {
+    return !denied(__func__) && destroyWindow(window) ? TRUE : FALSE;
+}
+
+BOOL WINAPI IsWindow(HWND window) {
+    entered(__func__);
+    return findWindow(window) != nullptr ? TRUE : FALSE;
+}
+
+// A child's parent, or the owner of a popup; other windows have none.
+HWND WINAPI GetParent(HWND handle) {
+    const auto window = windowFor(__func__, handle);
+    if (window == nullptr || (window->style & (WS_CHILD | WS_POPUP)) == 0) {
+        return nullptr;
+    }
+    return window->isChild() ? window->parent : window->owner;
+}
+
+HWND WINAPI GetAncestor(HWND handle, UINT which) {
+    const auto window = windowFor(__func__, handle);
+    if (window == nullptr) {
+        return nullptr;
+    }
+    switch (which) {
+        case GA_PARENT:
+            return window->parent;
+        case GA_ROOT:
+            return rootOf(handle);
+        default:
+            return refuse(ERROR_INVALID_PARAMETER);
+    }
+}
+
+HWND WINAPI GetWindow(HWND handle, UINT which) {
+    const auto window = windowFor(__func__, handle);
+    if (window == nullptr) {
+        return nullptr;
+    }
+    switch (which) {
+        case GW_HWNDFIRST:
+            return siblingsOf(*window).front();
+        case GW_HWNDLAST:
+            return siblingsOf(*window).back();
+        case GW_HWNDNEXT:
+            return neighbour(*window, 1);
+        case GW_HWNDPREV:
+            return neighbour(*window, -1);
+        case GW_OWNER:
+            return window->owner;
+        case GW_CHILD:
+            return window->children.empty() ? nullptr : window->children.front();
+        default:
+            return refuse(ERROR_INVALID_PARAMETER);
+    }
+}
+
+HWND WINAPI GetDlgItem(HWND dialog, int id) {
+    const auto window = windowFor(__func__, dialog);
+    const auto child = window != nullptr ? childById(*window, id) : nullptr;
+    if (window != nullptr && child == nullptr) {
+        SetLastError(ERROR_CONTROL_ID_NOT_FOUND);
+    }
+    return child != nullptr ? child->handle : nullptr;
+}
+
+int WINAPI GetDlgCtrlID(HWND handle) {
+    const auto window = windowFor(__func__, handle);
+    return window != nullptr ? static_cast<int>(window->id) : 0;
+}
+
+BOOL WINAPI IsChild(HWND parent, HWND window) {
+    entered(__func__);
+    return isBelow(parent, window) ? TRUE : FALSE;
+}
+
+BOOL WINAPI EnumChildWindows(HWND parent, WNDENUMPROC procedure, LPARAM parameter) try {
+    if (denied(__func__) || findWindowOrSetLastError(parent) == nullptr) {
+        return FALSE;
+    }
+    walk(parent, procedure, parameter);
+    return TRUE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
+}
