@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "winlayer/dialogs/system_classes.h"
 #include "winlayer/host_files/host_folder.h"
 
 namespace winlayer {
@@ -57,12 +58,15 @@ Machine& defaultMachine() {
 
 }  // namespace
 
-Machine::Machine(WindowsVersion windowsVersion) : version(windowsVersion) {
+Machine::Machine(WindowsVersion windowsVersion) {
+    version = windowsVersion;
     if (!hasLongPathNames(version)) {
         modules.removeFunction(modules.find("kernel32.dll"), "GetLongPathNameA");
     }
+    addSystemClasses(windows.classes);
     modules.addSystemModule(
-        "riched32.dll", [this] { windows.addRichEditClass(); }, [this] { windows.removeRichEditClass(); });
+        "riched32.dll", [this] { addRichEditClass(windows.classes); },
+        [this] { removeRichEditClass(windows.classes); });
     drives.mountPrivateFolder('C');
     drives.mountFolder('Z', "/");
 }
@@ -92,12 +96,69 @@ Machine& Machine::current() {
     return machine != nullptr ? *machine : defaultMachine();
 }
 
-std::string Machine::windowsDirectory() const {
-    return isNt(version) && version < WindowsVersion::XP ? "C:\\WINNT" : "C:\\WINDOWS";
+// What the areas know of a machine: each its own part of the current one.
+SystemSettings& SystemSettings::current() {
+    return Machine::current();
 }
 
-std::string Machine::systemDirectory() const {
-    return windowsDirectory() + (isNt(version) ? "\\SYSTEM32" : "\\SYSTEM");
+Gate& Gate::current() {
+    return Machine::current().gate;
+}
+
+Drives& Drives::current() {
+    return Machine::current().drives;
+}
+
+HandleTable& HandleTable::current() {
+    return Machine::current().handles;
+}
+
+NamedEvents& NamedEvents::current() {
+    return Machine::current().namedEvents;
+}
+
+LocalMemory& LocalMemory::current() {
+    return Machine::current().localMemory;
+}
+
+Registry& Registry::current() {
+    return Machine::current().registry;
+}
+
+Security& Security::current() {
+    return Machine::current().security;
+}
+
+Clock& Clock::current() {
+    return Machine::current().clock;
+}
+
+MessageQueues& MessageQueues::current() {
+    return Machine::current().messages;
+}
+
+Windows& Windows::current() {
+    return Machine::current().windows;
+}
+
+Graphics& Graphics::current() {
+    return Machine::current().graphics;
+}
+
+Modules& Modules::current() {
+    return Machine::current().modules;
+}
+
+Shell& Shell::current() {
+    return Machine::current().shell;
+}
+
+Com& Com::current() {
+    return Machine::current().com;
+}
+
+Installer& Installer::current() {
+    return Machine::current().installer;
 }
 
 ScopedMachine::ScopedMachine(WindowsVersion version)

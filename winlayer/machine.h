@@ -5,9 +5,10 @@
 #include "winlayer/base/clock.h"
 #include "winlayer/base/gate.h"
 #include "winlayer/base/handle_table.h"
+#include "winlayer/base/local_memory.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/files/drives.h"
 #include "winlayer/gdi/graphics.h"
-#include "winlayer/kernel/local_memory.h"
 #include "winlayer/kernel/named_events.h"
 #include "winlayer/modules/modules.h"
 #include "winlayer/registry/registry.h"
@@ -20,19 +21,12 @@
 
 namespace winlayer {
 
-enum class WindowsVersion { Windows95, Windows98, WindowsMe, NT351, NT4, Windows2000, XP, Later };
-
-// Windows NT and its successors: drives are reached by disk IOCTLs, others through VWIN32.
-constexpr bool isNt(WindowsVersion version) {
-    return version >= WindowsVersion::NT351;
-}
-
 // Everything the layer pretends to be: a Windows XP (or what it is made as) with the drives C:, a private
 // folder with the Windows directories that is made on first use and removed with the machine, and Z:, the
 // host's root; the current directory is "C:\\". A program gets one on first use, which lasts until the
 // program ends and starts in the host's current directory, seen through Z:. A test makes its own with
 // ScopedMachine. The members are plain: a test or program sets what it wants before the product runs.
-class Machine {
+class Machine : public SystemSettings {
 public:
     explicit Machine(WindowsVersion windowsVersion = WindowsVersion::XP);
     ~Machine();
@@ -41,19 +35,9 @@ public:
 
     static Machine& current();
 
-    // "C:\\WINDOWS" or, before XP on NT, "C:\\WINNT", and the system directory in it.
-    std::string windowsDirectory() const;
-    std::string systemDirectory() const;
-
     // Puts MSI.DLL, which works on `installer`, among the system's modules; without it there is none. Gives
     // its handle, so that a test can take functions away.
     HMODULE addInstallerLibrary();
-
-    WindowsVersion version;
-    std::string computerName = "WORKSTATION";  // ANSI
-    UINT ansiCodePage = 1252;                  // 1252 or 65001 ...: what code_pages.h supports
-    WORD language = 0x0407;                    // German; 0x0409 English: language of system messages
-    UINT errorMode = 0;                        // SetErrorMode's value
 
     Gate gate;
     Drives drives{*this};
@@ -66,7 +50,7 @@ public:
     MessageQueues messages;
     Windows windows;
     Graphics graphics;
-    Modules modules{*this};
+    Modules modules{*this, drives};
     Shell shell;
     Com com;
     Installer installer;

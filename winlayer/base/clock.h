@@ -8,6 +8,9 @@ namespace winlayer {
 // and Sleep, which then costs no time.
 class Clock {
 public:
+    // The current machine's.
+    static Clock& current();
+
     // Nanoseconds since an arbitrary start.
     std::int64_t now() const;
     void stop();

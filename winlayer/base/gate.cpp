@@ -1,7 +1,5 @@
 #include "winlayer/base/gate.h"
 
-#include "winlayer/machine.h"
-
 namespace winlayer {
 
 Gate::~Gate() {
@@ -106,7 +104,7 @@ DWORD Gate::plannedError(const char* function) {
 }
 
 DWORD enterCurrentGate(const char* function, bool canFail) {
-    return Machine::current().gate.enter(function, canFail);
+    return Gate::current().enter(function, canFail);
 }
 
 bool enterCurrentGateOrSetLastError(const char* function) {

@@ -15,6 +15,9 @@ namespace winlayer {
 // load. Thread rule: any thread may enter; the plan is changed while no other thread is inside the layer.
 class Gate {
 public:
+    // The current machine's.
+    static Gate& current();
+
     Gate() = default;
     Gate(const Gate&) = delete;
     Gate& operator=(const Gate&) = delete;

@@ -27,6 +27,9 @@ public:
 // predefined key. Thread rule: every operation may be called from any thread.
 class HandleTable {
 public:
+    // The current machine's.
+    static HandleTable& current();
+
     // Null when all 65,536 places are taken (ERROR_TOO_MANY_OPEN_FILES to the caller).
     HANDLE add(std::shared_ptr<KernelObject> object);
 

@@ -4,12 +4,12 @@
 #include <utility>
 
 #include "winlayer/include/commctrl.h"
-#include "winlayer/machine.h"
+#include "winlayer/windows/window_system.h"
 
 namespace winlayer {
 
 void ProgressControl::changed() {
-    Machine::current().windows.peer().stateChanged(window_.handle);
+    Windows::current().peer().stateChanged(window_.handle);
 }
 
 LRESULT ProgressControl::setRange(int low, int high) {

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <array>
 
-#include "winlayer/machine.h"
+#include "winlayer/base/system_settings.h"
+#include "winlayer/windows/window_system.h"
 
 namespace winlayer {
 
@@ -33,7 +34,7 @@ std::string readAll(EDITSTREAM& stream) {
 void RichEditControl::show(RichText content) {
     content_ = std::move(content);
     window_.text = content_.text;
-    Peer& peer = Machine::current().windows.peer();
+    Peer& peer = Windows::current().peer();
     peer.textChanged(window_.handle);
     peer.stateChanged(window_.handle);
 }
@@ -45,7 +46,7 @@ LRESULT RichEditControl::streamIn(WPARAM format, EDITSTREAM& stream) {
     }
     if (format == SF_TEXT) {
         show(plainText(std::move(bytes)));
-    } else if (auto content = readRtf(bytes, Machine::current().ansiCodePage);
+    } else if (auto content = readRtf(bytes, SystemSettings::current().ansiCodePage);
                format == SF_RTF && content.has_value()) {
         show(std::move(*content));
     } else {

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "winlayer/machine.h"
 #include "winlayer/windows/message_send.h"
+#include "winlayer/windows/window_system.h"
 
 namespace winlayer {
 
@@ -21,7 +21,7 @@ LRESULT StaticControl::message(UINT message, WPARAM wParam, LPARAM lParam) {
             return reinterpret_cast<LRESULT>(icon_);
         case STM_SETICON: {
             const HICON old = std::exchange(icon_, reinterpret_cast<HICON>(wParam));
-            Machine::current().windows.peer().stateChanged(window_.handle);
+            Windows::current().peer().stateChanged(window_.handle);
             return reinterpret_cast<LRESULT>(old);
         }
         case WM_LBUTTONDOWN:

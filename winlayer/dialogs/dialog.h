@@ -35,8 +35,6 @@ void setDefaultButton(Window& dialog, WORD id);
 LOGFONTA describe(const DialogFont& font);
 // Makes the font of the dialog's template and tells the dialog (WM_SETFONT).
 void giveDialogFont(Window& dialog);
-// The dialog is gone: its font goes too.
-void deleteDialogFont(const Window& dialog);
 
 // Pixels of a place in dialog units, 4 by 8 of which are `baseUnits`.
 RECT fromDialogUnits(const SIZE& baseUnits, const RECT& rectangle);

@@ -2,13 +2,13 @@
 
 #include "winlayer/dialogs/dialog.h"
 #include "winlayer/dialogs/dialog_navigation.h"
-#include "winlayer/machine.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_create.h"
 #include "winlayer/windows/window_focus.h"
 #include "winlayer/windows/window_geometry.h"
 #include "winlayer/windows/window_paint.h"
 #include "winlayer/windows/window_position.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 namespace winlayer {
@@ -38,7 +38,7 @@ POINT placeOf(const DialogTemplate& dialog, const SIZE& units, const SIZE& size,
     const auto parentWindow = findWindow(parent);
     const bool child = (dialog.style & WS_CHILD) != 0;
     if ((dialog.style & DS_CENTER) != 0 && !child) {
-        const RECT screen = Machine::current().windows.peer().workArea();
+        const RECT screen = Windows::current().peer().workArea();
         return {(screen.left + screen.right - size.cx) / 2, (screen.top + screen.bottom - size.cy) / 2};
     }
     const bool relative = (dialog.style & (WS_CHILD | DS_ABSALIGN)) == 0 && parentWindow != nullptr;

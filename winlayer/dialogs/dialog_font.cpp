@@ -2,8 +2,9 @@
 #include <cstring>
 
 #include "winlayer/dialogs/dialog.h"
-#include "winlayer/machine.h"
+#include "winlayer/gdi/graphics.h"
 #include "winlayer/windows/message_send.h"
+#include "winlayer/windows/window_system.h"
 
 namespace winlayer {
 namespace {
@@ -24,16 +25,10 @@ LOGFONTA describe(const DialogFont& font) {
 }
 
 void giveDialogFont(Window& dialog) {
-    const HGDIOBJ font = Machine::current().graphics.add(Font{describe(*dialog.dialog->font)});
+    const HGDIOBJ font = Graphics::current().add(Font{describe(*dialog.dialog->font)});
     dialog.dialog->ownFont = dialog.font = static_cast<HFONT>(font);
-    Machine::current().windows.peer().fontChanged(dialog.handle);
+    Windows::current().peer().fontChanged(dialog.handle);
     sendMessage(dialog.handle, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
-}
-
-void deleteDialogFont(const Window& dialog) {
-    if (dialog.dialog != nullptr && dialog.dialog->ownFont != nullptr) {
-        Machine::current().graphics.remove(dialog.dialog->ownFont);
-    }
 }
 
 }  // namespace winlayer

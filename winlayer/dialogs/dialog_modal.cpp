@@ -1,6 +1,6 @@
 #include "winlayer/base/last_error.h"
 #include "winlayer/dialogs/dialog.h"
-#include "winlayer/machine.h"
+#include "winlayer/windows/message_queue.h"
 #include "winlayer/windows/message_retrieval.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_create.h"
@@ -30,7 +30,7 @@ void runLoop(const Window& dialog) try {
             waitForMessage({}, message);
         }
         if (message.message == WM_QUIT) {
-            Machine::current().messages.postQuit(GetCurrentThreadId(), static_cast<int>(message.wParam));
+            MessageQueues::current().postQuit(GetCurrentThreadId(), static_cast<int>(message.wParam));
             return;
         }
         if (!handleDialogMessage(dialog.handle, message)) {

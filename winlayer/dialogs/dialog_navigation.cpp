@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "winlayer/machine.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_tree.h"
 
@@ -49,7 +49,7 @@ HWND walkRound(const std::vector<HWND>& controls, HWND from, bool backwards, Tes
 }
 
 char lowerCase(char letter) {
-    UINT codePage = Machine::current().ansiCodePage;
+    UINT codePage = SystemSettings::current().ansiCodePage;
     const auto byte = static_cast<unsigned char>(letter);
     const bool latin = codePage == 1252 && byte >= 0xC0 && byte <= 0xDE && byte != 0xD7;
     return (byte >= 'A' && byte <= 'Z') || latin ? static_cast<char>(byte + 0x20) : letter;

@@ -1,10 +1,11 @@
 #include <cstring>
 
+#include "winlayer/base/gate.h"
 #include "winlayer/dialogs/dialog.h"
 #include "winlayer/dialogs/dialog_navigation.h"
-#include "winlayer/machine.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_focus.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 namespace winlayer {
@@ -27,13 +28,13 @@ bool answersDirectly(UINT message) {
 }
 
 bool hasFocusWithin(const Window& dialog) {
-    const HWND focus = Machine::current().windows.focus;
+    const HWND focus = winlayer::Windows::current().focus;
     return focus != nullptr && isBelow(dialog.handle, focus);
 }
 
 void saveFocus(Window& dialog) {
     if (hasFocusWithin(dialog)) {
-        dialog.dialog->savedFocus = Machine::current().windows.focus;
+        dialog.dialog->savedFocus = winlayer::Windows::current().focus;
     }
 }
 
@@ -71,7 +72,7 @@ LRESULT close(const Window& dialog) {
 LRESULT moveFocus(const Window& dialog, WPARAM wParam, LPARAM lParam) {
     const HWND next = LOWORD(static_cast<DWORD_PTR>(lParam)) != 0
                           ? reinterpret_cast<HWND>(wParam)
-                          : nextTabItem(dialog, Machine::current().windows.focus, wParam != 0);
+                          : nextTabItem(dialog, winlayer::Windows::current().focus, wParam != 0);
     if (next != nullptr) {
         focusControl(dialog, next);
     }
@@ -134,7 +135,7 @@ void focusControl(const Window& dialog, HWND control) {
 }
 
 void showWhatEnterPresses(const Window& dialog) {
-    const HWND control = Machine::current().windows.focus;
+    const HWND control = winlayer::Windows::current().focus;
     if (dialog.dialog == nullptr || control == nullptr || !isBelow(dialog.handle, control)) {
         return;
     }

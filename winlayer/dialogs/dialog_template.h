@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "winlayer/include/windows.h"
+#include "winlayer/windows/dialog_state.h"
 
 namespace winlayer {
 
@@ -15,13 +15,6 @@ struct TemplateName {
 
     // As the API takes it: the text, or the number in place of its address.
     LPCSTR asParameter() const { return number != 0 ? MAKEINTRESOURCEA(number) : text.c_str(); }
-};
-
-struct DialogFont {
-    int points = 0;
-    int weight = 0;
-    bool italic = false;
-    std::string face;  // ANSI
 };
 
 // Places and sizes are in dialog units.

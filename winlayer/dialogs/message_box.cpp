@@ -4,9 +4,10 @@
 #include <limits>
 #include <map>
 
+#include "winlayer/base/system_settings.h"
 #include "winlayer/dialogs/dialog.h"
-#include "winlayer/machine.h"
 #include "winlayer/windows/message_send.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 namespace winlayer {
@@ -54,7 +55,7 @@ const char* captionOf(int button) {
         {IDNO, {"&Nein", "&No"}},
     };
     constexpr WORD german = 0x07;
-    const bool isGerman = (Machine::current().language & 0x3FF) == german;
+    const bool isGerman = (SystemSettings::current().language & 0x3FF) == german;
     return isGerman ? captions.at(button).german : captions.at(button).english;
 }
 
@@ -75,14 +76,14 @@ LPCSTR iconOf(UINT style) {
 
 // The room that a text takes as it is drawn, broken to lines of `width` pixels, in whole dialog units.
 SIZE roomFor(const char* text, const LOGFONTA& font, const SIZE& units, int width) {
-    const SIZE drawn = Machine::current().windows.peer().textExtent(text, font, width);
+    const SIZE drawn = Windows::current().peer().textExtent(text, font, width);
     return {(drawn.cx * 4 + units.cx - 1) / units.cx, (drawn.cy * 8 + units.cy - 1) / units.cy};
 }
 
 // Captions are bold and never broken; one that is wider than the screen is cut.
 int captionWidth(const char* caption, LOGFONTA font, const SIZE& units) {
     font.lfWeight = FW_BOLD;
-    const RECT screen = Machine::current().windows.peer().workArea();
+    const RECT screen = Windows::current().peer().workArea();
     const auto widest = static_cast<int>((screen.right - screen.left) * 4 / units.cx) - 2 * margin;
     const auto width = static_cast<int>(roomFor(caption, font, units, std::numeric_limits<int>::max()).cx);
     return std::min(width + captionMargins, widest);
@@ -186,7 +187,7 @@ int showMessageBox(HWND owner, LPCSTR text, LPCSTR caption, UINT style) {
         SetLastError(ERROR_INVALID_PARAMETER);
         return 0;
     }
-    const char* const untitled = (Machine::current().language & 0x3FF) == 0x07 ? "Fehler" : "Error";
+    const char* const untitled = (SystemSettings::current().language & 0x3FF) == 0x07 ? "Fehler" : "Error";
     const DialogTemplate box =
         design(text != nullptr ? text : "", caption != nullptr ? caption : untitled, style, buttons);
     const INT_PTR pressed = runDialog(box, {nullptr, owner, boxProcedure, static_cast<LPARAM>(style)});

@@ -1,9 +1,11 @@
 // Dialogs and their controls.
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/dialogs/dialog.h"
 #include "winlayer/dialogs/dialog_navigation.h"
 #include "winlayer/dialogs/message_box.h"
-#include "winlayer/machine.h"
+#include "winlayer/modules/modules.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_tree.h"
 
@@ -15,7 +17,7 @@ namespace {
 constexpr std::size_t unknownSize = std::size_t{1} << 24;
 
 std::optional<DialogTemplate> read(std::span<const BYTE> bytes) {
-    auto dialog = readDialogTemplate(bytes, Machine::current().ansiCodePage);
+    auto dialog = readDialogTemplate(bytes, winlayer::SystemSettings::current().ansiCodePage);
     if (!dialog) {
         SetLastError(ERROR_RESOURCE_DATA_NOT_FOUND);
     }
@@ -31,7 +33,8 @@ std::optional<DialogTemplate> readAt(LPCDLGTEMPLATEA address) {
 }
 
 std::optional<DialogTemplate> load(HINSTANCE instance, LPCSTR name) {
-    const auto bytes = Machine::current().modules.resource(instance, ResourceId(RT_DIALOG), ResourceId(name));
+    const auto bytes =
+        winlayer::Modules::current().resource(instance, ResourceId(RT_DIALOG), ResourceId(name));
     if (bytes.empty()) {
         SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
         return std::nullopt;

@@ -14,14 +14,15 @@
 #include <cstdlib>
 #include <utility>
 
+#include "winlayer/base/system_settings.h"
 #include "winlayer/dialogs/control_button.h"
 #include "winlayer/dialogs/control_progress.h"
 #include "winlayer/dialogs/control_rich_edit.h"
 #include "winlayer/dialogs/control_static.h"
 #include "winlayer/display/qt_rich_text.h"
 #include "winlayer/gdi/surface.h"
-#include "winlayer/machine.h"
 #include "winlayer/text/code_pages.h"
+#include "winlayer/windows/window_system.h"
 
 namespace winlayer {
 namespace {
@@ -67,7 +68,7 @@ QPalette classicPalette() {
 }
 
 QString textOf(const Window& window) {
-    return QString::fromStdString(toUtf8(Machine::current(), window.text));
+    return QString::fromStdString(toUtf8(SystemSettings::current(), window.text));
 }
 
 // A label's text as it is read: "&" marks a mnemonic, "&&" is the character.
@@ -87,7 +88,7 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* /*event*/) override {
-        const auto window = Machine::current().windows.find(window_);
+        const auto window = Windows::current().find(window_);
         QPainter painter(this);
         painter.fillRect(rect(), QColor(faceColour));
         if (window != nullptr && window->surface != nullptr) {

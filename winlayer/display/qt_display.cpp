@@ -13,11 +13,13 @@
 #include <chrono>
 #include <cstdlib>
 
+#include "winlayer/base/clock.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/display/display.h"
-#include "winlayer/machine.h"
 #include "winlayer/text/code_pages.h"
 #include "winlayer/windows/window_geometry.h"
 #include "winlayer/windows/window_position.h"
+#include "winlayer/windows/window_system.h"
 
 namespace winlayer {
 namespace {
@@ -74,7 +76,7 @@ QtDisplay::~QtDisplay() {
 }
 
 void QtDisplay::created(HWND window) {
-    const auto facts = Machine::current().windows.find(window);
+    const auto facts = winlayer::Windows::current().find(window);
     QWidget* made = makeWidget(*facts, widget(facts->isChild() ? facts->parent : facts->owner));
     widgets_[window] = made;
     input_.watch(*made, window);
@@ -94,7 +96,7 @@ void QtDisplay::destroyed(HWND window) {
 }
 
 void QtDisplay::moved(HWND window) {
-    const auto facts = Machine::current().windows.find(window);
+    const auto facts = winlayer::Windows::current().find(window);
     QWidget* const moving = widget(window);
     const QRect place = placeOf(*facts);
     if (!facts->isChild() && !facts->has(WS_THICKFRAME)) {
@@ -107,8 +109,8 @@ void QtDisplay::moved(HWND window) {
 
 // Children are listed with the topmost first; raising them from the last to the first gives that order.
 void QtDisplay::restacked(HWND window) {
-    const auto facts = Machine::current().windows.find(window);
-    if (const auto parent = Machine::current().windows.find(facts->parent)) {
+    const auto facts = winlayer::Windows::current().find(window);
+    if (const auto parent = winlayer::Windows::current().find(facts->parent)) {
         std::for_each(parent->children.rbegin(), parent->children.rend(), [&](HWND child) {
             if (QWidget* shown = widget(child)) shown->raise();
         });
@@ -127,7 +129,7 @@ void QtDisplay::limitSize(const Window& window) {
 }
 
 void QtDisplay::shown(HWND window, bool visible) {
-    const auto facts = Machine::current().windows.find(window);
+    const auto facts = winlayer::Windows::current().find(window);
     if (facts->has(WS_THICKFRAME)) limitSize(*facts);
     widget(window)->setVisible(visible);
     followFocus();
@@ -136,7 +138,7 @@ void QtDisplay::shown(HWND window, bool visible) {
 // A window that is disabled keeps the user out, but does not look different, and nor do its controls: Qt,
 // which would grey them all, is told of controls only.
 void QtDisplay::enabled(HWND window, bool enabled) {
-    if (Machine::current().windows.find(window)->control != nullptr) {
+    if (winlayer::Windows::current().find(window)->control != nullptr) {
         widget(window)->setEnabled(enabled);
         followFocus();
     }
@@ -169,7 +171,7 @@ RECT QtDisplay::workArea() const {
 
 // As labels draw it.
 SIZE QtDisplay::textExtent(const std::string& text, const LOGFONTA& font, int width) const {
-    const QString shown = QString::fromStdString(toUtf8(Machine::current(), text));
+    const QString shown = QString::fromStdString(toUtf8(winlayer::SystemSettings::current(), text));
     const QRect needed = QFontMetrics(fontOf(font))
                              .boundingRect(QRect(0, 0, width, QWIDGETSIZE_MAX),
                                            Qt::AlignLeft | Qt::AlignTop | Qt::TextWordWrap, shown);
@@ -183,7 +185,7 @@ void QtDisplay::poll() {
 
 // A stopped clock moves only when it is told to, so there is nothing to wait for but what is there already.
 void QtDisplay::wait(std::optional<std::int64_t> until) {
-    const Clock& clock = Machine::current().clock;
+    const Clock& clock = winlayer::Clock::current();
     if (clock.stopped()) {
         poll();
         Peer::wait(until);
@@ -210,7 +212,7 @@ bool QtDisplay::capture(HWND window, const std::string& file) {
 
 // Qt passes the focus on by itself when a widget is hidden or disabled.
 void QtDisplay::followFocus() {
-    QWidget* const wanted = widget(Machine::current().windows.focus);
+    QWidget* const wanted = widget(winlayer::Windows::current().focus);
     if (wanted != nullptr && wanted->isEnabled()) {
         wanted->setFocus();
     } else if (QWidget* const focus = QApplication::focusWidget()) {
@@ -219,7 +221,7 @@ void QtDisplay::followFocus() {
 }
 
 void QtDisplay::refresh(HWND window) {
-    refreshWidget(*widget(window), *Machine::current().windows.find(window));
+    refreshWidget(*widget(window), *winlayer::Windows::current().find(window));
 }
 
 QWidget* QtDisplay::widget(HWND window) const {

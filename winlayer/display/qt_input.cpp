@@ -5,9 +5,10 @@
 #include <string>
 #include <utility>
 
-#include "winlayer/machine.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/text/code_pages.h"
 #include "winlayer/windows/input.h"
+#include "winlayer/windows/window_system.h"
 
 namespace winlayer {
 namespace {
@@ -47,7 +48,7 @@ void follow(HWND window, const QRect& shown) {
 // The release of a key that is held down when another window comes to the front goes there.
 void releaseModifiers() {
     for (const UINT modifier : {UINT{VK_SHIFT}, UINT{VK_CONTROL}}) {
-        if (Machine::current().windows.keysDown[modifier]) keyUp(modifier);
+        if (Windows::current().keysDown[modifier]) keyUp(modifier);
     }
 }
 
@@ -114,7 +115,7 @@ bool QtInput::eventFilter(QObject* object, QEvent* event) {
 // The desktop lets the user bring a window to the front that a modal dialog has disabled; the dialog then
 // comes before it again. (Qt's own modality would take the keys away that go to the dialog meanwhile.)
 void QtInput::keepInFront(HWND window) const {
-    const HWND active = Machine::current().windows.active;
+    const HWND active = Windows::current().active;
     if (active == window || IsWindowEnabled(window)) return;
     for (const auto& [object, each] : windows_) {
         auto* const widget = qobject_cast<QWidget*>(object);
@@ -139,7 +140,8 @@ bool QtInput::key(const QKeyEvent& event, bool down) {
     const bool alt = (event.modifiers() & Qt::AltModifier) != 0;
     if (const UINT code = virtualKey(event.key())) {
         (down ? keyDown : keyUp)(code, alt);
-    } else if (std::string ansi; down && fromUtf8(Machine::current(), event.text().toStdString(), ansi)) {
+    } else if (std::string ansi;
+               down && fromUtf8(SystemSettings::current(), event.text().toStdString(), ansi)) {
         for (const char each : ansi) character(each, alt);
     }
     return true;

@@ -4,7 +4,7 @@
 #include <QTextList>
 #include <algorithm>
 
-#include "winlayer/machine.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/text/code_pages.h"
 
 namespace winlayer {
@@ -17,7 +17,7 @@ QTextCharFormat characters(const TextFormat& format) {
     QTextCharFormat shown;
     QFont font;
     if (!format.face.empty()) {
-        font.setFamily(QString::fromStdString(toUtf8(Machine::current(), format.face)));
+        font.setFamily(QString::fromStdString(toUtf8(SystemSettings::current(), format.face)));
     }
     font.setPixelSize(std::max(1, format.halfPoints * 96 / 144));
     font.setBold(format.bold);
@@ -53,7 +53,7 @@ void insertRuns(QTextCursor& cursor, const RichText& text, std::size_t start, st
         const std::size_t from = std::max(start, text.runs[i].start);
         const std::size_t to = std::min(end, next);
         if (from < to) {
-            const std::string part = toUtf8(Machine::current(), text.text.substr(from, to - from));
+            const std::string part = toUtf8(SystemSettings::current(), text.text.substr(from, to - from));
             cursor.insertText(QString::fromStdString(part), characters(text.runs[i].format));
         }
     }

@@ -1,7 +1,7 @@
 #include "winlayer/file_system/file_system.h"
 
+#include "winlayer/base/system_settings.h"
 #include "winlayer/file_system/wildcard.h"
-#include "winlayer/machine.h"
 #include "winlayer/text/code_pages.h"
 
 namespace winlayer {
@@ -39,11 +39,11 @@ DWORD FileSystem::search(const std::string& directory, const std::string& patter
     if (const DWORD error = list(directory, entries); error != 0) {
         return error;
     }
-    const Machine& machine = Machine::current();
-    const Wildcard wildcard(toUtf8(machine, pattern));
+    const Wildcard wildcard(toUtf8(SystemSettings::current(), pattern));
     std::erase_if(entries, [&](const FileFacts& entry) {
-        return !wildcard.matches(toUtf8(machine, entry.name)) &&
-               (entry.shortName.empty() || !wildcard.matches(toUtf8(machine, entry.shortName)));
+        return !wildcard.matches(toUtf8(SystemSettings::current(), entry.name)) &&
+               (entry.shortName.empty() ||
+                !wildcard.matches(toUtf8(SystemSettings::current(), entry.shortName)));
     });
     listing = std::make_unique<FixedListing>(std::move(entries));
     return 0;

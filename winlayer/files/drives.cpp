@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "winlayer/base/system_settings.h"
 #include "winlayer/file_system/path_resolution.h"
 #include "winlayer/host_files/host_folder.h"
-#include "winlayer/machine.h"
 #include "winlayer/text/code_pages.h"
 
 namespace winlayer {
@@ -64,7 +64,8 @@ bool liesIn(const std::string& path, const std::string& folder, std::string& bel
 
 }  // namespace
 
-Drives::Drives(const Machine& machine) : machine_(machine), knowledge_(std::make_shared<HostKnowledge>()) {}
+Drives::Drives(const SystemSettings& settings)
+    : settings_(settings), knowledge_(std::make_shared<HostKnowledge>()) {}
 
 Drives::~Drives() = default;
 
@@ -83,11 +84,11 @@ void Drives::mount(char letter, std::shared_ptr<FileSystem> files, UINT type) {
 }
 
 void Drives::mountFolder(char letter, const fs::path& folder, UINT type) {
-    mount(letter, std::make_shared<HostFolder>(machine_, knowledge_, physicalPath(folder / ".")), type);
+    mount(letter, std::make_shared<HostFolder>(settings_, knowledge_, physicalPath(folder / ".")), type);
 }
 
 void Drives::mountPrivateFolder(char letter, UINT type) {
-    mount(letter, std::make_shared<PrivateFolder>(machine_, knowledge_), type);
+    mount(letter, std::make_shared<PrivateFolder>(settings_, knowledge_), type);
 }
 
 void Drives::unmount(char letter) {
@@ -172,7 +173,7 @@ std::string Drives::fromHost(const fs::path& hostPath) const {
     const bool named = letter != 0 && hasWindowsNames(best);
     std::replace(best.begin(), best.end(), '/', '\\');
     std::string ansi;
-    if (!named || !fromUtf8(machine_, best, ansi)) {
+    if (!named || !fromUtf8(settings_, best, ansi)) {
         throw std::invalid_argument("no Windows path leads to " + path);
     }
     return std::string(1, letter) + ":\\" + ansi;

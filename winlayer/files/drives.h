@@ -10,7 +10,7 @@
 
 namespace winlayer {
 
-class Machine;
+struct SystemSettings;
 struct HostKnowledge;
 
 struct Drive {
@@ -22,7 +22,10 @@ struct Drive {
 // are mounted before the product runs; the current directory may change at any time, on any thread.
 class Drives {
 public:
-    explicit Drives(const Machine& machine);
+    // The current machine's.
+    static Drives& current();
+
+    explicit Drives(const SystemSettings& settings);
     ~Drives();
 
     // For a program whose files on the host no other program changes meanwhile or reads before it has closed
@@ -61,7 +64,7 @@ public:
     std::filesystem::path toHost(const std::string& path) const;
 
 private:
-    const Machine& machine_;
+    const SystemSettings& settings_;
     std::shared_ptr<HostKnowledge> knowledge_;
     std::array<std::optional<Drive>, 26> drives_;
     mutable std::mutex currentMutex_;

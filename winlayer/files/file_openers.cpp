@@ -2,9 +2,10 @@
 
 #include <string_view>
 
-#include "winlayer/diskette/vwin32.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/file_system/path_resolution.h"
-#include "winlayer/machine.h"
+#include "winlayer/files/drives.h"
+#include "winlayer/files/vwin32.h"
 
 namespace winlayer {
 
@@ -26,43 +27,44 @@ bool equalsWithoutCase(std::string_view text, std::string_view upperCase) {
 }
 
 // The drives of Windows 95, 98 and Me have no raw devices: VWIN32 stands in for them.
-DWORD openDrive(Machine& machine, std::string_view device, const OpenRequest& request, OpenedFile& opened) {
-    const Drive* drive = isNt(machine.version) ? machine.drives.find(device[0]) : nullptr;
+DWORD openDrive(std::string_view device, const OpenRequest& request, OpenedFile& opened) {
+    const Drive* drive =
+        isNt(SystemSettings::current().version) ? Drives::current().find(device[0]) : nullptr;
     if (drive == nullptr || drive->files == nullptr) {
         return ERROR_FILE_NOT_FOUND;
     }
     return drive->files->openDevice(request, opened.file);
 }
 
-DWORD openVirtualDevice(Machine& machine, OpenedFile& opened) {
-    if (isNt(machine.version)) {
+DWORD openVirtualDevice(OpenedFile& opened) {
+    if (isNt(SystemSettings::current().version)) {
         return ERROR_FILE_NOT_FOUND;
     }
-    opened.file = openVwin32(machine);
+    opened.file = openVwin32(Drives::current());
     return 0;
 }
 
-DWORD openDevice(Machine& machine, std::string_view device, const OpenRequest& request, OpenedFile& opened) {
+DWORD openDevice(std::string_view device, const OpenRequest& request, OpenedFile& opened) {
     if (request.disposition != OPEN_EXISTING) {
         return ERROR_INVALID_PARAMETER;
     }
     opened.existed = true;
     if (device.size() == 2 && device[1] == ':') {
-        return openDrive(machine, device, request, opened);
+        return openDrive(device, request, opened);
     }
     if (equalsWithoutCase(device, "VWIN32") || equalsWithoutCase(device, "VWIN32.VXD")) {
-        return openVirtualDevice(machine, opened);
+        return openVirtualDevice(opened);
     }
     return ERROR_FILE_NOT_FOUND;
 }
 
 }  // namespace
 
-DWORD openByName(Machine& machine, const std::string& name, const OpenRequest& request, OpenedFile& opened) {
+DWORD openByName(const std::string& name, const OpenRequest& request, OpenedFile& opened) {
     if (std::string_view(name).substr(0, devicePrefix.size()) == devicePrefix) {
-        return openDevice(machine, std::string_view(name).substr(devicePrefix.size()), request, opened);
+        return openDevice(std::string_view(name).substr(devicePrefix.size()), request, opened);
     }
-    if (const DWORD error = findTarget(machine, name.c_str(), opened.target); error != 0) {
+    if (const DWORD error = findTarget(name.c_str(), opened.target); error != 0) {
         return error;
     }
     // The name of what is not there yet must not end like that of a directory.

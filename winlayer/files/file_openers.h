@@ -7,8 +7,6 @@
 
 namespace winlayer {
 
-class Machine;
-
 struct OpenedFile {
     std::unique_ptr<OpenFile> file;
     bool existed = false;
@@ -18,6 +16,6 @@ struct OpenedFile {
 
 // Opens what a name stands for: a device when it starts with "\\\\.\\" (a drive's raw device as in
 // "\\\\.\\A:", or VWIN32), otherwise a file on a drive.
-DWORD openByName(Machine& machine, const std::string& name, const OpenRequest& request, OpenedFile& opened);
+DWORD openByName(const std::string& name, const OpenRequest& request, OpenedFile& opened);
 
 }  // namespace winlayer

@@ -1,7 +1,7 @@
 #include "winlayer/files/file_transfer.h"
 
+#include "winlayer/base/handle_table.h"
 #include "winlayer/kernel/event.h"
-#include "winlayer/machine.h"
 
 namespace winlayer {
 
@@ -10,13 +10,13 @@ namespace {
 // The lowest bit of the event handle is a flag for completion ports and no part of the handle.
 std::shared_ptr<EventObject> eventOf(const OVERLAPPED& overlapped) {
     const auto value = reinterpret_cast<std::uintptr_t>(overlapped.hEvent) & ~std::uintptr_t{1};
-    return Machine::current().handles.get<EventObject>(reinterpret_cast<HANDLE>(value));
+    return HandleTable::current().get<EventObject>(reinterpret_cast<HANDLE>(value));
 }
 
 }  // namespace
 
 std::shared_ptr<FileObject> fileWith(HANDLE handle, DWORD access) {
-    auto file = Machine::current().handles.get<FileObject>(handle);
+    auto file = HandleTable::current().get<FileObject>(handle);
     if (file == nullptr) {
         SetLastError(ERROR_INVALID_HANDLE);
     } else if ((file->access & access) != access) {

@@ -1,33 +1,35 @@
 #include <cstring>
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/file_system/path_resolution.h"
+#include "winlayer/files/drives.h"
 #include "winlayer/include/winbase.h"
-#include "winlayer/machine.h"
 
 namespace {
 
 using winlayer::Drive;
-using winlayer::Machine;
 
 // The drive that a root directory such as "A:\" names; a null one is that of the current directory.
-DWORD driveOfRoot(const Machine& machine, LPCSTR root, const Drive*& drive) {
+DWORD driveOfRoot(LPCSTR root, const Drive*& drive) {
     winlayer::ResolvedPath resolved;
     const std::string path = root != nullptr ? root : "\\";
-    if (const DWORD error = resolvePath(path, machine.drives.currentDirectory(), resolved); error != 0) {
+    if (const DWORD error = resolvePath(path, winlayer::Drives::current().currentDirectory(), resolved);
+        error != 0) {
         return error;
     }
-    drive = machine.drives.find(resolved.letter);
+    drive = winlayer::Drives::current().find(resolved.letter);
     return drive == nullptr ? ERROR_PATH_NOT_FOUND : resolved.below.empty() ? 0 : ERROR_DIR_NOT_ROOT;
 }
 
 // The file system of a root given with its separator; otherwise an error code.
-DWORD volumeOf(const Machine& machine, LPCSTR root, std::shared_ptr<winlayer::FileSystem>& files) {
+DWORD volumeOf(LPCSTR root, std::shared_ptr<winlayer::FileSystem>& files) {
     if (root != nullptr && !winlayer::endsWithSeparator(root)) {
         return ERROR_INVALID_NAME;
     }
     const Drive* drive = nullptr;
-    if (const DWORD error = driveOfRoot(machine, root, drive); error != 0) {
+    if (const DWORD error = driveOfRoot(root, drive); error != 0) {
         return error;
     }
     files = drive->files;
@@ -47,13 +49,13 @@ void copyIfWanted(const std::string& text, LPSTR buffer) {
 }  // namespace
 
 DWORD WINAPI GetLogicalDrives() {
-    return winlayer::denied(__func__) ? 0 : Machine::current().drives.letters();
+    return winlayer::denied(__func__) ? 0 : winlayer::Drives::current().letters();
 }
 
 UINT WINAPI GetDriveTypeA(LPCSTR root) try {
     winlayer::entered(__func__);
     const Drive* drive = nullptr;
-    return driveOfRoot(Machine::current(), root, drive) == 0 ? drive->type : DRIVE_NO_ROOT_DIR;
+    return driveOfRoot(root, drive) == 0 ? drive->type : DRIVE_NO_ROOT_DIR;
 } catch (const std::bad_alloc&) {
     return winlayer::outOfMemory(DRIVE_NO_ROOT_DIR);
 }
@@ -66,7 +68,7 @@ BOOL WINAPI GetVolumeInformationA(LPCSTR root, LPSTR label, DWORD labelSize, LPD
     }
     std::shared_ptr<winlayer::FileSystem> files;
     winlayer::VolumeFacts facts;
-    DWORD error = volumeOf(Machine::current(), root, files);
+    DWORD error = volumeOf(root, files);
     if (error == 0) {
         error = files->volume(facts);
     }
@@ -97,7 +99,7 @@ BOOL WINAPI SetVolumeLabelA(LPCSTR root, LPCSTR label) try {
         return FALSE;
     }
     std::shared_ptr<winlayer::FileSystem> files;
-    DWORD error = volumeOf(Machine::current(), root, files);
+    DWORD error = volumeOf(root, files);
     if (error == 0) {
         error = files->setLabel(label == nullptr ? "" : label);
     }

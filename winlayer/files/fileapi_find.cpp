@@ -1,18 +1,19 @@
 #include <algorithm>
 #include <cstring>
 
+#include "winlayer/base/gate.h"
+#include "winlayer/base/handle_table.h"
 #include "winlayer/base/last_error.h"
 #include "winlayer/file_system/path_resolution.h"
 #include "winlayer/file_system/search_object.h"
 #include "winlayer/file_system/wildcard.h"
-#include "winlayer/machine.h"
+#include "winlayer/files/drives.h"
 
 namespace {
 
 using winlayer::FileFacts;
 using winlayer::FileSystem;
 using winlayer::Listing;
-using winlayer::Machine;
 using winlayer::SearchObject;
 
 // The one entry that a pattern without wildcards names.
@@ -41,10 +42,10 @@ std::pair<std::string, std::string> splitPattern(const std::string& pattern) {
     return {pattern.substr(0, start), pattern.substr(start)};
 }
 
-DWORD findOne(Machine& machine, const std::string& path, std::unique_ptr<Listing>& listing) {
+DWORD findOne(const std::string& path, std::unique_ptr<Listing>& listing) {
     std::shared_ptr<FileSystem> files;
     std::string below;
-    DWORD error = machine.drives.resolve(path, files, below);
+    DWORD error = winlayer::Drives::current().resolve(path, files, below);
     // A drive's root is in no directory.
     if (error == 0 && below.empty()) {
         error = ERROR_FILE_NOT_FOUND;
@@ -59,24 +60,23 @@ DWORD findOne(Machine& machine, const std::string& path, std::unique_ptr<Listing
     return error;
 }
 
-DWORD findMany(Machine& machine, const std::string& directory, const std::string& pattern,
-               std::unique_ptr<Listing>& listing) {
+DWORD findMany(const std::string& directory, const std::string& pattern, std::unique_ptr<Listing>& listing) {
     if (pattern.find_first_of("<>\"|:") != std::string::npos) {
         return ERROR_INVALID_NAME;
     }
     std::shared_ptr<FileSystem> files;
     std::string below;
-    const DWORD error = machine.drives.resolve(directory.empty() ? "." : directory, files, below);
+    const DWORD error =
+        winlayer::Drives::current().resolve(directory.empty() ? "." : directory, files, below);
     return error != 0 ? error : files->search(below, pattern, listing);
 }
 
-DWORD find(Machine& machine, const std::string& path, std::unique_ptr<Listing>& listing) {
+DWORD find(const std::string& path, std::unique_ptr<Listing>& listing) {
     const auto [directory, pattern] = splitPattern(path);
     if (pattern.empty()) {
         return ERROR_FILE_NOT_FOUND;
     }
-    return winlayer::hasWildcard(pattern) ? findMany(machine, directory, pattern, listing)
-                                          : findOne(machine, path, listing);
+    return winlayer::hasWildcard(pattern) ? findMany(directory, pattern, listing) : findOne(path, listing);
 }
 
 template <std::size_t size>
@@ -102,10 +102,9 @@ HANDLE WINAPI FindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA data) try {
     if (winlayer::denied(__func__)) {
         return INVALID_HANDLE_VALUE;
     }
-    Machine& machine = Machine::current();
     std::unique_ptr<Listing> listing;
     FileFacts first;
-    DWORD error = pattern == nullptr ? ERROR_PATH_NOT_FOUND : find(machine, pattern, listing);
+    DWORD error = pattern == nullptr ? ERROR_PATH_NOT_FOUND : find(pattern, listing);
     if (error == 0) {
         error = listing->next(first);
     }
@@ -113,7 +112,8 @@ HANDLE WINAPI FindFirstFileA(LPCSTR pattern, LPWIN32_FIND_DATAA data) try {
         return INVALID_HANDLE_VALUE;
     }
     fill(first, *data);
-    const HANDLE handle = machine.handles.add(std::make_shared<SearchObject>(std::move(listing)));
+    const HANDLE handle =
+        winlayer::HandleTable::current().add(std::make_shared<SearchObject>(std::move(listing)));
     if (handle == nullptr) {
         SetLastError(ERROR_TOO_MANY_OPEN_FILES);
         return INVALID_HANDLE_VALUE;
@@ -127,7 +127,7 @@ BOOL WINAPI FindNextFileA(HANDLE search, LPWIN32_FIND_DATAA data) try {
     if (winlayer::denied(__func__)) {
         return FALSE;
     }
-    const auto object = Machine::current().handles.get<SearchObject>(search);
+    const auto object = winlayer::HandleTable::current().get<SearchObject>(search);
     if (object == nullptr) {
         SetLastError(ERROR_INVALID_HANDLE);
         return FALSE;
@@ -146,7 +146,7 @@ BOOL WINAPI FindNextFileA(HANDLE search, LPWIN32_FIND_DATAA data) try {
 // Like CloseHandle, a close that the fault plan fails takes the handle away.
 BOOL WINAPI FindClose(HANDLE search) {
     const DWORD planned = winlayer::deniedCode(__func__);
-    winlayer::HandleTable& handles = Machine::current().handles;
+    winlayer::HandleTable& handles = winlayer::HandleTable::current();
     const bool closed = handles.get<SearchObject>(search) != nullptr && handles.remove(search) != nullptr;
     if (planned != 0 || !closed) {
         SetLastError(planned != 0 ? planned : ERROR_INVALID_HANDLE);

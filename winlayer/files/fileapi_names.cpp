@@ -1,6 +1,7 @@
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/files/path_target.h"
-#include "winlayer/machine.h"
 #include "winlayer/text/case_folding.h"
 #include "winlayer/text/code_pages.h"
 
@@ -8,13 +9,12 @@ namespace {
 
 using winlayer::FileFacts;
 using winlayer::FileSystem;
-using winlayer::Machine;
 
 // Does the work on the file system that a path leads to; true on success, otherwise the last error is set.
 template <class Work>
 bool onPath(LPCSTR path, const Work& work) {
     winlayer::PathTarget target;
-    DWORD error = findTarget(Machine::current(), path, target);
+    DWORD error = findTarget(path, target);
     if (error == 0) {
         error = work(*target.files, target.below);
     }
@@ -23,13 +23,14 @@ bool onPath(LPCSTR path, const Work& work) {
 
 // The current directory must stay: Windows NT has it open, the others refuse by rule.
 DWORD refuseCurrentDirectory(const FileSystem& files, const std::string& below) {
-    const Machine& machine = Machine::current();
     winlayer::PathTarget current;
-    if (findTarget(machine, ".", current) != 0 || current.files.get() != &files ||
-        winlayer::foldCase(toUtf8(machine, current.below)) != winlayer::foldCase(toUtf8(machine, below))) {
+    if (findTarget(".", current) != 0 || current.files.get() != &files ||
+        winlayer::foldCase(toUtf8(winlayer::SystemSettings::current(), current.below)) !=
+            winlayer::foldCase(toUtf8(winlayer::SystemSettings::current(), below))) {
         return 0;
     }
-    return isNt(machine.version) ? ERROR_SHARING_VIOLATION : ERROR_CURRENT_DIRECTORY;
+    return isNt(winlayer::SystemSettings::current().version) ? ERROR_SHARING_VIOLATION
+                                                             : ERROR_CURRENT_DIRECTORY;
 }
 
 }  // namespace

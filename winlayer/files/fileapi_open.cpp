@@ -1,11 +1,11 @@
+#include "winlayer/base/gate.h"
+#include "winlayer/base/handle_table.h"
 #include "winlayer/base/last_error.h"
 #include "winlayer/files/file_openers.h"
-#include "winlayer/machine.h"
 
 namespace {
 
 using winlayer::FileObject;
-using winlayer::Machine;
 using winlayer::OpenedFile;
 using winlayer::OpenRequest;
 
@@ -24,14 +24,14 @@ DWORD checkRequest(LPCSTR name, const OpenRequest& request) {
     return cannotTruncate ? ERROR_INVALID_PARAMETER : 0;
 }
 
-HANDLE handleFor(Machine& machine, OpenedFile opened, const OpenRequest& request, DWORD flags) {
+HANDLE handleFor(OpenedFile opened, const OpenRequest& request, DWORD flags) {
     auto object = std::make_shared<FileObject>(std::move(opened.file), request.access,
                                                (flags & FILE_FLAG_OVERLAPPED) != 0);
     if (request.deleteOnClose) {
         object->deleteFrom = std::move(opened.target.files);
         object->deletePath = std::move(opened.target.below);
     }
-    return machine.handles.add(std::move(object));
+    return winlayer::HandleTable::current().add(std::move(object));
 }
 
 }  // namespace
@@ -47,18 +47,17 @@ HANDLE WINAPI CreateFileA(LPCSTR name, DWORD access, DWORD sharing, LPSECURITY_A
                               flags & attributeMask,
                               (flags & FILE_FLAG_WRITE_THROUGH) != 0,
                               (flags & FILE_FLAG_DELETE_ON_CLOSE) != 0};
-    Machine& machine = Machine::current();
     OpenedFile opened;
     DWORD error = checkRequest(name, request);
     if (error == 0) {
-        error = openByName(machine, name, request, opened);
+        error = openByName(name, request, opened);
     }
     if (!winlayer::succeeded(error)) {
         return INVALID_HANDLE_VALUE;
     }
     const bool reportsExisting = disposition == CREATE_ALWAYS || disposition == OPEN_ALWAYS;
     const bool existed = opened.existed;
-    const HANDLE handle = handleFor(machine, std::move(opened), request, flags);
+    const HANDLE handle = handleFor(std::move(opened), request, flags);
     if (handle == nullptr) {
         SetLastError(ERROR_TOO_MANY_OPEN_FILES);
         return INVALID_HANDLE_VALUE;

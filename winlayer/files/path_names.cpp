@@ -1,25 +1,26 @@
 #include <algorithm>
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/base/text_result.h"
 #include "winlayer/file_system/path_resolution.h"
+#include "winlayer/files/drives.h"
 #include "winlayer/include/sysinfoapi.h"
 #include "winlayer/include/winbase.h"
-#include "winlayer/machine.h"
 
 namespace {
 
 using winlayer::FileFacts;
 using winlayer::giveText;
 using winlayer::isSeparator;
-using winlayer::Machine;
 
 // Rewrites each element of a path as `rewrite` tells from the facts of what it names; drive, separators, "."
 // and
 // ".." stay as they are.
 template <class Rewrite>
 DWORD rewriteElements(const std::string& path, const Rewrite& rewrite, std::string& rewritten) {
-    const winlayer::Drives& drives = Machine::current().drives;
+    const winlayer::Drives& drives = winlayer::Drives::current();
     std::size_t start = path.size() >= 2 && path[1] == ':' ? 2 : 0;
     rewritten = path.substr(0, start);
     while (start < path.size()) {
@@ -76,8 +77,9 @@ DWORD WINAPI GetShortPathNameA(LPCSTR path, LPSTR buffer, DWORD size) try {
 }
 
 DWORD WINAPI GetCurrentDirectoryA(DWORD size, LPSTR buffer) try {
-    return winlayer::denied(__func__) ? 0
-                                      : giveText(Machine::current().drives.currentDirectory(), buffer, size);
+    return winlayer::denied(__func__)
+               ? 0
+               : giveText(winlayer::Drives::current().currentDirectory(), buffer, size);
 } catch (const std::bad_alloc&) {
     return winlayer::outOfMemory(0U);
 }
@@ -87,20 +89,24 @@ BOOL WINAPI SetCurrentDirectoryA(LPCSTR path) try {
         return FALSE;
     }
     const DWORD error =
-        path == nullptr ? ERROR_INVALID_PARAMETER : Machine::current().drives.setCurrentDirectory(path);
+        path == nullptr ? ERROR_INVALID_PARAMETER : winlayer::Drives::current().setCurrentDirectory(path);
     return winlayer::succeeded(error) ? TRUE : FALSE;
 } catch (const std::bad_alloc&) {
     return winlayer::outOfMemory(FALSE);
 }
 
 UINT WINAPI GetWindowsDirectoryA(LPSTR buffer, UINT size) try {
-    return winlayer::denied(__func__) ? 0 : giveText(Machine::current().windowsDirectory(), buffer, size);
+    return winlayer::denied(__func__)
+               ? 0
+               : giveText(winlayer::SystemSettings::current().windowsDirectory(), buffer, size);
 } catch (const std::bad_alloc&) {
     return winlayer::outOfMemory(0U);
 }
 
 UINT WINAPI GetSystemDirectoryA(LPSTR buffer, UINT size) try {
-    return winlayer::denied(__func__) ? 0 : giveText(Machine::current().systemDirectory(), buffer, size);
+    return winlayer::denied(__func__)
+               ? 0
+               : giveText(winlayer::SystemSettings::current().systemDirectory(), buffer, size);
 } catch (const std::bad_alloc&) {
     return winlayer::outOfMemory(0U);
 }
@@ -108,7 +114,7 @@ UINT WINAPI GetSystemDirectoryA(LPSTR buffer, UINT size) try {
 DWORD WINAPI GetTempPathA(DWORD size, LPSTR buffer) try {
     return winlayer::denied(__func__)
                ? 0
-               : giveText(Machine::current().windowsDirectory() + "\\TEMP\\", buffer, size);
+               : giveText(winlayer::SystemSettings::current().windowsDirectory() + "\\TEMP\\", buffer, size);
 } catch (const std::bad_alloc&) {
     return winlayer::outOfMemory(0U);
 }

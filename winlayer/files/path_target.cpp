@@ -1,7 +1,7 @@
 #include "winlayer/files/path_target.h"
 
 #include "winlayer/file_system/path_resolution.h"
-#include "winlayer/machine.h"
+#include "winlayer/files/drives.h"
 
 namespace winlayer {
 
@@ -15,12 +15,12 @@ bool isFile(const PathTarget& target) {
 
 }  // namespace
 
-DWORD findTarget(const Machine& machine, const char* path, PathTarget& target) {
+DWORD findTarget(const char* path, PathTarget& target) {
     if (path == nullptr) {
         return ERROR_PATH_NOT_FOUND;
     }
     const std::string text = path;
-    const DWORD error = machine.drives.resolve(text, target.files, target.below);
+    const DWORD error = Drives::current().resolve(text, target.files, target.below);
     return error == 0 && endsWithSeparator(text) && isFile(target) ? ERROR_INVALID_NAME : error;
 }
 

@@ -6,8 +6,6 @@
 
 namespace winlayer {
 
-class Machine;
-
 // What a path leads to.
 struct PathTarget {
     std::shared_ptr<FileSystem> files;
@@ -15,6 +13,6 @@ struct PathTarget {
 };
 
 // Resolves a path; one that ends in a separator must not be that of a file (ERROR_INVALID_NAME).
-DWORD findTarget(const Machine& machine, const char* path, PathTarget& target);
+DWORD findTarget(const char* path, PathTarget& target);
 
 }  // namespace winlayer

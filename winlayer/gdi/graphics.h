@@ -34,6 +34,9 @@ struct DeviceContext {
 // stale one is known. Thread rule: used by the thread that works with windows.
 class Graphics {
 public:
+    // The current machine's.
+    static Graphics& current();
+
     Graphics();
 
     // A context on a surface that the window side keeps, until it is closed. False when it is none such.

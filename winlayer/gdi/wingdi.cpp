@@ -4,14 +4,15 @@
 #include <algorithm>
 #include <cstring>
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
-#include "winlayer/machine.h"
+#include "winlayer/gdi/graphics.h"
 
 namespace winlayer {
 namespace {
 
 Graphics& graphics() {
-    return Machine::current().graphics;
+    return winlayer::Graphics::current();
 }
 
 BOOL answer(bool done) {

@@ -3,10 +3,12 @@
 #include <limits>
 #include <utility>
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
 #include "winlayer/gdi/bitmap_data.h"
+#include "winlayer/gdi/graphics.h"
 #include "winlayer/gdi/surface_drawing.h"
-#include "winlayer/machine.h"
+#include "winlayer/modules/modules.h"
 
 namespace winlayer {
 namespace {
@@ -16,7 +18,7 @@ constexpr std::int64_t mostPixels = 1 << 26;
 
 // Null, with the last error set, for what is no context.
 DeviceContext* contextOf(HDC handle) {
-    DeviceContext* const context = Machine::current().graphics.context(handle);
+    DeviceContext* const context = winlayer::Graphics::current().context(handle);
     if (context == nullptr) {
         SetLastError(ERROR_INVALID_HANDLE);
     }
@@ -25,7 +27,7 @@ DeviceContext* contextOf(HDC handle) {
 
 HBITMAP addBitmap(Surface surface, WORD bits) {
     Bitmap bitmap{std::make_shared<Surface>(std::move(surface)), bits};
-    return static_cast<HBITMAP>(Machine::current().graphics.add(std::move(bitmap)));
+    return static_cast<HBITMAP>(winlayer::Graphics::current().add(std::move(bitmap)));
 }
 
 BOOL copy(HDC to, const Placement& target, HDC from, const Placement& source, DWORD operation) {
@@ -71,7 +73,7 @@ HBITMAP WINAPI LoadBitmapA(HINSTANCE module, LPCSTR name) try {
     if (denied(__func__)) {
         return nullptr;
     }
-    const Modules& modules = Machine::current().modules;
+    const Modules& modules = winlayer::Modules::current();
     std::size_t place = Resources::none;
     if (!succeeded(modules.findResource(module, ResourceId(RT_BITMAP), ResourceId(name), place))) {
         return nullptr;
@@ -140,7 +142,7 @@ COLORREF WINAPI SetPixel(HDC handle, int x, int y, COLORREF color) {
 int WINAPI FillRect(HDC handle, const RECT* area, HBRUSH brush) try {
     DeviceContext* const context = denied(__func__) ? nullptr : contextOf(handle);
     COLORREF color = 0;
-    if (context == nullptr || area == nullptr || !Machine::current().graphics.brushColor(brush, color)) {
+    if (context == nullptr || area == nullptr || !winlayer::Graphics::current().brushColor(brush, color)) {
         return 0;
     }
     fill(*context->surface, *area, toPixel(color));

@@ -9,12 +9,12 @@
 #include <optional>
 
 #include "winlayer/base/host_errors.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/file_system/path_resolution.h"
 #include "winlayer/host_files/cached_file.h"
 #include "winlayer/host_files/host_attributes.h"
 #include "winlayer/host_files/host_file.h"
 #include "winlayer/host_files/host_listing.h"
-#include "winlayer/machine.h"
 #include "winlayer/text/case_folding.h"
 #include "winlayer/text/code_pages.h"
 
@@ -82,8 +82,9 @@ int openFlags(const OpenRequest& request) {
 
 }  // namespace
 
-HostFolder::HostFolder(const Machine& machine, std::shared_ptr<HostKnowledge> knowledge, std::string root)
-    : machine_(machine), knowledge_(std::move(knowledge)), root_(std::move(root)) {}
+HostFolder::HostFolder(const SystemSettings& settings, std::shared_ptr<HostKnowledge> knowledge,
+                       std::string root)
+    : settings_(settings), knowledge_(std::move(knowledge)), root_(std::move(root)) {}
 
 const std::string& HostFolder::root() {
     return root_;
@@ -94,7 +95,7 @@ std::string HostFolder::hostPath(const std::string& below) {
     path.reserve(path.size() + 1 + below.size());
     path += '/';
     const std::size_t start = path.size();
-    path += isAscii(below) ? below : toUtf8(machine_, below);
+    path += isAscii(below) ? below : toUtf8(settings_, below);
     std::replace(path.begin() + static_cast<std::ptrdiff_t>(start), path.end(), '\\', '/');
     return path;
 }
@@ -310,7 +311,7 @@ DWORD HostFolder::facts(const std::string& below, FileFacts& facts) {
     const std::string name = found.path.substr(found.path.rfind('/') + 1);
     if (isAscii(name)) {
         facts.name = name;
-    } else if (!fromUtf8(machine_, name, facts.name)) {
+    } else if (!fromUtf8(settings_, name, facts.name)) {
         return ERROR_NO_UNICODE_TRANSLATION;
     }
     if (!seen) {
@@ -345,8 +346,8 @@ DWORD HostFolder::search(const std::string& directory, const std::string& patter
     if (!S_ISDIR(found.facts.st_mode)) {
         return ERROR_DIRECTORY;
     }
-    return startHostListing(machine_, *knowledge_->shares, {found.path, directory.empty(), found.link},
-                            toUtf8(machine_, pattern), listing);
+    return startHostListing(settings_, *knowledge_->shares, {found.path, directory.empty(), found.link},
+                            toUtf8(settings_, pattern), listing);
 }
 
 DWORD HostFolder::setAttributes(const std::string& below, DWORD attributes) {

@@ -13,7 +13,7 @@
 namespace winlayer {
 
 class HostDescriptor;
-class Machine;
+struct SystemSettings;
 
 // What the host folders of one machine share, since two of them may lead to the same files.
 struct HostKnowledge {
@@ -35,7 +35,7 @@ struct HostKnowledge {
 // ERROR_INVALID_NAME, one that the code page cannot hold with ERROR_NO_UNICODE_TRANSLATION: none is left out.
 class HostFolder : public FileSystem {
 public:
-    HostFolder(const Machine& machine, std::shared_ptr<HostKnowledge> knowledge, std::string root);
+    HostFolder(const SystemSettings& settings, std::shared_ptr<HostKnowledge> knowledge, std::string root);
 
     // The folder itself, without a separator behind it ("" is the host's root).
     virtual const std::string& root();
@@ -84,7 +84,7 @@ private:
     DWORD openExisting(const Found& found, const OpenRequest& request, std::unique_ptr<OpenFile>& file);
     DWORD mayOverwrite(const std::string& path, const struct stat& known, const OpenRequest& request) const;
 
-    const Machine& machine_;
+    const SystemSettings& settings_;
     const std::shared_ptr<HostKnowledge> knowledge_;
     const std::string root_;
 };
@@ -93,7 +93,7 @@ private:
 // the directories of a Windows installation in it, and removed with everything in it.
 class PrivateFolder : public HostFolder {
 public:
-    PrivateFolder(const Machine& machine, std::shared_ptr<HostKnowledge> knowledge);
+    PrivateFolder(const SystemSettings& settings, std::shared_ptr<HostKnowledge> knowledge);
     ~PrivateFolder() override;
 
     const std::string& root() override;
@@ -107,7 +107,7 @@ private:
     std::vector<std::string> directories() const;
     bool isSurelyAbsent(const std::string& path) const;
 
-    const Machine& madeFor_;
+    const SystemSettings& madeFor_;
     std::once_flag made_;
     std::atomic<bool> isMade_{false};
     std::string folder_;

@@ -7,6 +7,7 @@
 #include <cerrno>
 
 #include "winlayer/base/host_errors.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/file_system/path_resolution.h"
 #include "winlayer/file_system/wildcard.h"
 #include "winlayer/host_files/host_attributes.h"
@@ -47,9 +48,9 @@ using OpenDirectory = std::unique_ptr<DIR, int (*)(DIR*)>;
 
 class HostListing : public Listing {
 public:
-    HostListing(const Machine& machine, ShareTable& shares, std::string path, OpenDirectory directory,
+    HostListing(const SystemSettings& settings, ShareTable& shares, std::string path, OpenDirectory directory,
                 std::vector<Name> names)
-        : machine_(machine),
+        : settings_(settings),
           shares_(shares),
           path_(std::move(path)),
           directory_(std::move(directory)),
@@ -79,7 +80,7 @@ private:
         if (shares_.passOn({known.st_dev, known.st_ino})) {
             look(name, known, 0);
         }
-        fromUtf8(machine_, name.host, entry.name);
+        fromUtf8(settings_, name.host, entry.name);
         fillHostFacts((path_ + '/' + name.host).c_str(), known, entry);
         if (link) {
             showLink(entry);
@@ -91,7 +92,7 @@ private:
         return ::fstatat(::dirfd(directory_.get()), name.host.c_str(), &known, flags) == 0;
     }
 
-    const Machine& machine_;
+    const SystemSettings& settings_;
     ShareTable& shares_;
     const std::string path_;
     const OpenDirectory directory_;
@@ -104,21 +105,21 @@ bool isDots(std::string_view name) {
 }
 
 // Why a name cannot be shown; 0 when it can.
-DWORD obstacle(const Machine& machine, std::string_view name) {
+DWORD obstacle(const SystemSettings& settings, std::string_view name) {
     std::string ansi;
     if (!isWindowsName(name)) {
         return ERROR_INVALID_NAME;
     }
-    return fromUtf8(machine, name, ansi) ? 0 : ERROR_NO_UNICODE_TRANSLATION;
+    return fromUtf8(settings, name, ansi) ? 0 : ERROR_NO_UNICODE_TRANSLATION;
 }
 
 // Every name must be one that can be shown, also when it does not match: it might have, under another name.
-DWORD readNames(const Machine& machine, const HostDirectory& directory, DIR& open, const Wildcard& pattern,
-                std::vector<Name>& names) {
+DWORD readNames(const SystemSettings& settings, const HostDirectory& directory, DIR& open,
+                const Wildcard& pattern, std::vector<Name>& names) {
     for (errno = 0; const dirent* entry = ::readdir(&open); errno = 0) {
         const std::string_view name = entry->d_name;
         const bool dots = isDots(name);
-        if (const DWORD error = dots ? 0 : obstacle(machine, name); error != 0) {
+        if (const DWORD error = dots ? 0 : obstacle(settings, name); error != 0) {
             return error;
         }
         if (!(dots && directory.isRoot) && pattern.matches(name)) {
@@ -150,7 +151,7 @@ void showLink(FileFacts& facts) {
     facts.attributes = (facts.attributes & ~FILE_ATTRIBUTE_NORMAL) | FILE_ATTRIBUTE_REPARSE_POINT;
 }
 
-DWORD startHostListing(const Machine& machine, ShareTable& shares, const HostDirectory& directory,
+DWORD startHostListing(const SystemSettings& settings, ShareTable& shares, const HostDirectory& directory,
                        std::string_view pattern, std::unique_ptr<Listing>& listing) {
     OpenDirectory open(::opendir(directory.path.c_str()), ::closedir);
     if (open == nullptr) {
@@ -161,13 +162,13 @@ DWORD startHostListing(const Machine& machine, ShareTable& shares, const HostDir
         return ERROR_CANT_RESOLVE_FILENAME;
     }
     std::vector<Name> names;
-    if (const DWORD error = readNames(machine, directory, *open, Wildcard(pattern), names); error != 0) {
+    if (const DWORD error = readNames(settings, directory, *open, Wildcard(pattern), names); error != 0) {
         return error;
     }
     std::sort(names.begin(), names.end(),
               [](const Name& a, const Name& b) { return a.key != b.key ? a.key < b.key : a.host < b.host; });
     listing =
-        std::make_unique<HostListing>(machine, shares, directory.path, std::move(open), std::move(names));
+        std::make_unique<HostListing>(settings, shares, directory.path, std::move(open), std::move(names));
     return 0;
 }
 

@@ -9,7 +9,7 @@
 
 namespace winlayer {
 
-class Machine;
+struct SystemSettings;
 class ShareTable;
 
 // All facts but the names.
@@ -29,7 +29,7 @@ struct HostDirectory {
 // Starts a walk over the entries whose names match the pattern (UTF-8): those that the directory has now, in
 // the order of their names without case. Their facts are asked for one by one; an entry that is gone by then
 // is left out. ERROR_CANT_RESOLVE_FILENAME for a link to a directory that its own path leads through.
-DWORD startHostListing(const Machine& machine, ShareTable& shares, const HostDirectory& directory,
+DWORD startHostListing(const SystemSettings& settings, ShareTable& shares, const HostDirectory& directory,
                        std::string_view pattern, std::unique_ptr<Listing>& listing);
 
 }  // namespace winlayer

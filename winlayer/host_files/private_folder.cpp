@@ -2,16 +2,16 @@
 #include <cstdlib>
 #include <filesystem>
 
+#include "winlayer/base/system_settings.h"
 #include "winlayer/host_files/host_folder.h"
-#include "winlayer/machine.h"
 #include "winlayer/text/case_folding.h"
 
 namespace winlayer {
 
 namespace fs = std::filesystem;
 
-PrivateFolder::PrivateFolder(const Machine& machine, std::shared_ptr<HostKnowledge> knowledge)
-    : HostFolder(machine, std::move(knowledge), {}), madeFor_(machine) {}
+PrivateFolder::PrivateFolder(const SystemSettings& settings, std::shared_ptr<HostKnowledge> knowledge)
+    : HostFolder(settings, std::move(knowledge), {}), madeFor_(settings) {}
 
 PrivateFolder::~PrivateFolder() {
     discard();

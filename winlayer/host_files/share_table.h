@@ -31,7 +31,7 @@ public:
     virtual DWORD end() = 0;
 };
 
-// Who has which host file open in this machine, and what each of them lets others do. An open that asks for
+// Who has which host file open in this settings, and what each of them lets others do. An open that asks for
 // none of reading, writing and deletion only looks on: it refuses nobody and is refused by nobody.
 class ShareTable : public std::enable_shared_from_this<ShareTable> {
 public:

@@ -1,7 +1,8 @@
 #include "winlayer/include/errhandlingapi.h"
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
-#include "winlayer/machine.h"
+#include "winlayer/base/system_settings.h"
 
 namespace {
 thread_local DWORD lastError = 0;
@@ -19,8 +20,7 @@ void WINAPI SetLastError(DWORD code) {
 
 UINT WINAPI SetErrorMode(UINT mode) {
     winlayer::entered(__func__);
-    winlayer::Machine& machine = winlayer::Machine::current();
-    const UINT previous = machine.errorMode;
-    machine.errorMode = mode;
+    const UINT previous = winlayer::SystemSettings::current().errorMode;
+    winlayer::SystemSettings::current().errorMode = mode;
     return previous;
 }

@@ -2,11 +2,11 @@
 #include "winlayer/base/last_error.h"
 
 #include "winlayer/base/gate.h"
+#include "winlayer/base/handle_table.h"
 #include "winlayer/file_system/file_object.h"
 #include "winlayer/file_system/search_object.h"
 #include "winlayer/include/synchapi.h"
 #include "winlayer/kernel/current_process.h"
-#include "winlayer/machine.h"
 
 namespace {
 
@@ -28,7 +28,7 @@ bool isPseudoHandle(HANDLE handle) {
 // open any more, so a caller must not be left with a handle it cannot get rid of.
 BOOL WINAPI CloseHandle(HANDLE object) {
     const DWORD planned = winlayer::deniedCode(__func__);
-    winlayer::HandleTable& handles = winlayer::Machine::current().handles;
+    winlayer::HandleTable& handles = winlayer::HandleTable::current();
     if (planned == 0 && isPseudoHandle(object)) {
         return TRUE;
     }
@@ -48,7 +48,7 @@ BOOL WINAPI DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetPr
     if (winlayer::denied(__func__)) {
         return FALSE;
     }
-    winlayer::HandleTable& handles = winlayer::Machine::current().handles;
+    winlayer::HandleTable& handles = winlayer::HandleTable::current();
     const auto object = handles.find(source);
     const bool here =
         sourceProcess == winlayer::currentProcess() && targetProcess == winlayer::currentProcess();

@@ -1,6 +1,7 @@
 #include "winlayer/include/profileapi.h"
 
-#include "winlayer/machine.h"
+#include "winlayer/base/clock.h"
+#include "winlayer/base/gate.h"
 
 namespace {
 
@@ -8,7 +9,7 @@ constexpr LONGLONG ticksPerSecond = 10'000'000;
 constexpr LONGLONG nanosecondsPerTick = 1'000'000'000 / ticksPerSecond;
 
 BOOL report(LARGE_INTEGER* target, LONGLONG value) {
-    if (!winlayer::Machine::current().clock.hasPerformanceCounter) {
+    if (!winlayer::Clock::current().hasPerformanceCounter) {
         target->QuadPart = 0;
         SetLastError(ERROR_NOT_SUPPORTED);
         return FALSE;
@@ -23,7 +24,7 @@ BOOL WINAPI QueryPerformanceCounter(LARGE_INTEGER* count) {
     if (winlayer::denied(__func__)) {
         return FALSE;
     }
-    return report(count, winlayer::Machine::current().clock.now() / nanosecondsPerTick);
+    return report(count, winlayer::Clock::current().now() / nanosecondsPerTick);
 }
 
 BOOL WINAPI QueryPerformanceFrequency(LARGE_INTEGER* frequency) {

@@ -1,17 +1,19 @@
 #include "winlayer/include/synchapi.h"
 
+#include "winlayer/base/clock.h"
+#include "winlayer/base/gate.h"
+#include "winlayer/base/handle_table.h"
 #include "winlayer/base/last_error.h"
 #include "winlayer/file_system/file_object.h"
 #include "winlayer/kernel/event.h"
-#include "winlayer/machine.h"
+#include "winlayer/kernel/named_events.h"
 
 namespace {
 
 using winlayer::EventObject;
-using winlayer::Machine;
 
 std::shared_ptr<EventObject> eventOf(HANDLE handle) {
-    auto event = Machine::current().handles.get<EventObject>(handle);
+    auto event = winlayer::HandleTable::current().get<EventObject>(handle);
     if (event == nullptr) {
         SetLastError(ERROR_INVALID_HANDLE);
     }
@@ -25,11 +27,10 @@ HANDLE WINAPI CreateEventA(LPSECURITY_ATTRIBUTES /*security*/, BOOL manualReset,
     if (winlayer::denied(__func__)) {
         return nullptr;
     }
-    Machine& machine = Machine::current();
     bool existed = false;
-    auto event = machine.namedEvents.open(
+    auto event = winlayer::NamedEvents::current().open(
         name, existed, [&] { return std::make_shared<EventObject>(manualReset != 0, signalled != 0); });
-    const HANDLE handle = machine.handles.add(std::move(event));
+    const HANDLE handle = winlayer::HandleTable::current().add(std::move(event));
     SetLastError(handle == nullptr ? ERROR_TOO_MANY_OPEN_FILES : existed ? ERROR_ALREADY_EXISTS : NO_ERROR);
     return handle;
 } catch (const std::bad_alloc&) {
@@ -77,11 +78,10 @@ DWORD WINAPI WaitForSingleObject(HANDLE object, DWORD milliseconds) {
     if (winlayer::denied(__func__)) {
         return WAIT_FAILED;
     }
-    Machine& machine = Machine::current();
-    if (const auto event = machine.handles.get<EventObject>(object)) {
-        return event->wait(milliseconds, machine.clock) ? WAIT_OBJECT_0 : WAIT_TIMEOUT;
+    if (const auto event = winlayer::HandleTable::current().get<EventObject>(object)) {
+        return event->wait(milliseconds, winlayer::Clock::current()) ? WAIT_OBJECT_0 : WAIT_TIMEOUT;
     }
-    if (machine.handles.get<winlayer::FileObject>(object) != nullptr) {
+    if (winlayer::HandleTable::current().get<winlayer::FileObject>(object) != nullptr) {
         return WAIT_OBJECT_0;
     }
     SetLastError(ERROR_INVALID_HANDLE);
@@ -90,5 +90,5 @@ DWORD WINAPI WaitForSingleObject(HANDLE object, DWORD milliseconds) {
 
 void WINAPI Sleep(DWORD milliseconds) {
     winlayer::entered(__func__);
-    Machine::current().clock.sleep(std::int64_t{milliseconds} * 1'000'000);
+    winlayer::Clock::current().sleep(std::int64_t{milliseconds} * 1'000'000);
 }

@@ -1,8 +1,9 @@
 #include "winlayer/include/sysinfoapi.h"
 
-#include "winlayer/machine.h"
+#include "winlayer/base/clock.h"
+#include "winlayer/base/gate.h"
 
 DWORD WINAPI GetTickCount() {
     winlayer::entered(__func__);
-    return static_cast<DWORD>(winlayer::Machine::current().clock.now() / 1'000'000);
+    return static_cast<DWORD>(winlayer::Clock::current().now() / 1'000'000);
 }

@@ -2,8 +2,9 @@
 
 #include <cstring>
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
-#include "winlayer/machine.h"
+#include "winlayer/base/system_settings.h"
 
 namespace winlayer {
 namespace {
@@ -51,7 +52,7 @@ BOOL WINAPI GetVersionExA(LPOSVERSIONINFOA version) {
         SetLastError(ERROR_INSUFFICIENT_BUFFER);
         return FALSE;
     }
-    const WindowsVersion windows = Machine::current().version;
+    const WindowsVersion windows = winlayer::SystemSettings::current().version;
     const Release release = releaseOf(windows);
     version->dwMajorVersion = release.major;
     version->dwMinorVersion = release.minor;
@@ -69,15 +70,15 @@ BOOL WINAPI GetComputerNameA(LPSTR buffer, LPDWORD size) try {
     if (denied(__func__)) {
         return FALSE;
     }
-    const Machine& machine = Machine::current();
-    const auto length = static_cast<DWORD>(machine.computerName.size());
-    const DWORD needed = isNt(machine.version) ? length + 1 : longestComputerName + 1;
+    const auto length = static_cast<DWORD>(winlayer::SystemSettings::current().computerName.size());
+    const DWORD needed =
+        isNt(winlayer::SystemSettings::current().version) ? length + 1 : longestComputerName + 1;
     if (*size < needed) {
         *size = needed;
         SetLastError(ERROR_BUFFER_OVERFLOW);
         return FALSE;
     }
-    std::memcpy(buffer, machine.computerName.c_str(), length + 1);
+    std::memcpy(buffer, winlayer::SystemSettings::current().computerName.c_str(), length + 1);
     *size = length;
     return TRUE;
 } catch (const std::bad_alloc&) {

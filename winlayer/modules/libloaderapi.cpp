@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <cstring>
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
-#include "winlayer/machine.h"
+#include "winlayer/base/system_settings.h"
+#include "winlayer/modules/modules.h"
 
 using namespace winlayer;
 
@@ -17,7 +19,7 @@ HMODULE WINAPI LoadLibraryA(LPCSTR name) try {
         return nullptr;
     }
     HMODULE module = nullptr;
-    return succeeded(Machine::current().modules.load(name, module)) ? module : nullptr;
+    return succeeded(winlayer::Modules::current().load(name, module)) ? module : nullptr;
 } catch (const std::bad_alloc&) {
     return outOfMemory(nullptr);
 }
@@ -26,7 +28,7 @@ BOOL WINAPI FreeLibrary(HMODULE module) try {
     if (denied(__func__)) {
         return FALSE;
     }
-    const bool freed = module != nullptr && Machine::current().modules.free(module);
+    const bool freed = module != nullptr && winlayer::Modules::current().free(module);
     return succeeded(freed ? NO_ERROR : ERROR_MOD_NOT_FOUND) ? TRUE : FALSE;
 } catch (const std::bad_alloc&) {
     return outOfMemory(FALSE);
@@ -36,7 +38,7 @@ HMODULE WINAPI GetModuleHandleA(LPCSTR name) try {
     if (denied(__func__)) {
         return nullptr;
     }
-    const HMODULE module = Machine::current().modules.find(name);
+    const HMODULE module = winlayer::Modules::current().find(name);
     if (module == nullptr) {
         SetLastError(ERROR_MOD_NOT_FOUND);
     }
@@ -51,7 +53,7 @@ DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR buffer, DWORD size) try {
         return 0;
     }
     std::string path;
-    if (!Machine::current().modules.path(module, path)) {
+    if (!winlayer::Modules::current().path(module, path)) {
         SetLastError(ERROR_MOD_NOT_FOUND);
         return 0;
     }
@@ -60,7 +62,7 @@ DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR buffer, DWORD size) try {
     if (copied == path.size() + 1) {
         return static_cast<DWORD>(path.size());
     }
-    if (Machine::current().version == WindowsVersion::Later) {
+    if (winlayer::SystemSettings::current().version == WindowsVersion::Later) {
         if (size > 0) {
             buffer[size - 1] = 0;
         }
@@ -75,7 +77,7 @@ FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) try {
     if (denied(__func__)) {
         return nullptr;
     }
-    const Modules& modules = Machine::current().modules;
+    const Modules& modules = winlayer::Modules::current();
     if (!modules.exists(module)) {
         SetLastError(ERROR_MOD_NOT_FOUND);
         return nullptr;

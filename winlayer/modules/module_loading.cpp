@@ -4,9 +4,11 @@
 #include <cstdlib>
 #include <stdexcept>
 
+#include "winlayer/base/system_settings.h"
 #include "winlayer/file_system/path_resolution.h"
-#include "winlayer/machine.h"
+#include "winlayer/files/drives.h"
 #include "winlayer/modules/elf_file.h"
+#include "winlayer/modules/modules.h"
 #include "winlayer/text/case_folding.h"
 
 namespace winlayer {
@@ -28,11 +30,11 @@ bool hasSoundResources(ElfFile& file) {
     }
 }
 
-bool isFile(const Machine& machine, const std::string& path) {
+bool isFile(const Drives& drives, const std::string& path) {
     std::shared_ptr<FileSystem> files;
     std::string below;
     FileFacts facts;
-    return machine.drives.resolve(path, files, below) == 0 && files->facts(below, facts) == 0 &&
+    return drives.resolve(path, files, below) == 0 && files->facts(below, facts) == 0 &&
            (facts.attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
@@ -43,7 +45,7 @@ std::string folderOf(const std::string& path) {
 // The program's own machine lasts longer than the modules' static objects, which may still need it and each
 // other: so they go before any of them is destroyed.
 void unloadAtExit() {
-    Machine::current().modules.unloadAll();
+    Modules::current().unloadAll();
 }
 
 }  // namespace
@@ -68,17 +70,17 @@ DWORD Modules::load(const std::string& name, HMODULE& module) {
 DWORD Modules::searchFile(const std::string& name, std::filesystem::path& file) const {
     std::string program;
     path(nullptr, program);
-    std::vector<std::string> folders = {folderOf(program) + "\\", machine_.drives.currentDirectory() + "\\",
-                                        machine_.systemDirectory() + "\\",
-                                        machine_.windowsDirectory() + "\\"};
+    std::vector<std::string> folders = {folderOf(program) + "\\", drives_.currentDirectory() + "\\",
+                                        settings_.systemDirectory() + "\\",
+                                        settings_.windowsDirectory() + "\\"};
     if (name.find_first_of("\\/:") != std::string::npos) {
         folders = {""};
     }
     for (const std::string& folder : folders) {
         const std::string candidate = folder + fileNameOf(name);
-        if (isFile(machine_, candidate)) {
+        if (isFile(drives_, candidate)) {
             try {
-                file = machine_.drives.toHost(candidate);
+                file = drives_.toHost(candidate);
                 return NO_ERROR;
             } catch (const std::invalid_argument&) {
                 return ERROR_NOT_SUPPORTED;  // the host can load what lies on the host

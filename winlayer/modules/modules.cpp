@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <stdexcept>
 
+#include "winlayer/base/system_settings.h"
 #include "winlayer/file_system/path_resolution.h"
-#include "winlayer/machine.h"
+#include "winlayer/files/drives.h"
 #include "winlayer/modules/elf_file.h"
 #include "winlayer/text/case_folding.h"
 #include "winlayer/text/code_pages.h"
@@ -41,7 +42,8 @@ bool lookUp(const Table& table, const Key& key, Value& value) {
 
 }  // namespace
 
-Modules::Modules(const Machine& machine) : machine_(machine) {
+Modules::Modules(const SystemSettings& settings, const Drives& drives)
+    : settings_(settings), drives_(drives) {
     static const std::vector<BYTE> ownResources = ElfFile("/proc/self/exe").section(".rsrc");
     Module program;
     program.resources.add(ownResources);
@@ -117,7 +119,7 @@ HMODULE Modules::find(const char* name) {
     if (const HMODULE module = named(name, true); module != nullptr) {
         return module;
     }
-    const std::optional<LoadedObject> object = objectNamed(fileNameOf(toUtf8(machine_, name)));
+    const std::optional<LoadedObject> object = objectNamed(fileNameOf(toUtf8(settings_, name)));
     return object ? at(*object) : nullptr;
 }
 
@@ -125,15 +127,15 @@ HMODULE Modules::named(const std::string& name, bool present) const {
     const std::string file = fileNameOf(name);
     const bool isPath = file.find_first_of("\\/:") != std::string::npos;
     ResolvedPath resolved;
-    if (isPath && resolvePath(file, machine_.drives.currentDirectory(), resolved) != 0) {
+    if (isPath && resolvePath(file, drives_.currentDirectory(), resolved) != 0) {
         return nullptr;
     }
     const std::string wanted = isPath ? std::string(1, resolved.letter) + ":\\" + resolved.below : file;
-    const std::string folded = foldCase(toUtf8(machine_, wanted));
+    const std::string folded = foldCase(toUtf8(settings_, wanted));
     const std::lock_guard lock(mutex_);
     for (const auto& [handle, module] : modules_) {
         const std::string text = isPath ? pathOf(handle, module) : module.name;
-        if (module.present == present && foldCase(toUtf8(machine_, text)) == folded) {
+        if (module.present == present && foldCase(toUtf8(settings_, text)) == folded) {
             return asModule(handle);
         }
     }
@@ -163,7 +165,7 @@ HMODULE Modules::at(const LoadedObject& object) {
     ElfFile file(object.file);
     module.entryPoint = file.entry();
     try {
-        module.path = machine_.drives.fromHost(object.file);
+        module.path = drives_.fromHost(object.file);
         module.name = module.path.substr(module.path.rfind('\\') + 1);
         module.resources.add(file.section(".rsrc"));
     } catch (const std::invalid_argument&) {
@@ -188,9 +190,9 @@ bool Modules::path(HMODULE module, std::string& text) const {
 
 std::string Modules::pathOf(ULONG_PTR handle, const Module& module) const {
     if (handle == programHandle) {
-        return machine_.drives.fromHost(std::filesystem::read_symlink("/proc/self/exe"));
+        return drives_.fromHost(std::filesystem::read_symlink("/proc/self/exe"));
     }
-    return module.path.empty() ? machine_.systemDirectory() + "\\" + module.name : module.path;
+    return module.path.empty() ? settings_.systemDirectory() + "\\" + module.name : module.path;
 }
 
 bool Modules::string(HMODULE module, UINT id, std::string& text) const {
@@ -207,7 +209,7 @@ bool Modules::string(HMODULE module, UINT id, std::string& text) const {
         return false;
     }
     Narrowing how;
-    text = narrow(machine_.ansiCodePage, wide, how);
+    text = narrow(settings_.ansiCodePage, wide, how);
     return true;
 }
 

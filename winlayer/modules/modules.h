@@ -14,7 +14,8 @@
 
 namespace winlayer {
 
-class Machine;
+class Drives;
+struct SystemSettings;
 
 // The modules that the process sees: itself (GetModuleHandleA(nullptr)), those of the system, what it has
 // loaded from shared objects of the host, and what a test adds, with their functions and resources. Handles
@@ -22,9 +23,12 @@ class Machine;
 // are loaded and unloaded by one thread at a time.
 class Modules {
 public:
+    // The current machine's.
+    static Modules& current();
+
     using Hook = std::function<void()>;
 
-    explicit Modules(const Machine& machine);
+    Modules(const SystemSettings& settings, const Drives& drives);
 
     // Adds a module that stays and gives its handle; `path` as GetModuleFileNameA reports it.
     HMODULE add(const std::string& name, const std::string& path);
@@ -110,7 +114,8 @@ private:
     static bool callEntryPoint(HMODULE module, const Module& called, DWORD reason, LPVOID reserved);
     void unload(HMODULE module, bool processEnds);
 
-    const Machine& machine_;
+    const SystemSettings& settings_;
+    const Drives& drives_;
     mutable std::mutex mutex_;             // of the table; never held while a module's code runs
     std::recursive_mutex loading_;         // held while modules come and go
     std::map<ULONG_PTR, Module> modules_;  // by handle

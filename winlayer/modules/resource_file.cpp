@@ -4,7 +4,7 @@
 #include <charconv>
 #include <stdexcept>
 
-#include "winlayer/machine.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/text/case_folding.h"
 #include "winlayer/text/code_pages.h"
 
@@ -122,7 +122,7 @@ ResourceId::ResourceId(LPCSTR numberOrText) {
         std::from_chars(text.data() + 1, text.data() + text.size(), number_);
         return;
     }
-    text_ = foldCase(toUtf8(Machine::current(), text));
+    text_ = foldCase(toUtf8(SystemSettings::current(), text));
 }
 
 std::vector<Resource> parseResourceFile(std::span<const BYTE> bytes) {

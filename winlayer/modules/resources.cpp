@@ -1,7 +1,8 @@
 // The functions that find resources.
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
-#include "winlayer/machine.h"
+#include "winlayer/modules/modules.h"
 
 namespace winlayer {
 namespace {
@@ -13,7 +14,7 @@ HRSRC asHandle(std::size_t place) {
 
 const Resource* resourceOf(HMODULE module, HRSRC handle) {
     const Resource* const resource =
-        Machine::current().modules.resourceAt(module, reinterpret_cast<std::size_t>(handle) - 1);
+        winlayer::Modules::current().resourceAt(module, reinterpret_cast<std::size_t>(handle) - 1);
     if (resource == nullptr) {
         SetLastError(ERROR_RESOURCE_DATA_NOT_FOUND);
     }
@@ -31,7 +32,7 @@ HRSRC WINAPI FindResourceA(HMODULE module, LPCSTR name, LPCSTR type) try {
     }
     std::size_t place = Resources::none;
     const DWORD error =
-        Machine::current().modules.findResource(module, ResourceId(type), ResourceId(name), place);
+        winlayer::Modules::current().findResource(module, ResourceId(type), ResourceId(name), place);
     return succeeded(error) ? asHandle(place) : nullptr;
 } catch (const std::bad_alloc&) {
     return outOfMemory(nullptr);

@@ -4,7 +4,7 @@
 #include <chrono>
 #include <map>
 
-#include "winlayer/machine.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/text/case_folding.h"
 #include "winlayer/text/code_pages.h"
 
@@ -31,7 +31,7 @@ constexpr std::size_t longestValueName = 16383;
 using KeyPointer = Registry::KeyPointer;
 
 std::string folded(std::string_view name) {
-    return foldCase(toUtf8(Machine::current(), name));
+    return foldCase(toUtf8(SystemSettings::current(), name));
 }
 
 FILETIME systemTime() {

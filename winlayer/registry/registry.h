@@ -15,6 +15,9 @@ namespace winlayer {
 // called from any thread.
 class Registry {
 public:
+    // The current machine's.
+    static Registry& current();
+
     Registry();
     ~Registry();
 

@@ -17,6 +17,9 @@ struct TokenGroups {
 
 // Whom the process and the calling thread run as.
 struct Security {
+    // The current machine's.
+    static Security& current();
+
     TokenGroups process = TokenGroups::administrators();
     // Set while the thread impersonates someone; GetCurrentThread's token is then this one.
     std::optional<TokenGroups> thread;

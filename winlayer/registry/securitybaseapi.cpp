@@ -5,14 +5,17 @@
 
 #include <cstring>
 
+#include "winlayer/base/gate.h"
+#include "winlayer/base/handle_table.h"
+#include "winlayer/base/local_memory.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/kernel/current_process.h"
-#include "winlayer/machine.h"
+#include "winlayer/registry/security.h"
 #include "winlayer/registry/security_identifier.h"
 
 namespace {
 
 using winlayer::denied;
-using winlayer::Machine;
 using GroupList = winlayer::TokenGroups;
 
 struct Token final : winlayer::KernelObject {
@@ -29,11 +32,11 @@ BOOL failed(DWORD error) {
 }
 
 bool hasSecurity() {
-    return winlayer::isNt(Machine::current().version);
+    return winlayer::isNt(winlayer::SystemSettings::current().version);
 }
 
 BOOL openToken(const GroupList& groups, DWORD access, PHANDLE token) {
-    *token = Machine::current().handles.add(std::make_shared<Token>(groups, access));
+    *token = winlayer::HandleTable::current().add(std::make_shared<Token>(groups, access));
     return *token != nullptr ? TRUE : failed(ERROR_TOO_MANY_OPEN_FILES);
 }
 
@@ -70,7 +73,7 @@ BOOL WINAPI OpenThreadToken(HANDLE thread, DWORD access, BOOL, PHANDLE token) tr
     if (thread != winlayer::currentThread()) {
         return failed(ERROR_INVALID_HANDLE);
     }
-    const auto& impersonated = Machine::current().security.thread;
+    const auto& impersonated = winlayer::Security::current().thread;
     return impersonated ? openToken(*impersonated, access, token) : failed(ERROR_NO_TOKEN);
 } catch (const std::bad_alloc&) {
     return winlayer::outOfMemory(FALSE);
@@ -86,7 +89,7 @@ BOOL WINAPI OpenProcessToken(HANDLE process, DWORD access, PHANDLE token) try {
     if (process != winlayer::currentProcess()) {
         return failed(ERROR_INVALID_HANDLE);
     }
-    return openToken(Machine::current().security.process, access, token);
+    return openToken(winlayer::Security::current().process, access, token);
 } catch (const std::bad_alloc&) {
     return winlayer::outOfMemory(FALSE);
 }
@@ -96,7 +99,7 @@ BOOL WINAPI GetTokenInformation(HANDLE token, TOKEN_INFORMATION_CLASS kind, LPVO
     if (denied(__func__)) {
         return FALSE;
     }
-    const auto opened = Machine::current().handles.get<Token>(token);
+    const auto opened = winlayer::HandleTable::current().get<Token>(token);
     if (!opened) {
         return failed(ERROR_INVALID_HANDLE);
     }
@@ -131,7 +134,7 @@ BOOL WINAPI AllocateAndInitializeSid(PSID_IDENTIFIER_AUTHORITY authority, BYTE c
     }
     parts.resize(count);
     const std::vector<BYTE> identifier = winlayer::makeIdentifier(authority->Value, parts);
-    *sid = Machine::current().localMemory.allocate(identifier.size());
+    *sid = winlayer::LocalMemory::current().allocate(identifier.size());
     std::memcpy(*sid, identifier.data(), identifier.size());
     return TRUE;
 } catch (const std::bad_alloc&) {
@@ -155,5 +158,5 @@ BOOL WINAPI EqualSid(PSID first, PSID second) {
 // Null on success, the identifier itself when it is none that was allocated.
 PVOID WINAPI FreeSid(PSID sid) {
     winlayer::entered(__func__);
-    return Machine::current().localMemory.release(sid) ? nullptr : sid;
+    return winlayer::LocalMemory::current().release(sid) ? nullptr : sid;
 }

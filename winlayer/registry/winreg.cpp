@@ -2,7 +2,10 @@
 
 #include <cstring>
 
-#include "winlayer/machine.h"
+#include "winlayer/base/gate.h"
+#include "winlayer/base/handle_table.h"
+#include "winlayer/base/system_settings.h"
+#include "winlayer/registry/registry.h"
 
 namespace winlayer {
 namespace {
@@ -17,16 +20,15 @@ constexpr REGSAM everything = 0xFFFFFFFF;
 
 // The key behind a handle that may be used in the way asked for. Windows 95, 98 and Me check no access.
 LONG keyOf(HKEY handle, REGSAM needed, Registry::KeyPointer& key) {
-    Machine& machine = Machine::current();
-    key = machine.registry.root(handle);
+    key = winlayer::Registry::current().root(handle);
     if (key) {
         return ERROR_SUCCESS;
     }
-    const auto opened = machine.handles.get<OpenKey>(handle);
+    const auto opened = winlayer::HandleTable::current().get<OpenKey>(handle);
     if (!opened) {
         return ERROR_INVALID_HANDLE;
     }
-    if (isNt(machine.version) && (opened->access & needed) != needed) {
+    if (isNt(winlayer::SystemSettings::current().version) && (opened->access & needed) != needed) {
         return ERROR_ACCESS_DENIED;
     }
     key = opened->key;
@@ -35,7 +37,8 @@ LONG keyOf(HKEY handle, REGSAM needed, Registry::KeyPointer& key) {
 
 LONG openHandle(Registry::KeyPointer key, REGSAM access, PHKEY result) {
     const REGSAM granted = (access & MAXIMUM_ALLOWED) != 0 ? everything : access;
-    const HANDLE handle = Machine::current().handles.add(std::make_shared<OpenKey>(std::move(key), granted));
+    const HANDLE handle =
+        winlayer::HandleTable::current().add(std::make_shared<OpenKey>(std::move(key), granted));
     if (handle == nullptr) {
         return ERROR_TOO_MANY_OPEN_FILES;
     }
@@ -93,13 +96,12 @@ LONG WINAPI RegOpenKeyExA(HKEY key, LPCSTR subkey, DWORD, REGSAM access, PHKEY r
     if (const LONG error = keyOf(key, 0, from); error != ERROR_SUCCESS) {
         return error;
     }
-    Machine& machine = Machine::current();
-    if (*orEmpty(subkey) == 0 && machine.registry.root(key)) {
+    if (*orEmpty(subkey) == 0 && winlayer::Registry::current().root(key)) {
         *result = key;  // a predefined key opens as itself
         return ERROR_SUCCESS;
     }
     Registry::KeyPointer opened;
-    const LONG error = machine.registry.open(from, orEmpty(subkey), opened);
+    const LONG error = winlayer::Registry::current().open(from, orEmpty(subkey), opened);
     return error == ERROR_SUCCESS ? openHandle(std::move(opened), access, result) : error;
 } catch (const std::bad_alloc&) {
     return ERROR_NOT_ENOUGH_MEMORY;
@@ -119,7 +121,7 @@ LONG WINAPI RegCreateKeyExA(HKEY key, LPCSTR subkey, DWORD, LPSTR, DWORD, REGSAM
     }
     Registry::KeyPointer made;
     bool existed = false;
-    const LONG error = Machine::current().registry.create(from, subkey, made, existed);
+    const LONG error = winlayer::Registry::current().create(from, subkey, made, existed);
     if (error != ERROR_SUCCESS) {
         return error;
     }
@@ -134,13 +136,12 @@ LONG WINAPI RegCreateKeyExA(HKEY key, LPCSTR subkey, DWORD, LPSTR, DWORD, REGSAM
 // The handle is gone even when the fault plan reports a failure, as no close leaves a good handle open.
 LONG WINAPI RegCloseKey(HKEY key) {
     const DWORD planned = deniedCode(__func__);
-    Machine& machine = Machine::current();
-    const bool predefined = machine.registry.root(key) != nullptr;
-    if (!predefined && !machine.handles.get<OpenKey>(key)) {
+    const bool predefined = winlayer::Registry::current().root(key) != nullptr;
+    if (!predefined && !winlayer::HandleTable::current().get<OpenKey>(key)) {
         return ERROR_INVALID_HANDLE;
     }
     if (!predefined) {
-        machine.handles.remove(key);
+        winlayer::HandleTable::current().remove(key);
     }
     return static_cast<LONG>(planned);
 }
@@ -157,7 +158,7 @@ LONG WINAPI RegQueryValueExA(HKEY key, LPCSTR name, LPDWORD, LPDWORD type, LPBYT
         return error;
     }
     Registry::Value value;
-    const LONG error = Machine::current().registry.value(opened, orEmpty(name), value);
+    const LONG error = winlayer::Registry::current().value(opened, orEmpty(name), value);
     return error == ERROR_SUCCESS ? giveData(value, type, data, size) : error;
 } catch (const std::bad_alloc&) {
     return ERROR_NOT_ENOUGH_MEMORY;
@@ -178,7 +179,7 @@ LONG WINAPI RegSetValueExA(HKEY key, LPCSTR name, DWORD, DWORD type, const BYTE*
     if (size != 0) {
         value.data.assign(data, data + size);
     }
-    return Machine::current().registry.setValue(opened, std::move(value));
+    return winlayer::Registry::current().setValue(opened, std::move(value));
 } catch (const std::bad_alloc&) {
     return ERROR_NOT_ENOUGH_MEMORY;
 }
@@ -191,7 +192,7 @@ LONG WINAPI RegDeleteValueA(HKEY key, LPCSTR name) try {
     if (const LONG error = keyOf(key, KEY_SET_VALUE, opened); error != ERROR_SUCCESS) {
         return error;
     }
-    return Machine::current().registry.removeValue(opened, orEmpty(name));
+    return winlayer::Registry::current().removeValue(opened, orEmpty(name));
 } catch (const std::bad_alloc&) {
     return ERROR_NOT_ENOUGH_MEMORY;
 }
@@ -207,8 +208,8 @@ LONG WINAPI RegDeleteKeyA(HKEY key, LPCSTR subkey) try {
     if (const LONG error = keyOf(key, 0, from); error != ERROR_SUCCESS) {
         return error;
     }
-    Machine& machine = Machine::current();
-    return machine.registry.remove(from, subkey, !isNt(machine.version));
+    return winlayer::Registry::current().remove(from, subkey,
+                                                !isNt(winlayer::SystemSettings::current().version));
 } catch (const std::bad_alloc&) {
     return ERROR_NOT_ENOUGH_MEMORY;
 }
@@ -227,7 +228,7 @@ LONG WINAPI RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, L
     }
     std::string found;
     FILETIME written{};
-    const LONG error = Machine::current().registry.subkey(opened, index, found, written);
+    const LONG error = winlayer::Registry::current().subkey(opened, index, found, written);
     if (error != ERROR_SUCCESS) {
         return error;
     }
@@ -252,7 +253,7 @@ LONG WINAPI RegEnumValueA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, L
         return error;
     }
     Registry::Value value;
-    LONG error = Machine::current().registry.value(opened, index, value);
+    LONG error = winlayer::Registry::current().value(opened, index, value);
     if (error != ERROR_SUCCESS) {
         return error;
     }

@@ -2,7 +2,7 @@
 
 #include <numeric>
 
-#include "winlayer/machine.h"
+#include "winlayer/base/gate.h"
 #include "winlayer/shell/shell_link.h"
 
 namespace winlayer {
@@ -55,12 +55,12 @@ HRESULT WINAPI CoInitialize(LPVOID reserved) {
     if (reserved != nullptr) {
         return E_INVALIDARG;
     }
-    return Machine::current().com.addUse() ? S_OK : S_FALSE;
+    return winlayer::Com::current().addUse() ? S_OK : S_FALSE;
 }
 
 void WINAPI CoUninitialize() {
     entered(__func__);
-    Machine::current().com.removeUse();
+    winlayer::Com::current().removeUse();
 }
 
 HRESULT WINAPI CoCreateInstance(REFCLSID classId, LPUNKNOWN outer, DWORD context, REFIID interfaceId,
@@ -75,8 +75,9 @@ HRESULT WINAPI CoCreateInstance(REFCLSID classId, LPUNKNOWN outer, DWORD context
     if (outer != nullptr) {
         return CLASS_E_NOAGGREGATION;
     }
-    return (context & CLSCTX_INPROC_SERVER) != 0 ? Machine::current().com.create(classId, interfaceId, object)
-                                                 : REGDB_E_CLASSNOTREG;
+    return (context & CLSCTX_INPROC_SERVER) != 0
+               ? winlayer::Com::current().create(classId, interfaceId, object)
+               : REGDB_E_CLASSNOTREG;
 } catch (const std::bad_alloc&) {
     return E_OUTOFMEMORY;
 }

@@ -13,6 +13,9 @@ namespace winlayer {
 // Thread rule: every operation may be called from any thread.
 class Com {
 public:
+    // The current machine's.
+    static Com& current();
+
     // The calling thread: true when it was not ready before.
     bool addUse();
     void removeUse();

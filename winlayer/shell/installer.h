@@ -16,6 +16,9 @@ namespace winlayer {
 // there. Thread rule: one thread at a time.
 class Installer {
 public:
+    // The current machine's.
+    static Installer& current();
+
     struct Component {
         INSTALLSTATE state = INSTALLSTATE_LOCAL;
         std::string path;  // a file, or a registry key that begins with the number of its root

@@ -2,16 +2,17 @@
 
 #include <cstring>
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/text_result.h"
 #include "winlayer/include/msiquery.h"
-#include "winlayer/machine.h"
+#include "winlayer/shell/installer.h"
 #include "winlayer/shell/shell_link.h"
 
 namespace winlayer {
 namespace {
 
 Installer& installer() {
-    return Machine::current().installer;
+    return winlayer::Installer::current();
 }
 
 std::string textOf(LPCSTR text) {

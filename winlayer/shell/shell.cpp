@@ -4,10 +4,11 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "winlayer/base/system_settings.h"
 #include "winlayer/file_system/path_resolution.h"
+#include "winlayer/files/drives.h"
 #include "winlayer/include/shellapi.h"
 #include "winlayer/kernel/host_process.h"
-#include "winlayer/machine.h"
 #include "winlayer/text/case_folding.h"
 #include "winlayer/text/code_pages.h"
 
@@ -28,11 +29,11 @@ bool isProgram(const std::string& path) {
 
 enum class Kind { Nothing, File, Folder };
 
-Kind kindOf(const Machine& machine, const std::string& path) {
+Kind kindOf(const std::string& path) {
     std::shared_ptr<FileSystem> files;
     std::string below;
     FileFacts facts;
-    if (machine.drives.resolve(path, files, below) != 0 || files->facts(below, facts) != 0) {
+    if (Drives::current().resolve(path, files, below) != 0 || files->facts(below, facts) != 0) {
         return Kind::Nothing;
     }
     return (facts.attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? Kind::Folder : Kind::File;
@@ -43,7 +44,7 @@ std::string joined(const std::string& folder, const std::string& name) {
 }
 
 // The names that a file may mean, the most likely first.
-std::vector<std::string> candidates(const Machine& machine, const ShellRequest& request) {
+std::vector<std::string> candidates(const ShellRequest& request) {
     std::vector<std::string> folders = {""};
     const bool absolute = request.file.find(':') != std::string::npos ||
                           (!request.file.empty() && isSeparator(request.file[0]));
@@ -51,8 +52,8 @@ std::vector<std::string> candidates(const Machine& machine, const ShellRequest& 
         folders.insert(folders.begin(), request.directory);
     }
     if (request.file.find_first_of("\\/:") == std::string::npos) {
-        folders.push_back(machine.systemDirectory());
-        folders.push_back(machine.windowsDirectory());
+        folders.push_back(SystemSettings::current().systemDirectory());
+        folders.push_back(SystemSettings::current().windowsDirectory());
     }
     std::vector<std::string> names;
     for (const std::string& folder : folders) {
@@ -63,11 +64,11 @@ std::vector<std::string> candidates(const Machine& machine, const ShellRequest& 
 }
 
 // Why there is no such file: its folder is missing, or it is missing there.
-INT_PTR missing(const Machine& machine, const std::string& file) {
+INT_PTR missing(const std::string& file) {
     const std::size_t separator = file.find_last_of("\\/");
     const bool inFolder = separator != std::string::npos && separator > 0;
     const std::string folder = inFolder ? file.substr(0, separator + 1) : "";
-    return inFolder && kindOf(machine, folder) != Kind::Folder ? SE_ERR_PNF : SE_ERR_FNF;
+    return inFolder && kindOf(folder) != Kind::Folder ? SE_ERR_PNF : SE_ERR_FNF;
 }
 
 INT_PTR resultOf(int hostError) {
@@ -117,42 +118,42 @@ INT_PTR openOnHost(const std::string& what, const std::filesystem::path& folder)
 }
 
 // Throws std::invalid_argument for what is not on the host.
-INT_PTR openFile(const Machine& machine, const std::string& path, const ShellRequest& request) {
-    const std::filesystem::path file = machine.drives.toHost(path);
-    const std::filesystem::path folder = machine.drives.toHost(
-        request.directory.empty() ? machine.drives.currentDirectory() : request.directory);
+INT_PTR openFile(const std::string& path, const ShellRequest& request) {
+    const std::filesystem::path file = Drives::current().toHost(path);
+    const std::filesystem::path folder = Drives::current().toHost(
+        request.directory.empty() ? Drives::current().currentDirectory() : request.directory);
     if (!isProgram(path)) {
         return openOnHost(file.string(), folder);
     }
-    std::vector<std::string> arguments = split(toUtf8(machine, request.parameters));
+    std::vector<std::string> arguments = split(toUtf8(SystemSettings::current(), request.parameters));
     arguments.insert(arguments.begin(), file.string());
     return resultOf(startDetached(file, arguments, folder));
 }
 
-INT_PTR open(const Machine& machine, const ShellRequest& request) {
+INT_PTR open(const ShellRequest& request) {
     if (!request.operation.empty() && foldCase(request.operation) != "OPEN") {
         return SE_ERR_NOASSOC;
     }
     if (isWebAddress(request.file)) {
-        return openOnHost(toUtf8(machine, request.file), "");
+        return openOnHost(toUtf8(SystemSettings::current(), request.file), "");
     }
-    for (const std::string& name : candidates(machine, request)) {
-        if (!request.file.empty() && kindOf(machine, name) == Kind::File) {
+    for (const std::string& name : candidates(request)) {
+        if (!request.file.empty() && kindOf(name) == Kind::File) {
             try {
-                return openFile(machine, name, request);
+                return openFile(name, request);
             } catch (const std::invalid_argument&) {
                 return SE_ERR_ACCESSDENIED;
             }
         }
     }
-    return missing(machine, request.file);
+    return missing(request.file);
 }
 
 }  // namespace
 
-INT_PTR Shell::execute(const Machine& machine, const ShellRequest& request) {
+INT_PTR Shell::execute(const ShellRequest& request) {
     if (!answer_) {
-        return open(machine, request);
+        return open(request);
     }
     requests_.push_back(request);
     return *answer_;

@@ -7,8 +7,6 @@
 
 namespace winlayer {
 
-class Machine;
-
 // What ShellExecuteA was asked for; texts in the ANSI code page, empty for those left out.
 struct ShellRequest {
     std::string operation;
@@ -23,12 +21,15 @@ struct ShellRequest {
 // instead.
 class Shell {
 public:
+    // The current machine's.
+    static Shell& current();
+
     // From now on requests are kept and answered with this value, and nothing is started.
     void answerWith(INT_PTR result) { answer_ = result; }
     const std::vector<ShellRequest>& requests() const { return requests_; }
 
     // A value above 32, or what ShellExecuteA gives for the failure.
-    INT_PTR execute(const Machine& machine, const ShellRequest& request);
+    INT_PTR execute(const ShellRequest& request);
 
 private:
     std::optional<INT_PTR> answer_;

@@ -3,9 +3,12 @@
 #include <algorithm>
 #include <cstring>
 
+#include "winlayer/base/gate.h"
+#include "winlayer/base/local_memory.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/file_system/path_resolution.h"
+#include "winlayer/files/drives.h"
 #include "winlayer/files/path_target.h"
-#include "winlayer/machine.h"
 #include "winlayer/text/code_pages.h"
 
 namespace winlayer {
@@ -15,12 +18,12 @@ constexpr std::uint64_t largestFile = 0x1000000;  // no shortcut comes near it
 
 std::u16string wideOf(LPCSTR text) {
     bool valid = true;
-    return widen(Machine::current().ansiCodePage, text, valid);
+    return widen(SystemSettings::current().ansiCodePage, text, valid);
 }
 
 std::string narrowed(std::u16string_view text) {
     Narrowing how;
-    return narrow(Machine::current().ansiCodePage, text, how);
+    return narrow(SystemSettings::current().ansiCodePage, text, how);
 }
 
 std::string fileNameOf(LPCOLESTR name) {
@@ -44,14 +47,14 @@ HRESULT giveCut(const std::string& text, LPSTR buffer, int size) {
 
 DWORD factsOf(const std::string& path, FileFacts& facts) {
     PathTarget target;
-    const DWORD error = findTarget(Machine::current(), path.c_str(), target);
+    const DWORD error = findTarget(path.c_str(), target);
     return error != 0 ? error : target.files->facts(target.below, facts);
 }
 
 // Absolute; a path of the network, and what no path can be, stays as it is.
 std::string completed(const std::string& path) {
     ResolvedPath resolved;
-    const DWORD error = resolvePath(path, Machine::current().drives.currentDirectory(), resolved);
+    const DWORD error = resolvePath(path, Drives::current().currentDirectory(), resolved);
     return error == 0 ? std::string(1, resolved.letter) + ":\\" + resolved.below : path;
 }
 
@@ -63,7 +66,7 @@ struct OpenedFile {
 OpenedFile openFile(const std::string& name, DWORD access, DWORD disposition) {
     OpenedFile opened;
     PathTarget target;
-    opened.error = findTarget(Machine::current(), name.c_str(), target);
+    opened.error = findTarget(name.c_str(), target);
     if (opened.error == NO_ERROR) {
         OpenRequest request;
         request.access = access;
@@ -112,7 +115,7 @@ DWORD readShellLink(const std::string& fileName, ShellLinkFile& link) {
     if (const DWORD error = readWhole(fileName, bytes); error != NO_ERROR) {
         return error;
     }
-    auto parsed = parseShellLink(bytes, Machine::current().ansiCodePage);
+    auto parsed = parseShellLink(bytes, SystemSettings::current().ansiCodePage);
     if (!parsed) {
         return ERROR_INVALID_DATA;
     }
@@ -242,7 +245,7 @@ HRESULT ShellLink::Save(LPCOLESTR fileName, BOOL remember) {
         return refused;
     }
     const std::string name = fileName != nullptr ? fileNameOf(fileName) : fileName_;
-    const auto bytes = shellLinkBytes(link_, Machine::current().ansiCodePage);
+    const auto bytes = shellLinkBytes(link_, SystemSettings::current().ansiCodePage);
     if (!bytes || name.empty()) {
         return E_INVALIDARG;
     }
@@ -284,7 +287,7 @@ HRESULT ShellLink::CopyDataBlock(DWORD signature, void** block) {
     if (found == link_.blocks.end()) {
         return E_FAIL;
     }
-    *block = Machine::current().localMemory.allocate(found->size());
+    *block = LocalMemory::current().allocate(found->size());
     std::memcpy(*block, found->data(), found->size());
     return S_OK;
 }

@@ -1,7 +1,8 @@
 #include "winlayer/include/shellapi.h"
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
-#include "winlayer/machine.h"
+#include "winlayer/shell/shell.h"
 
 namespace winlayer {
 namespace {
@@ -30,10 +31,9 @@ HINSTANCE WINAPI ShellExecuteA(HWND /*window*/, LPCSTR operation, LPCSTR file, L
         const auto error = static_cast<INT_PTR>(GetLastError());
         return reinterpret_cast<HINSTANCE>(error < firstSuccess ? error : 0);
     }
-    Machine& machine = Machine::current();
     const ShellRequest request = {textOf(operation), textOf(file), textOf(parameters), textOf(directory),
                                   show};
-    const INT_PTR result = machine.shell.execute(machine, request);
+    const INT_PTR result = winlayer::Shell::current().execute(request);
     succeeded(errorOf(result));
     return reinterpret_cast<HINSTANCE>(result);
 } catch (const std::bad_alloc&) {

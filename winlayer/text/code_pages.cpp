@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "winlayer/machine.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/text/code_page_tables.h"
 
 namespace winlayer {
@@ -196,8 +196,8 @@ bool isCodePage(UINT codePage) {
     return (codePage >= 1250 && codePage <= 1252) || codePage == CP_UTF8;
 }
 
-UINT actualCodePage(const Machine& machine, UINT codePage) {
-    return codePage == CP_ACP ? machine.ansiCodePage : codePage;
+UINT actualCodePage(const SystemSettings& settings, UINT codePage) {
+    return codePage == CP_ACP ? settings.ansiCodePage : codePage;
 }
 
 std::u16string widen(UINT codePage, std::string_view text, bool& valid) {
@@ -210,15 +210,15 @@ std::string narrow(UINT codePage, std::u16string_view wide, Narrowing& how) {
     return codePage == CP_UTF8 ? narrowUtf8(wide) : narrowBytes(highHalf(codePage), wide, how);
 }
 
-std::string toUtf8(const Machine& machine, std::string_view ansi) {
+std::string toUtf8(const SystemSettings& settings, std::string_view ansi) {
     if (isAscii(ansi)) {
         return std::string(ansi);
     }
     bool valid = true;
-    return narrowUtf8(widen(machine.ansiCodePage, ansi, valid));
+    return narrowUtf8(widen(settings.ansiCodePage, ansi, valid));
 }
 
-bool fromUtf8(const Machine& machine, std::string_view utf8, std::string& ansi) {
+bool fromUtf8(const SystemSettings& settings, std::string_view utf8, std::string& ansi) {
     if (isAscii(utf8)) {
         ansi = utf8;
         return true;
@@ -226,7 +226,7 @@ bool fromUtf8(const Machine& machine, std::string_view utf8, std::string& ansi) 
     bool valid = true;
     const std::u16string wide = widenUtf8(utf8, valid);
     Narrowing how;
-    std::string text = narrow(machine.ansiCodePage, wide, how);
+    std::string text = narrow(settings.ansiCodePage, wide, how);
     if (!valid || how.replaced) {
         return false;
     }

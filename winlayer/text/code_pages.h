@@ -6,14 +6,14 @@
 
 namespace winlayer {
 
-class Machine;
+struct SystemSettings;
 
 // Text in an ANSI code page and what it means. Code pages 1250, 1251 and 1252 (the bytes they leave open
 // stand for the control characters of the same number, as on Windows) and 65001 (UTF-8).
 
 bool isCodePage(UINT codePage);
 // CP_ACP becomes the machine's own code page; others stay.
-UINT actualCodePage(const Machine& machine, UINT codePage);
+UINT actualCodePage(const SystemSettings& settings, UINT codePage);
 
 // Units of UTF-16 for text in a code page; `valid` tells whether the text was well-formed. What is not
 // becomes U+FFFD (UTF-8 only; every byte means something in the other pages).
@@ -27,9 +27,9 @@ struct Narrowing {
 std::string narrow(UINT codePage, std::u16string_view wide, Narrowing& how);
 
 // Between the machine's ANSI code page and the host, which speaks UTF-8.
-std::string toUtf8(const Machine& machine, std::string_view ansi);
+std::string toUtf8(const SystemSettings& settings, std::string_view ansi);
 // False when a character has no place in the machine's code page, or the text is not UTF-8; `ansi` is then
 // left alone.
-bool fromUtf8(const Machine& machine, std::string_view utf8, std::string& ansi);
+bool fromUtf8(const SystemSettings& settings, std::string_view utf8, std::string& ansi);
 
 }  // namespace winlayer

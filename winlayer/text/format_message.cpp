@@ -4,8 +4,11 @@
 #include <cstdarg>
 #include <cstring>
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
-#include "winlayer/machine.h"
+#include "winlayer/base/local_memory.h"
+#include "winlayer/base/system_settings.h"
+#include "winlayer/modules/modules.h"
 #include "winlayer/text/message_text.h"
 #include "winlayer/text/system_messages.h"
 
@@ -20,7 +23,6 @@ DWORD failed(DWORD error) {
 }
 
 DWORD findDefinition(DWORD flags, LPCVOID source, DWORD id, DWORD language, std::string& definition) {
-    const Machine& machine = Machine::current();
     if ((flags & FORMAT_MESSAGE_FROM_STRING) != 0) {
         if (source == nullptr) {
             return ERROR_INVALID_PARAMETER;
@@ -31,10 +33,10 @@ DWORD findDefinition(DWORD flags, LPCVOID source, DWORD id, DWORD language, std:
     DWORD error = ERROR_INVALID_PARAMETER;
     if ((flags & FORMAT_MESSAGE_FROM_HMODULE) != 0) {
         const auto module = static_cast<HMODULE>(const_cast<void*>(source));
-        error = machine.modules.message(module, id, definition);
+        error = winlayer::Modules::current().message(module, id, definition);
     }
     if (error != NO_ERROR && (flags & FORMAT_MESSAGE_FROM_SYSTEM) != 0) {
-        error = systemMessage(machine, id, language, definition);
+        error = systemMessage(SystemSettings::current(), id, language, definition);
     }
     return error;
 }
@@ -75,7 +77,7 @@ DWORD format(DWORD flags, const std::string& definition, va_list* arguments, std
         values = inArray ? readArray(inserts.kinds().size(), reinterpret_cast<const DWORD_PTR*>(arguments))
                          : readList(inserts.kinds(), arguments);
     }
-    text = messageText(Machine::current(), pieces, inserts, values, flags & lineWidthMask);
+    text = messageText(winlayer::SystemSettings::current(), pieces, inserts, values, flags & lineWidthMask);
     return NO_ERROR;
 }
 
@@ -83,7 +85,7 @@ DWORD format(DWORD flags, const std::string& definition, va_list* arguments, std
 void giveAllocated(const std::string& text, DWORD size, LPSTR buffer) {
     void* block = nullptr;
     if (!text.empty()) {
-        block = Machine::current().localMemory.allocate(std::max<std::size_t>(text.size() + 1, size));
+        block = winlayer::LocalMemory::current().allocate(std::max<std::size_t>(text.size() + 1, size));
         std::memcpy(block, text.c_str(), text.size() + 1);
     }
     std::memcpy(buffer, &block, sizeof block);
@@ -127,7 +129,7 @@ DWORD WINAPI FormatMessageA(DWORD flags, LPCVOID source, DWORD messageId, DWORD 
 // Null on success, the address itself when it is no such memory.
 HLOCAL WINAPI LocalFree(HLOCAL memory) {
     entered(__func__);
-    if (memory == nullptr || Machine::current().localMemory.release(memory)) {
+    if (memory == nullptr || winlayer::LocalMemory::current().release(memory)) {
         return nullptr;
     }
     SetLastError(ERROR_INVALID_HANDLE);

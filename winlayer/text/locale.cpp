@@ -1,6 +1,6 @@
 #include "winlayer/text/locale.h"
 
-#include "winlayer/machine.h"
+#include "winlayer/base/system_settings.h"
 
 namespace winlayer {
 
@@ -36,9 +36,9 @@ constexpr Locale english = {
 
 }  // namespace
 
-const Locale* findLocale(const Machine& machine, LCID id) {
+const Locale* findLocale(const SystemSettings& settings, LCID id) {
     if (id == LOCALE_USER_DEFAULT || id == LOCALE_SYSTEM_DEFAULT) {
-        id = machine.language;
+        id = settings.language;
     }
     return id == 0x0407 ? &german : id == 0x0409 ? &english : nullptr;
 }

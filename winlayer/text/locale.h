@@ -8,7 +8,7 @@
 
 namespace winlayer {
 
-class Machine;
+struct SystemSettings;
 
 // How a language writes numbers, dates and times. Texts are UTF-8.
 struct Locale {
@@ -25,7 +25,7 @@ struct Locale {
 };
 
 // Null for a locale that is not known here.
-const Locale* findLocale(const Machine& machine, LCID id);
+const Locale* findLocale(const SystemSettings& settings, LCID id);
 
 // A number that GetNumberFormatA takes ("-12.50"), written as the format says; nothing when it is no such
 // number or the format is none. Texts of the format and the result are in the same code page.

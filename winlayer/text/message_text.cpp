@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "winlayer/machine.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/text/code_pages.h"
 
 namespace winlayer {
@@ -48,9 +48,9 @@ Measures measuresOf(const MessageInsert& insert, const std::uint64_t* stars) {
     return measures;
 }
 
-std::string narrowText(const Machine& machine, const WCHAR* text, std::size_t length) {
+std::string narrowText(const SystemSettings& settings, const WCHAR* text, std::size_t length) {
     Narrowing how;
-    return narrow(machine.ansiCodePage, std::u16string(text, text + length), how);
+    return narrow(settings.ansiCodePage, std::u16string(text, text + length), how);
 }
 
 // At most `precision` characters are looked at, so that a text need not end in a zero.
@@ -63,18 +63,18 @@ std::size_t lengthOf(const Unit* text, int precision) {
     return length;
 }
 
-std::string textValue(const Machine& machine, const MessageInsert& insert, std::uint64_t value,
+std::string textValue(const SystemSettings& settings, const MessageInsert& insert, std::uint64_t value,
                       const Measures& measures) {
     if (insert.type == 'c') {
         const auto unit = static_cast<WCHAR>(value);
-        return insert.wide ? narrowText(machine, &unit, 1) : std::string(1, static_cast<char>(value));
+        return insert.wide ? narrowText(settings, &unit, 1) : std::string(1, static_cast<char>(value));
     }
     if (value == 0) {
         return "(null)";
     }
     if (insert.wide) {
         const auto* text = addressOf<const WCHAR*>(value);
-        return narrowText(machine, text, lengthOf(text, measures.precision));
+        return narrowText(settings, text, lengthOf(text, measures.precision));
     }
     const auto* text = addressOf<const char*>(value);
     return std::string(text, lengthOf(text, measures.precision));
@@ -131,12 +131,13 @@ std::string pointerValue(std::uint64_t value, const Measures& measures) {
     return padded(digits, measures);
 }
 
-std::string insertText(const Machine& machine, const MessageInsert& insert, const std::uint64_t* value) {
+std::string insertText(const SystemSettings& settings, const MessageInsert& insert,
+                       const std::uint64_t* value) {
     const Measures measures = measuresOf(insert, value - insert.stars());
     switch (insert.type) {
         case 's':
         case 'c':
-            return padded(textValue(machine, insert, *value, measures), measures);
+            return padded(textValue(settings, insert, *value, measures), measures);
         case 'p':
             return pointerValue(*value, measures);
         default:
@@ -205,7 +206,7 @@ std::size_t MessageArguments::indexOf(const MessageInsert& insert) const {
     return insert.number - 1 + static_cast<std::size_t>(uncounted) + (stars == 2 ? 1 : 0);
 }
 
-std::string messageText(const Machine& machine, const std::vector<MessagePiece>& pieces,
+std::string messageText(const SystemSettings& settings, const std::vector<MessagePiece>& pieces,
                         const MessageArguments& arguments, const std::vector<std::uint64_t>& values,
                         unsigned lineWidth) {
     const bool wraps = lineWidth != 0 && lineWidth != onlyHardBreaks;
@@ -217,7 +218,7 @@ std::string messageText(const Machine& machine, const std::vector<MessagePiece>&
     };
     for (const MessagePiece& piece : pieces) {
         if (piece.kind == Kind::Insert) {
-            line += insertText(machine, piece.insert, &values[arguments.indexOf(piece.insert)]);
+            line += insertText(settings, piece.insert, &values[arguments.indexOf(piece.insert)]);
         } else if (piece.kind == Kind::Text) {
             line += piece.text;
         } else if (piece.kind == Kind::LineBreak && lineWidth != 0) {

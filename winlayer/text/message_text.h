@@ -7,7 +7,7 @@
 
 namespace winlayer {
 
-class Machine;
+struct SystemSettings;
 
 // Which argument each insert takes its value from, counted from 0 in the order in which they were passed. The
 // width and precision of an insert, if these are arguments, stand right before it. Insert numbers count them
@@ -28,7 +28,7 @@ private:
 
 // Puts the values in and lays out the lines: 0 keeps line breaks as they are, 255 leaves only the hard ones,
 // any other width breaks lines of more characters at blanks.
-std::string messageText(const Machine& machine, const std::vector<MessagePiece>& pieces,
+std::string messageText(const SystemSettings& settings, const std::vector<MessagePiece>& pieces,
                         const MessageArguments& arguments, const std::vector<std::uint64_t>& values,
                         unsigned lineWidth);
 

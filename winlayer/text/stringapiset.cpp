@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
-#include "winlayer/machine.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/text/code_pages.h"
 
 namespace winlayer {
@@ -48,7 +49,7 @@ int WINAPI MultiByteToWideChar(UINT codePage, DWORD flags, LPCSTR text, int leng
     if (denied(__func__)) {
         return 0;
     }
-    const UINT page = actualCodePage(Machine::current(), codePage);
+    const UINT page = actualCodePage(winlayer::SystemSettings::current(), codePage);
     if (!isCodePage(page) || text == nullptr || length == 0 || wideSize < 0 ||
         (wideSize > 0 && wide == nullptr)) {
         return failed(ERROR_INVALID_PARAMETER);
@@ -73,7 +74,7 @@ int WINAPI WideCharToMultiByte(UINT codePage, DWORD flags, LPCWSTR wide, int wid
     if (denied(__func__)) {
         return 0;
     }
-    const UINT page = actualCodePage(Machine::current(), codePage);
+    const UINT page = actualCodePage(winlayer::SystemSettings::current(), codePage);
     const bool choosesDefault = defaultChar != nullptr || usedDefault != nullptr;
     if (!isCodePage(page) || wide == nullptr || wideLength == 0 || size < 0 ||
         (size > 0 && text == nullptr) || (page == CP_UTF8 && choosesDefault)) {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "winlayer/machine.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/text/code_pages.h"
 
 namespace winlayer {
@@ -156,7 +156,7 @@ constexpr DWORD english = 0x09;
 
 }  // namespace
 
-DWORD systemMessage(const Machine& machine, DWORD code, DWORD language, std::string& text) {
+DWORD systemMessage(const SystemSettings& settings, DWORD code, DWORD language, std::string& text) {
     const auto* const found =
         std::find_if(std::begin(messages), std::end(messages),
                      [&](const SystemMessage& message) { return message.code == code; });
@@ -165,7 +165,7 @@ DWORD systemMessage(const Machine& machine, DWORD code, DWORD language, std::str
     }
     DWORD primary = language & primaryMask;
     if (primary == LANG_NEUTRAL) {
-        primary = (machine.language & primaryMask) == german ? german : english;
+        primary = (settings.language & primaryMask) == german ? german : english;
     }
     if (primary != german && primary != english) {
         return ERROR_RESOURCE_LANG_NOT_FOUND;
@@ -173,7 +173,7 @@ DWORD systemMessage(const Machine& machine, DWORD code, DWORD language, std::str
     bool valid = true;
     Narrowing how;
     const std::u16string wide = widen(CP_UTF8, primary == german ? found->german : found->english, valid);
-    text = narrow(machine.ansiCodePage, wide, how) + "\r\n";
+    text = narrow(settings.ansiCodePage, wide, how) + "\r\n";
     return NO_ERROR;
 }
 

@@ -3,8 +3,9 @@
 #include <cstring>
 #include <ctime>
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
-#include "winlayer/machine.h"
+#include "winlayer/base/system_settings.h"
 #include "winlayer/text/code_pages.h"
 #include "winlayer/text/locale.h"
 
@@ -34,7 +35,7 @@ int give(const std::string& text, LPSTR buffer, int size) {
 
 int giveUtf8(const std::string& utf8, LPSTR buffer, int size) {
     std::string text;
-    const bool fits = fromUtf8(Machine::current(), utf8, text);
+    const bool fits = fromUtf8(winlayer::SystemSettings::current(), utf8, text);
     return fits ? give(text, buffer, size) : failed(ERROR_NO_UNICODE_TRANSLATION);
 }
 
@@ -82,19 +83,19 @@ using namespace winlayer;
 
 UINT WINAPI GetACP() {
     entered(__func__);
-    return Machine::current().ansiCodePage;
+    return winlayer::SystemSettings::current().ansiCodePage;
 }
 
 LCID WINAPI GetUserDefaultLCID() {
     entered(__func__);
-    return Machine::current().language;
+    return winlayer::SystemSettings::current().language;
 }
 
 int WINAPI GetLocaleInfoA(LCID id, LCTYPE type, LPSTR buffer, int size) try {
     if (denied(__func__)) {
         return 0;
     }
-    const Locale* const locale = findLocale(Machine::current(), id);
+    const Locale* const locale = findLocale(winlayer::SystemSettings::current(), id);
     if (locale == nullptr) {
         return failed(ERROR_INVALID_PARAMETER);
     }
@@ -109,7 +110,7 @@ int WINAPI GetNumberFormatA(LCID id, DWORD flags, LPCSTR value, const NUMBERFMTA
     if (denied(__func__)) {
         return 0;
     }
-    const Locale* const locale = findLocale(Machine::current(), id);
+    const Locale* const locale = findLocale(winlayer::SystemSettings::current(), id);
     if (locale == nullptr || value == nullptr) {
         return failed(ERROR_INVALID_PARAMETER);
     }
@@ -130,8 +131,7 @@ int WINAPI GetDateFormatA(LCID id, DWORD flags, const SYSTEMTIME* time, LPCSTR p
     if (denied(__func__)) {
         return 0;
     }
-    const Machine& machine = Machine::current();
-    const Locale* const locale = findLocale(machine, id);
+    const Locale* const locale = findLocale(SystemSettings::current(), id);
     const SYSTEMTIME moment = time != nullptr ? *time : presentTime();
     if (locale == nullptr || !isDate(moment)) {
         return failed(ERROR_INVALID_PARAMETER);
@@ -139,7 +139,8 @@ int WINAPI GetDateFormatA(LCID id, DWORD flags, const SYSTEMTIME* time, LPCSTR p
     if ((flags & ~(LOCALE_NOUSEROVERRIDE | DATE_SHORTDATE)) != 0 || (flags != 0 && picture != nullptr)) {
         return failed(ERROR_INVALID_FLAGS);
     }
-    const std::string form = picture != nullptr ? toUtf8(machine, picture) : locale->shortDate;
+    const std::string form =
+        picture != nullptr ? toUtf8(SystemSettings::current(), picture) : locale->shortDate;
     return giveUtf8(formatDate(*locale, moment, form), buffer, size);
 } catch (const std::bad_alloc&) {
     return outOfMemory(0);
@@ -152,8 +153,7 @@ int WINAPI GetTimeFormatA(LCID id, DWORD flags, const SYSTEMTIME* time, LPCSTR p
     }
     constexpr DWORD known = LOCALE_NOUSEROVERRIDE | TIME_NOMINUTESORSECONDS | TIME_NOSECONDS |
                             TIME_NOTIMEMARKER | TIME_FORCE24HOURFORMAT;
-    const Machine& machine = Machine::current();
-    const Locale* const locale = findLocale(machine, id);
+    const Locale* const locale = findLocale(SystemSettings::current(), id);
     const SYSTEMTIME moment = time != nullptr ? *time : presentTime();
     if (locale == nullptr || !isTimeOfDay(moment)) {
         return failed(ERROR_INVALID_PARAMETER);
@@ -161,7 +161,7 @@ int WINAPI GetTimeFormatA(LCID id, DWORD flags, const SYSTEMTIME* time, LPCSTR p
     if ((flags & ~known) != 0 || ((flags & LOCALE_NOUSEROVERRIDE) != 0 && picture != nullptr)) {
         return failed(ERROR_INVALID_FLAGS);
     }
-    const std::string form = picture != nullptr ? toUtf8(machine, picture) : locale->time;
+    const std::string form = picture != nullptr ? toUtf8(SystemSettings::current(), picture) : locale->time;
     return giveUtf8(formatTime(*locale, moment, form, flags), buffer, size);
 } catch (const std::bad_alloc&) {
     return outOfMemory(0);

@@ -1,7 +1,7 @@
 #include "winlayer/windows/control.h"
 
-#include "winlayer/machine.h"
 #include "winlayer/windows/window_paint.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 namespace winlayer {
@@ -10,7 +10,7 @@ LRESULT defaultControlMessage(Window& window, UINT message, WPARAM wParam, LPARA
     switch (message) {
         case WM_SETFONT:
             window.font = reinterpret_cast<HFONT>(wParam);
-            Machine::current().windows.peer().fontChanged(window.handle);
+            Windows::current().peer().fontChanged(window.handle);
             return 0;
         case WM_GETFONT:
             return reinterpret_cast<LRESULT>(window.font);

@@ -1,8 +1,8 @@
 #include "winlayer/windows/input.h"
 
-#include "winlayer/machine.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_geometry.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 namespace winlayer {
@@ -38,7 +38,7 @@ void postMouse(HWND handle, UINT message, WPARAM buttons, POINT point) {
     if (window == nullptr) {
         return;
     }
-    Windows& windows = Machine::current().windows;
+    Windows& windows = Windows::current();
     const POINT origin = clientOrigin(*window);
     windows.cursor = {origin.x + point.x, origin.y + point.y};
     HWND target = nullptr;
@@ -57,7 +57,7 @@ void postMouse(HWND handle, UINT message, WPARAM buttons, POINT point) {
 
 void postKey(UINT message, UINT systemMessage, WPARAM key, bool alt) {
     constexpr LPARAM altBit = 1 << 29;
-    const Windows& windows = Machine::current().windows;
+    const Windows& windows = Windows::current();
     const HWND target = windows.focus != nullptr ? windows.focus : windows.active;
     if (target != nullptr) {
         postMessage(target, alt ? systemMessage : message, key, 1 | (alt ? altBit : 0));
@@ -71,7 +71,7 @@ void mousePress(HWND window, POINT point) {
 }
 
 void mouseMove(HWND window, POINT point) {
-    postMouse(window, WM_MOUSEMOVE, Machine::current().windows.capture != nullptr ? MK_LBUTTON : 0, point);
+    postMouse(window, WM_MOUSEMOVE, Windows::current().capture != nullptr ? MK_LBUTTON : 0, point);
 }
 
 void mouseRelease(HWND window, POINT point) {

@@ -17,6 +17,9 @@ namespace winlayer {
 // at its queue. Thread rule: every operation may be called from any thread.
 class MessageQueues {
 public:
+    // The current machine's.
+    static MessageQueues& current();
+
     using Wanted = std::function<bool(const MSG&)>;
 
     // False when the thread has no queue; a thread gets its queue when it first looks at it or posts to

@@ -1,9 +1,11 @@
 #include "winlayer/windows/message_retrieval.h"
 
-#include "winlayer/machine.h"
+#include "winlayer/base/clock.h"
+#include "winlayer/windows/message_queue.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_focus.h"
 #include "winlayer/windows/window_paint.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 namespace winlayer {
@@ -13,7 +15,7 @@ const HWND threadOnly = reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1));
 
 // What a message that is taken from the queue says of the keyboard and the mouse.
 void noteInput(const MSG& message) {
-    Windows& windows = Machine::current().windows;
+    Windows& windows = Windows::current();
     switch (message.message) {
         case WM_KEYDOWN:
         case WM_SYSKEYDOWN:
@@ -50,31 +52,29 @@ bool MessageFilter::passes(const MSG& message) const {
 }
 
 bool lookForMessage(const MessageFilter& filter, bool remove, MSG& message) {
-    Machine& machine = Machine::current();
     const DWORD thread = GetCurrentThreadId();
-    machine.windows.peer().poll();
-    machine.messages.runSent(thread);
+    Windows::current().peer().poll();
+    MessageQueues::current().runSent(thread);
     const auto wanted = [&](const MSG& candidate) { return filter.passes(candidate); };
-    if (machine.messages.peek(thread, wanted, remove, message)) {
+    if (MessageQueues::current().peek(thread, wanted, remove, message)) {
         if (remove) {
             noteInput(message);
         }
         return true;
     }
-    if (machine.messages.peekQuit(thread, remove, message)) {
+    if (MessageQueues::current().peekQuit(thread, remove, message)) {
         return true;
     }
     if (const HWND window = nextToPaint(thread, wanted)) {
-        message = {window, WM_PAINT, 0, 0, GetTickCount(), machine.windows.cursor};
+        message = {window, WM_PAINT, 0, 0, GetTickCount(), Windows::current().cursor};
         return true;
     }
-    return machine.windows.timers.takeDue(thread, machine.clock.now(), wanted, remove, message);
+    return Windows::current().timers.takeDue(thread, Clock::current().now(), wanted, remove, message);
 }
 
 void waitForMessage(const MessageFilter& filter, MSG& message) {
-    Machine& machine = Machine::current();
     while (!lookForMessage(filter, true, message)) {
-        machine.windows.peer().wait(machine.windows.timers.nextDue(GetCurrentThreadId()));
+        Windows::current().peer().wait(Windows::current().timers.nextDue(GetCurrentThreadId()));
     }
 }
 
@@ -84,7 +84,7 @@ bool translateMessage(const MSG& message) {
     if (message.message != WM_KEYDOWN && !system) {
         return false;
     }
-    const char character = characterOf(message.wParam, Machine::current().windows.keysDown[VK_SHIFT]);
+    const char character = characterOf(message.wParam, Windows::current().keysDown[VK_SHIFT]);
     if (character == '\0') {
         return false;
     }

@@ -1,7 +1,8 @@
 #include "winlayer/windows/message_send.h"
 
 #include "winlayer/base/last_error.h"
-#include "winlayer/machine.h"
+#include "winlayer/windows/message_queue.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 namespace winlayer {
@@ -36,11 +37,10 @@ bool postMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (target == nullptr) {
         return false;
     }
-    Machine& machine = Machine::current();
-    machine.messages.post(target->thread,
-                          {window, message, wParam, lParam, GetTickCount(), machine.windows.cursor});
+    MessageQueues::current().post(
+        target->thread, {window, message, wParam, lParam, GetTickCount(), Windows::current().cursor});
     if (target->thread != GetCurrentThreadId()) {
-        machine.windows.peer().wake();
+        Windows::current().peer().wake();
     }
     return true;
 }

@@ -4,7 +4,8 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "winlayer/machine.h"
+#include "winlayer/base/clock.h"
+#include "winlayer/windows/message_queue.h"
 
 namespace winlayer {
 namespace {
@@ -45,12 +46,11 @@ SIZE Peer::textExtent(const std::string& text, const LOGFONTA& font, int width) 
 // While the machine's clock is stopped, time passes only by what is done on it: a wait for a timer moves it
 // there at once.
 void Peer::wait(std::optional<std::int64_t> until) {
-    Machine& machine = Machine::current();
-    if (until && machine.clock.stopped()) {
-        machine.clock.advance(std::max<std::int64_t>(0, *until - machine.clock.now()));
+    if (until && Clock::current().stopped()) {
+        Clock::current().advance(std::max<std::int64_t>(0, *until - Clock::current().now()));
         return;
     }
-    machine.messages.wait(GetCurrentThreadId(), until);
+    MessageQueues::current().wait(GetCurrentThreadId(), until);
 }
 
 }  // namespace winlayer

@@ -4,25 +4,13 @@
 #include <string>
 #include <vector>
 
-#include "winlayer/dialogs/dialog_template.h"
 #include "winlayer/windows/control.h"
+#include "winlayer/windows/dialog_state.h"
 #include "winlayer/windows/window_class.h"
 
 namespace winlayer {
 
 struct Surface;
-
-// What the dialog manager keeps for a dialog.
-struct DialogState {
-    std::optional<DialogFont> font;
-    HFONT ownFont = nullptr;  // made from it
-    SIZE baseUnits{};         // pixels of 4 by 8 dialog units
-    WORD defaultId = 0;
-    bool ended = false;
-    bool ownerWasEnabled = false;
-    INT_PTR result = 0;
-    HWND savedFocus = nullptr;  // control that had the focus while the dialog was not active
-};
 
 // One window. Plain data: what may be done with it is in the headers beside this one, by concern.
 struct Window {

@@ -1,21 +1,22 @@
 // Device contexts on the surfaces of windows.
 #include <algorithm>
 
+#include "winlayer/gdi/graphics.h"
 #include "winlayer/gdi/surface_drawing.h"
-#include "winlayer/machine.h"
 #include "winlayer/windows/window_geometry.h"
 #include "winlayer/windows/window_paint.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 namespace winlayer {
 namespace {
 
 Windows& windows() {
-    return Machine::current().windows;
+    return Windows::current();
 }
 
 Graphics& graphics() {
-    return Machine::current().graphics;
+    return Graphics::current();
 }
 
 std::uint32_t facePixel() {
@@ -62,7 +63,7 @@ bool releaseContext(HWND handle, HDC context) {
     if (found == windows().contexts.end() || found->second.window != handle) {
         return false;
     }
-    Machine::current().graphics.close(context);
+    Graphics::current().close(context);
     windows().contexts.erase(found);
     graphics().close(context);
     if (findWindow(handle) != nullptr) {

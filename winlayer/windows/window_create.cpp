@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "winlayer/machine.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_position.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 namespace winlayer {
@@ -14,7 +14,7 @@ constexpr int defaultWidth = 640;
 constexpr int defaultHeight = 480;
 
 Windows& windows() {
-    return Machine::current().windows;
+    return Windows::current();
 }
 
 HWND refuse(DWORD error) {

@@ -1,12 +1,13 @@
 #include <algorithm>
 #include <cstring>
 
-#include "winlayer/machine.h"
+#include "winlayer/base/gate.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_create.h"
 #include "winlayer/windows/window_focus.h"
 #include "winlayer/windows/window_paint.h"
 #include "winlayer/windows/window_position.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 using namespace winlayer;
@@ -15,7 +16,7 @@ namespace {
 
 LRESULT setText(Window& window, const char* text) {
     window.text = text != nullptr ? text : "";
-    Machine::current().windows.peer().textChanged(window.handle);
+    winlayer::Windows::current().peer().textChanged(window.handle);
     return TRUE;
 }
 

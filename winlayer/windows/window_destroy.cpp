@@ -1,16 +1,17 @@
-#include "winlayer/dialogs/dialog.h"
-#include "winlayer/machine.h"
+#include "winlayer/gdi/graphics.h"
+#include "winlayer/windows/message_queue.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_create.h"
 #include "winlayer/windows/window_focus.h"
 #include "winlayer/windows/window_position.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 namespace winlayer {
 namespace {
 
 Windows& windows() {
-    return Machine::current().windows;
+    return Windows::current();
 }
 
 // Only for the eye: a window goes also when there is no memory to show what it has covered.
@@ -89,11 +90,12 @@ void finish(HWND handle) {
 
 void strikeOff(const Window& window) {
     std::erase(siblingsOf(window), window.handle);
-    Machine& machine = Machine::current();
-    machine.messages.forget(window.handle);
-    machine.windows.timers.killAll(window.handle);
-    deleteDialogFont(window);
-    machine.windows.table.remove(window.handle);
+    MessageQueues::current().forget(window.handle);
+    Windows::current().timers.killAll(window.handle);
+    if (window.dialog != nullptr && window.dialog->ownFont != nullptr) {
+        Graphics::current().remove(window.dialog->ownFont);
+    }
+    Windows::current().table.remove(window.handle);
 }
 
 bool destroyWindow(HWND handle) {

@@ -1,15 +1,15 @@
 #include "winlayer/windows/window_focus.h"
 
-#include "winlayer/machine.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_position.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 namespace winlayer {
 namespace {
 
 Windows& windows() {
-    return Machine::current().windows;
+    return Windows::current();
 }
 
 WPARAM asParameter(HWND window) {

@@ -2,9 +2,9 @@
 
 #include <algorithm>
 
-#include "winlayer/machine.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_geometry.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 namespace winlayer {
@@ -118,7 +118,7 @@ bool eraseBackground(Window& window, HDC context) {
 }
 
 HWND nextToPaint(DWORD thread, const std::function<bool(const MSG&)>& wanted) {
-    return firstToPaint(Machine::current().windows.topLevel, thread, wanted);
+    return firstToPaint(Windows::current().topLevel, thread, wanted);
 }
 
 }  // namespace winlayer

@@ -2,18 +2,18 @@
 
 #include <algorithm>
 
-#include "winlayer/machine.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_focus.h"
 #include "winlayer/windows/window_geometry.h"
 #include "winlayer/windows/window_paint.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 namespace winlayer {
 namespace {
 
 Peer& peer() {
-    return Machine::current().windows.peer();
+    return Windows::current().peer();
 }
 
 // Whether the order changed.
@@ -85,11 +85,11 @@ bool activates(int command) {
 
 // A window that is hidden does not keep the focus.
 void giveFocusAway(const Window& hidden) {
-    const HWND focus = Machine::current().windows.focus;
+    const HWND focus = Windows::current().focus;
     if (focus == hidden.handle || isBelow(hidden.handle, focus)) {
         setFocus(hidden.parent);
     }
-    if (Machine::current().windows.active == hidden.handle) {
+    if (Windows::current().active == hidden.handle) {
         activateAnother(hidden.handle);
     }
 }
@@ -210,7 +210,7 @@ bool enableWindow(HWND handle, bool enable) {
     if (enable == !wasDisabled) {
         return wasDisabled;
     }
-    Windows& windows = Machine::current().windows;
+    Windows& windows = Windows::current();
     if (!enable) {
         sendMessage(handle, WM_CANCELMODE);
     }

@@ -20,7 +20,8 @@ struct WindowContext {
 // may post to it.
 class Windows {
 public:
-    Windows();
+    // The current machine's.
+    static Windows& current();
 
     std::shared_ptr<Window> find(HWND window) const { return table.find(window); }
     // Windows, timers, classes of the program, and device contexts on windows, that there are now.
@@ -32,10 +33,6 @@ public:
     // Who shows the windows; null, as at the start: nobody. Not owned. Set it before the first window.
     void setPeer(Peer* peer) { peer_ = peer != nullptr ? peer : &headless_; }
     Peer& peer() const { return *peer_; }
-
-    // RICHED32.DLL brings a window class with it: loading the module registers it, unloading takes it away.
-    void addRichEditClass();
-    void removeRichEditClass();
 
     WindowTable table;
     WindowClasses classes;

@@ -1,12 +1,12 @@
 #include "winlayer/windows/window_tree.h"
 
 #include "winlayer/base/gate.h"
-#include "winlayer/machine.h"
+#include "winlayer/windows/window_system.h"
 
 namespace winlayer {
 
 std::shared_ptr<Window> findWindow(HWND window) {
-    return Machine::current().windows.find(window);
+    return Windows::current().find(window);
 }
 
 std::shared_ptr<Window> findWindowOrSetLastError(HWND window) {
@@ -23,7 +23,7 @@ std::shared_ptr<Window> windowFor(const char* function, HWND window) {
 
 std::vector<HWND>& siblingsOf(const Window& window) {
     const auto parent = findWindow(window.parent);
-    return parent != nullptr ? parent->children : Machine::current().windows.topLevel;
+    return parent != nullptr ? parent->children : Windows::current().topLevel;
 }
 
 HWND rootOf(HWND window) {

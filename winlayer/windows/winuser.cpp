@@ -4,7 +4,8 @@
 #include <algorithm>
 #include <cstring>
 
-#include "winlayer/machine.h"
+#include "winlayer/base/gate.h"
+#include "winlayer/modules/modules.h"
 
 using namespace winlayer;
 
@@ -17,7 +18,7 @@ int WINAPI LoadStringA(HINSTANCE module, UINT id, LPSTR buffer, int size) try {
         SetLastError(ERROR_INVALID_PARAMETER);
         return 0;
     }
-    if (!Machine::current().modules.string(module, id, text)) {
+    if (!winlayer::Modules::current().string(module, id, text)) {
         buffer[0] = 0;
         SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
         return 0;

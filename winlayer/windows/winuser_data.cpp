@@ -1,9 +1,10 @@
 // What windows carry: numbers by offset, properties, text.
 #include <cstring>
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
-#include "winlayer/machine.h"
 #include "winlayer/windows/message_send.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 using namespace winlayer;
@@ -70,7 +71,7 @@ LONG_PTR exchangeStyle(Window& window, DWORD Window::*member, int index, LONG_PT
     sendMessage(window.handle, WM_STYLECHANGING, which, reinterpret_cast<LPARAM>(&styles));
     window.*member = styles.styleNew;
     sendMessage(window.handle, WM_STYLECHANGED, which, reinterpret_cast<LPARAM>(&styles));
-    Machine::current().windows.peer().stateChanged(window.handle);
+    winlayer::Windows::current().peer().stateChanged(window.handle);
     return static_cast<LONG>(styles.styleOld);
 }
 

@@ -1,10 +1,13 @@
 // Messages and timers.
 #include <algorithm>
 
+#include "winlayer/base/clock.h"
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
-#include "winlayer/machine.h"
+#include "winlayer/windows/message_queue.h"
 #include "winlayer/windows/message_retrieval.h"
 #include "winlayer/windows/message_send.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 using namespace winlayer;
@@ -39,17 +42,16 @@ BOOL WINAPI PostThreadMessageA(DWORD thread, UINT message, WPARAM wParam, LPARAM
     if (denied(__func__)) {
         return FALSE;
     }
-    Machine& machine = Machine::current();
     if (thread == GetCurrentThreadId()) {
-        machine.messages.makeQueue(thread);
+        winlayer::MessageQueues::current().makeQueue(thread);
     }
-    if (!machine.messages.hasQueue(thread)) {
+    if (!winlayer::MessageQueues::current().hasQueue(thread)) {
         SetLastError(ERROR_INVALID_THREAD_ID);
         return FALSE;
     }
-    machine.messages.post(thread, {nullptr, message, wParam, lParam, GetTickCount(), {}});
+    winlayer::MessageQueues::current().post(thread, {nullptr, message, wParam, lParam, GetTickCount(), {}});
     if (thread != GetCurrentThreadId()) {
-        machine.windows.peer().wake();
+        winlayer::Windows::current().peer().wake();
     }
     return TRUE;
 } catch (const std::bad_alloc&) {
@@ -87,7 +89,7 @@ LRESULT WINAPI DispatchMessageA(const MSG* message) {
 
 void WINAPI PostQuitMessage(int exitCode) {
     entered(__func__);
-    Machine::current().messages.postQuit(GetCurrentThreadId(), exitCode);
+    winlayer::MessageQueues::current().postQuit(GetCurrentThreadId(), exitCode);
 }
 
 LRESULT WINAPI CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -100,9 +102,8 @@ UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT milliseconds, TIMERPROC 
     if (denied(__func__) || (window != nullptr && findWindowOrSetLastError(window) == nullptr)) {
         return 0;
     }
-    Machine& machine = Machine::current();
-    const UINT_PTR given = machine.windows.timers.set(GetCurrentThreadId(), window, id, milliseconds,
-                                                      procedure, machine.clock.now());
+    const UINT_PTR given = winlayer::Windows::current().timers.set(
+        GetCurrentThreadId(), window, id, milliseconds, procedure, winlayer::Clock::current().now());
     return std::max<UINT_PTR>(given, 1);
 } catch (const std::bad_alloc&) {
     return outOfMemory(0U);
@@ -112,7 +113,7 @@ BOOL WINAPI KillTimer(HWND window, UINT_PTR id) {
     if (denied(__func__)) {
         return FALSE;
     }
-    const bool killed = Machine::current().windows.timers.kill(GetCurrentThreadId(), window, id);
+    const bool killed = winlayer::Windows::current().timers.kill(GetCurrentThreadId(), window, id);
     if (!killed) {
         SetLastError(ERROR_INVALID_PARAMETER);
     }

@@ -3,9 +3,11 @@
 #include <string>
 #include <string_view>
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
-#include "winlayer/machine.h"
+#include "winlayer/gdi/graphics.h"
 #include "winlayer/windows/window_paint.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 using namespace winlayer;
@@ -88,21 +90,20 @@ int WINAPI DrawTextA(HDC context, LPCSTR text, int length, LPRECT place, UINT fo
     if (denied(__func__)) {
         return 0;
     }
-    Machine& machine = Machine::current();
-    const DeviceContext* const target = machine.graphics.context(context);
+    const DeviceContext* const target = winlayer::Graphics::current().context(context);
     if (target == nullptr || (format & DT_CALCRECT) == 0) {
         SetLastError(target == nullptr ? ERROR_INVALID_HANDLE : ERROR_CALL_NOT_IMPLEMENTED);
         return 0;
     }
-    const LOGFONTA* const selected = machine.graphics.font(static_cast<HFONT>(target->font));
+    const LOGFONTA* const selected = winlayer::Graphics::current().font(static_cast<HFONT>(target->font));
     LOGFONTA font{};
     font.lfHeight = systemFontHeight;
     const std::string_view measured =
         length < 0 ? std::string_view(text) : std::string_view(text, static_cast<std::size_t>(length));
     const int width =
         (format & DT_WORDBREAK) != 0 ? place->right - place->left : std::numeric_limits<int>::max();
-    const SIZE extent = machine.windows.peer().textExtent(std::string(measured),
-                                                          selected != nullptr ? *selected : font, width);
+    const SIZE extent = winlayer::Windows::current().peer().textExtent(
+        std::string(measured), selected != nullptr ? *selected : font, width);
     place->right = place->left + extent.cx;
     place->bottom = place->top + extent.cy;
     return extent.cy;

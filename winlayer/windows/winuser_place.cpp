@@ -1,10 +1,11 @@
 // Visibility, input focus and geometry of windows.
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
-#include "winlayer/machine.h"
 #include "winlayer/windows/window_focus.h"
 #include "winlayer/windows/window_geometry.h"
 #include "winlayer/windows/window_paint.h"
 #include "winlayer/windows/window_position.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 using namespace winlayer;
@@ -12,7 +13,7 @@ using namespace winlayer;
 namespace {
 
 Windows& windows() {
-    return Machine::current().windows;
+    return winlayer::Windows::current();
 }
 
 // Where a window's client coordinates begin on the screen; null stands for the screen itself.

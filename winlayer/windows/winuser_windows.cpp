@@ -2,9 +2,10 @@
 #include <algorithm>
 #include <cstring>
 
+#include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
-#include "winlayer/machine.h"
 #include "winlayer/windows/window_create.h"
+#include "winlayer/windows/window_system.h"
 #include "winlayer/windows/window_tree.h"
 
 using namespace winlayer;
@@ -12,7 +13,7 @@ using namespace winlayer;
 namespace {
 
 WindowClasses& classes() {
-    return Machine::current().windows.classes;
+    return winlayer::Windows::current().classes;
 }
 
 HWND refuse(DWORD error) {
@@ -90,7 +91,7 @@ BOOL WINAPI UnregisterClassA(LPCSTR name, HINSTANCE) {
         SetLastError(ERROR_CLASS_DOES_NOT_EXIST);
         return FALSE;
     }
-    if (hasWindows(*found, Machine::current().windows.topLevel)) {
+    if (hasWindows(*found, winlayer::Windows::current().topLevel)) {
         SetLastError(ERROR_CLASS_HAS_WINDOWS);
         return FALSE;
     }

@@ -1,11 +1,12 @@
-#include "winlayer/windows/window_system.h"
+#include "winlayer/dialogs/system_classes.h"
 
+#include "winlayer/base/gate.h"
 #include "winlayer/dialogs/control_button.h"
 #include "winlayer/dialogs/control_progress.h"
 #include "winlayer/dialogs/control_rich_edit.h"
 #include "winlayer/dialogs/control_static.h"
 #include "winlayer/include/commctrl.h"
-#include "winlayer/machine.h"
+#include "winlayer/windows/window_system.h"
 
 namespace winlayer {
 namespace {
@@ -28,7 +29,7 @@ WindowClass systemClass(const char* name, WNDPROC procedure, ATOM atom) {
 
 }  // namespace
 
-Windows::Windows() {
+void addSystemClasses(WindowClasses& classes) {
     WindowClass dialog = systemClass("#32770", DefDlgProcA, static_cast<ATOM>(firstSystemAtom + 2));
     dialog.windowExtra = DLGWINDOWEXTRA;
     classes.add(std::move(dialog));
@@ -37,11 +38,11 @@ Windows::Windows() {
     classes.add(systemClass("Static", procedureOf<StaticControl>, staticAtom));
 }
 
-void Windows::addRichEditClass() {
+void addRichEditClass(WindowClasses& classes) {
     classes.add(systemClass("RICHEDIT", procedureOf<RichEditControl>, 0));
 }
 
-void Windows::removeRichEditClass() {
+void removeRichEditClass(WindowClasses& classes) {
     classes.remove("RICHEDIT");
 }
 
@@ -49,7 +50,7 @@ void Windows::removeRichEditClass() {
 
 void WINAPI InitCommonControls() try {
     winlayer::entered(__func__);
-    winlayer::Machine::current().windows.classes.add(
+    winlayer::Windows::current().classes.add(
         winlayer::systemClass(PROGRESS_CLASSA, winlayer::procedureOf<winlayer::ProgressControl>, 0));
 } catch (const std::bad_alloc&) {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);

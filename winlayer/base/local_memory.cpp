@@ -1,4 +1,4 @@
-#include "winlayer/kernel/local_memory.h"
+#include "winlayer/base/local_memory.h"
 
 #include <algorithm>
 

@@ -11,6 +11,9 @@ namespace winlayer {
 // blocks were not given back. Thread rule: every operation may be called from any thread.
 class LocalMemory {
 public:
+    // The current machine's.
+    static LocalMemory& current();
+
     // Zero-filled, at least one byte.
     void* allocate(std::size_t bytes);
     // False when the address is no block of this memory.

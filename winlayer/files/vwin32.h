@@ -5,7 +5,7 @@
 
 namespace winlayer {
 
-class Machine;
+class Drives;
 
 // What \\.\VWIN32 opens on Windows 95, 98 and Me: the way to the MS-DOS disk services. It answers four
 // control codes, each with a 28-byte register block (EBX, EDX, ECX, EAX, EDI, ESI, Flags) in and out:
@@ -16,7 +16,7 @@ class Machine;
 // A failing service is no failing command: the command succeeds with the carry flag set in Flags and the
 // service's error code in AX (INT 13h: in AH). The command itself fails with ERROR_INVALID_FUNCTION for
 // another code and with ERROR_INVALID_PARAMETER for a block of the wrong size or an address that PtrToUlong
-// never gave out. The device refers to the machine and must not outlive it.
-std::unique_ptr<OpenFile> openVwin32(Machine& machine);
+// never gave out. The device refers to the drives and must not outlive it.
+std::unique_ptr<OpenFile> openVwin32(const Drives& drives);
 
 }  // namespace winlayer

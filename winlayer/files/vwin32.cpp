@@ -1,11 +1,11 @@
-#include "winlayer/diskette/vwin32.h"
+#include "winlayer/files/vwin32.h"
 
 #include <vector>
 
 #include "winlayer/diskette/diskette_drive.h"
 #include "winlayer/diskette/dos_errors.h"
 #include "winlayer/diskette/dos_registers.h"
-#include "winlayer/machine.h"
+#include "winlayer/files/drives.h"
 
 namespace winlayer {
 namespace {
@@ -69,7 +69,7 @@ void putParameters(std::span<std::byte> block, DWORD special, const DiskGeometry
 
 class Vwin32 : public OpenFile {
 public:
-    explicit Vwin32(Machine& machine) : machine_(machine) {}
+    explicit Vwin32(const Drives& drives) : drives_(drives) {}
 
     Transfer read(std::uint64_t, std::span<std::byte>) override { return {0, ERROR_INVALID_FUNCTION}; }
     Transfer write(std::uint64_t, std::span<const std::byte>) override { return {0, ERROR_INVALID_FUNCTION}; }
@@ -88,7 +88,7 @@ private:
     void biosTransfer(DosRegisters& registers, DisketteDrive& drive, bool writing) const;
     void biosParameters(DosRegisters& registers, const DisketteDrive& drive) const;
 
-    Machine& machine_;
+    const Drives& drives_;
 };
 
 DWORD Vwin32::control(DWORD code, std::span<const std::byte> in, std::span<std::byte> out, DWORD& returned) {
@@ -120,7 +120,7 @@ std::shared_ptr<DisketteDrive> Vwin32::drive(DWORD number) const {
     if (number >= 26) {
         return nullptr;
     }
-    const Drive* const found = machine_.drives.find(static_cast<char>('A' + number));
+    const Drive* const found = drives_.find(static_cast<char>('A' + number));
     return found == nullptr ? nullptr : std::dynamic_pointer_cast<DisketteDrive>(found->files);
 }
 
@@ -221,8 +221,8 @@ void Vwin32::biosParameters(DosRegisters& registers, const DisketteDrive& drive)
 
 }  // namespace
 
-std::unique_ptr<OpenFile> openVwin32(Machine& machine) {
-    return std::make_unique<Vwin32>(machine);
+std::unique_ptr<OpenFile> openVwin32(const Drives& drives) {
+    return std::make_unique<Vwin32>(drives);
 }
 
 }  // namespace winlayer

@@ -5,7 +5,8 @@
 #include <fstream>
 #include <string>
 
-#include "winlayer/machine.h"
+#include "winlayer/base/gate.h"
+#include "winlayer/modules/modules.h"
 
 namespace winlayer {
 namespace {
@@ -70,7 +71,7 @@ SIZE_T WINAPI VirtualQuery(LPCVOID address, PMEMORY_BASIC_INFORMATION informatio
         information->Protect = PAGE_NOACCESS;
         return sizeof *information;
     }
-    const HMODULE module = Machine::current().modules.holding(address);
+    const HMODULE module = winlayer::Modules::current().holding(address);
     information->AllocationBase = module != nullptr ? module : reinterpret_cast<PVOID>(region.start);
     information->State = MEM_COMMIT;
     information->Protect = protectionOf(region.rights);
