@@ -5,9 +5,9 @@
 
 // The five sorting methods of lists and maps, stated once over a sequence of positions. A sequence offers
 //   DWORD Count() const              how many elements there are
-//   int Compare(DWORD, DWORD) const  below, equal to or above 0 as the first element sorts before, with or
-//   after void Exchange(DWORD, DWORD)      exchanges two elements bool IsTotal() const              whether
-//   Compare is a total order (containment counting as equality is none)
+//   int Compare(DWORD, DWORD) const  below, equal to or above 0 as the first sorts before, with or after
+//   void Exchange(DWORD, DWORD)      exchanges two elements
+//   bool IsTotal() const             whether Compare is a total order; counting containment as equal is none
 
 namespace UTILS {
 

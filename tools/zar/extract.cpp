@@ -40,7 +40,7 @@ public:
         MakeFiles(archive.folder.c_str(), archive.name.c_str(), target.c_str(), name);
         try {
             OpenInput(archivePath_.GetPath());
-            ::zar::MoveForward(Input(), 0, offset);
+            ::zar::MoveTo(Input(), offset);
             const bool old = ReadInputFileField() == ZAR_OLD_RECORD;
             const int extracted = old ? DoOldExtraction(name) : DoNewExtraction(name);
             if (extracted == 0) throw std::runtime_error("the file could not be copied");

@@ -16,8 +16,7 @@ constexpr std::size_t windowSize = 65536;
 
 std::size_t ReadFrom(UTILS::DiskIO& file, std::uint64_t offset, unsigned char* buffer, std::size_t count) {
     try {
-        file.SetFilePointer(LARGE_INTEGER{}, FILE_BEGIN);
-        if (offset != 0) MoveForward(file, 0, offset);
+        MoveTo(file, offset);
         file.Read(buffer, static_cast<DWORD>(count));
         return file.GetBytesRead();
     } catch (const UTILS::DiskIoException&) {

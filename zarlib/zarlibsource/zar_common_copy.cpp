@@ -47,15 +47,9 @@ bool ZAR_Common::SkipData(m_archive_fields field) {
 
 bool ZAR_Common::SkipInput(std::uint64_t distance, std::uint64_t required) {
     const DiskIO& input = Input();
-    std::uint64_t position = input.GetFilePointer();
+    const std::uint64_t position = input.GetFilePointer();
     if (position + required > zar::SizeOf(input)) return false;
-    if (input.get_async_mode()) {
-        // The system moves such a file from a place of its own.
-        input.SetFilePointer(LARGE_INTEGER{}, FILE_BEGIN);
-        distance += position;
-        position = 0;
-    }
-    zar::MoveForward(input, position, distance);
+    zar::MoveTo(input, position + distance);
     return true;
 }
 

@@ -1,4 +1,5 @@
 #pragma once
+#include <algorithm>
 #include <cstdint>
 
 #include "diskio.h"
@@ -10,22 +11,17 @@ inline std::uint64_t SizeOf(const UTILS::DiskIO& file) {
     return std::uint64_t{file.GetFileSizeHigh()} << 32 | file.GetFileSize();
 }
 
-// Moves a file's pointer forward from `position`, where it is, by `distance` bytes. The system takes a
-// distance of 32 bits as signed and tells no position beyond 32 bits without being asked for the high half;
-// so long ways are gone in several moves, and far places from the start. Throws DiskIoException type 5.
-inline void MoveForward(const UTILS::DiskIO& file, std::uint64_t position, std::uint64_t distance) {
+// Moves a file's pointer to a place, in bytes from the start. The system takes a distance of 32 bits as
+// signed, so a place between 2 and 4 GiB is gone to in several moves. Throws DiskIoException type 5.
+inline void MoveTo(const UTILS::DiskIO& file, std::uint64_t place) {
     constexpr std::uint64_t longest = 0x7FFFFFFF;
     LARGE_INTEGER step{};
-    if ((position + distance) >> 32 != 0) {
-        step.QuadPart = static_cast<LONGLONG>(position + distance);
-        file.SetFilePointer(step, FILE_BEGIN);
-        return;
-    }
-    do {
-        step.QuadPart = static_cast<LONGLONG>(distance < longest ? distance : longest);
+    step.QuadPart = static_cast<LONGLONG>(place >> 32 != 0 ? place : std::min(place, longest));
+    file.SetFilePointer(step, FILE_BEGIN);
+    while ((place -= static_cast<std::uint64_t>(step.QuadPart)) != 0) {
+        step.QuadPart = static_cast<LONGLONG>(std::min(place, longest));
         file.SetFilePointer(step, FILE_CURRENT);
-        distance -= static_cast<std::uint64_t>(step.QuadPart);
-    } while (distance != 0);
+    }
 }
 
 }  // namespace zar
