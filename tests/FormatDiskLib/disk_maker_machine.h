@@ -17,9 +17,10 @@ inline std::string familyName(const testing::TestParamInfo<winlayer::WindowsVers
 // A machine with a blank diskette in A: and a disk archive on C:, and a judge of finished diskettes.
 class DiskMakerMachine : public DisketteMachine {
 public:
-    explicit DiskMakerMachine(winlayer::WindowsVersion version) : DisketteMachine(version) {
-        writeArchive(emergencyFiles());
-        blank_ = snapshot();
+    explicit DiskMakerMachine(winlayer::WindowsVersion version,
+                              const std::vector<test::ZarFile>& files = emergencyFiles())
+        : DisketteMachine(version) {
+        writeArchive(files);
     }
 
     void writeArchive(const std::vector<test::ZarFile>& files) {
@@ -43,7 +44,10 @@ public:
         std::copy(bytes.begin(), bytes.end(), image().begin());
         EXPECT_EQ(drive().settle(), DWORD{NO_ERROR});
     }
-    void insertBlank() { restore(blank_); }
+    void insertBlank() {
+        format();
+        EXPECT_EQ(drive().settle(), DWORD{NO_ERROR});
+    }
 
     DWORD serialNumber() {
         DWORD number = 0;
@@ -91,5 +95,4 @@ public:
 
 private:
     TempFolder folder_;
-    std::vector<std::byte> blank_;
 };

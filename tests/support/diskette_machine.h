@@ -22,8 +22,7 @@ public:
         : machine_(version) {
         auto medium = std::make_unique<winlayer::MemoryStore>(sectors);
         medium_ = medium.get();
-        std::fill(medium_->bytes().begin(), medium_->bytes().end(), leftover);
-        EXPECT_EQ(winlayer::formatDiskette(*medium, serial), DWORD{NO_ERROR});
+        format();
         drive_ = winlayer::DisketteDrive::make(std::move(medium));
         drive_->setClock([] { return moment; });
         machine_->drives.mount('A', drive_, DRIVE_REMOVABLE);
@@ -33,6 +32,12 @@ public:
     winlayer::DisketteDrive& drive() { return *drive_; }
     // What the diskette holds, byte by byte. After changing it, call drive().settle().
     std::span<std::byte> image() { return medium_->bytes(); }
+
+protected:
+    void format() {
+        std::fill(image().begin(), image().end(), leftover);
+        EXPECT_EQ(winlayer::formatDiskette(*medium_, serial), DWORD{NO_ERROR});
+    }
 
 private:
     winlayer::ScopedMachine machine_;
