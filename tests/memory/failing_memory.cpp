@@ -1,5 +1,7 @@
 #include "failing_memory.h"
 
+#include <execinfo.h>
+
 #include <atomic>
 #include <cstdlib>
 #include <new>
@@ -11,9 +13,17 @@ namespace {
 thread_local bool counting = false;
 thread_local std::size_t count = 0;
 thread_local std::size_t failing = 0;
+thread_local std::vector<Calls>* kept = nullptr;
 std::atomic<std::ptrdiff_t> blocks = 0;
 
+void keepCalls() {
+    const Unfailing unfailing;
+    Calls& calls = kept->emplace_back(256);
+    calls.resize(static_cast<std::size_t>(backtrace(calls.data(), static_cast<int>(calls.size()))));
+}
+
 bool fails() {
+    if (counting && kept != nullptr) keepCalls();
     return counting && count++ == failing;
 }
 
@@ -35,8 +45,12 @@ bool stop() {
     return count > failing;
 }
 
-std::size_t taken() {
-    return count;
+std::vector<Calls> callsOf(const std::function<void()>& run) {
+    std::vector<Calls> calls;
+    kept = &calls;
+    run();
+    kept = nullptr;
+    return calls;
 }
 
 std::ptrdiff_t held() {

@@ -1,5 +1,7 @@
 #pragma once
 #include <cstddef>
+#include <functional>
+#include <vector>
 
 // The memory of this program: operator new and what the libraries here take from malloc and realloc are
 // counted, and one of these allocations can be made to fail.
@@ -9,8 +11,10 @@ namespace memory {
 void failAfter(std::size_t skip);
 // Stops failing; true when the allocation came.
 bool stop();
-// Allocations of this thread since failAfter().
-std::size_t taken();
+// The calls that lead to an allocation, innermost first.
+using Calls = std::vector<void*>;
+// Those of each allocation that failAfter() counts while `run` runs, in their order.
+std::vector<Calls> callsOf(const std::function<void()>& run);
 // Blocks that the program holds now.
 std::ptrdiff_t held();
 
