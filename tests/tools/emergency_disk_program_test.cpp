@@ -128,11 +128,12 @@ void setFat(std::string& image, std::size_t cluster, unsigned value) {
     }
 }
 
-void putEntry(std::string& image, const std::string& name, char attributes, unsigned cluster) {
+void putEntry(std::string& image, const std::string& name, char attributes, unsigned cluster,
+              std::size_t place = 0) {
     std::string entry = name + std::string(32 - name.size(), '\0');
     entry[11] = attributes;
     entry[26] = static_cast<char>(cluster);
-    image.replace(19 * 512, 32, entry);
+    image.replace(19 * 512 + 32 * place, 32, entry);
 }
 
 // A run and its dry run end alike, and what cannot become an emergency diskette stays as it is.
@@ -153,6 +154,12 @@ TEST_F(EmergencyDiskProgram, ChecksEverythingBeforeItErasesAnything) {
         {6, "A:\\KEPT cannot be deleted: the directory is read-only",
          [](std::string& i) {
              putEntry(i, "KEPT       ", 0x11, 40);
+             setFat(i, 40, 0xFFF);
+         }},
+        {6, "cluster 40 of TWO.A belongs to another entry, too",
+         [](std::string& i) {
+             putEntry(i, "ONE        ", 0x20, 40);
+             putEntry(i, "TWO     A  ", 0x10, 40, 1);
              setFat(i, 40, 0xFFF);
          }},
         {6, "cluster 6, where the loader", [](std::string& i) { setFat(i, 6, 0xFFF); }},

@@ -15,6 +15,9 @@ constexpr DWORD sectorSize = boot_sector::size;
 constexpr DWORD entrySize = 32;
 constexpr DWORD freeMark = 0;
 constexpr DWORD badMark = 0xFF7;
+// Of this program alone, for what it has freed: no link has so many bits.
+constexpr DWORD ofFile = 0x1000;
+constexpr DWORD ofDirectory = 0x1001;
 constexpr DWORD firstCluster = 2;
 constexpr DWORD clusterEnd = firstCluster + diskClusters;
 
@@ -52,22 +55,32 @@ public:
         }
     }
 
-    // Frees a chain as far as it is one, which may be damaged in any way; gives its clusters.
-    std::vector<DWORD> release(DWORD first) {
-        std::vector<DWORD> chain;
-        DWORD cluster = first;
-        while (cluster >= firstCluster && cluster < clusterEnd && links_[cluster] != freeMark) {
-            chain.push_back(cluster);
-            cluster = std::exchange(links_[cluster], freeMark);
+    struct Chain {
+        std::vector<DWORD> clusters;
+        DWORD end;  // where its last link leads
+    };
+
+    // Frees a chain as far as it is one, which may be damaged in any way. `mark`: whose it is.
+    Chain release(DWORD first, DWORD mark) {
+        Chain chain{{}, first};
+        while (chain.end >= firstCluster && chain.end < clusterEnd && !isFree(chain.end)) {
+            chain.clusters.push_back(chain.end);
+            chain.end = std::exchange(links_[chain.end], mark);
         }
         return chain;
     }
 
     bool isBad(DWORD cluster) const { return links_[cluster] == badMark; }
+    bool isFree(DWORD cluster) const { return links_[cluster] == freeMark || links_[cluster] >= ofFile; }
+    // Whether such a chain leads to what was freed as a directory's, or as anything's if it is one's itself.
+    bool shares(const Chain& chain, DWORD mark) const {
+        return chain.end < clusterEnd && links_[chain.end] >= ofFile &&
+               (mark == ofDirectory || links_[chain.end] == ofDirectory);
+    }
     std::vector<DWORD> free() const {
         std::vector<DWORD> clusters;
         for (DWORD cluster = firstCluster; cluster < clusterEnd; ++cluster) {
-            if (links_[cluster] == freeMark) clusters.push_back(cluster);
+            if (isFree(cluster)) clusters.push_back(cluster);
         }
         return clusters;
     }
@@ -78,6 +91,26 @@ public:
 private:
     std::vector<DWORD> links_;
 };
+
+// What is not ASCII, and so of a code page, reads as "?".
+std::string nameOf(const unsigned char* entry) {
+    std::string name(entry, entry + boot_sector::directoryNameSize);
+    for (char& letter : name) {
+        if (letter < ' ' || letter > '~') letter = '?';
+    }
+    const auto part = [&](std::size_t at, std::size_t size) {
+        const std::string padded = name.substr(at, size);
+        return padded.substr(0, padded.find_last_not_of(' ') + 1);
+    };
+    const std::string extension = part(8, 3);
+    return part(0, 8) + (extension.empty() ? "" : "." + extension);
+}
+
+// A directory cannot be read any more when its cluster has gone with another entry.
+[[noreturn]] void refuseShared(const unsigned char* entry, DWORD cluster) {
+    throw Problem(ExitCode::refused, "the volume is damaged: cluster " + std::to_string(cluster) + " of " +
+                                         nameOf(entry) + " belongs to another entry, too");
+}
 
 // Frees what the entries of a directory hold. Result: the entries that deleting leaves behind: labels, and
 // parts of long names that belong to no file.
@@ -95,9 +128,12 @@ std::size_t eraseDirectory(DisketteView& diskette, Clusters& clusters, const Byt
             kept += std::exchange(longName, 0) + (deleted ? 0 : 1);
         } else if (!dots) {
             longName = 0;
+            const DWORD mark = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? ofDirectory : ofFile;
+            const Clusters::Chain chain = clusters.release(wordAt(directory, at + 26), mark);
+            if (clusters.shares(chain, mark)) refuseShared(&directory[at], chain.end);
+            if (mark == ofFile) continue;
             Bytes below;
-            for (const DWORD cluster : clusters.release(wordAt(directory, at + 26))) {
-                if ((attributes & FILE_ATTRIBUTE_DIRECTORY) == 0) continue;
+            for (const DWORD cluster : chain.clusters) {
                 const Bytes sector = read(diskette, sectorOf(cluster), 1);
                 below.insert(below.end(), sector.begin(), sector.end());
             }
