@@ -81,9 +81,9 @@ public:
 
     std::string windowsPath(const std::string& name) const override {
         try {
-            return winlayer::Machine::current().drives.fromHost(fs::absolute(name).lexically_normal());
+            return winlayer::Machine::current().drives.fromHost(name);
         } catch (const std::invalid_argument&) {
-            throw Failure(ExitCode::usage, "'" + name + "' has a character that the code page lacks");
+            throw Failure(ExitCode::usage, "no Windows path leads to '" + name + "'");
         }
     }
 
@@ -96,7 +96,8 @@ public:
     }
 
     void screenshot(HWND window, const std::string& file) override {
-        fs::create_directories(fs::path(file).parent_path());
+        std::error_code ignored;  // what it hinders fails
+        fs::create_directories(fs::path(file).parent_path(), ignored);
         if (!display_->capture(window, file)) throw Failure(ExitCode::failure, "cannot write " + file);
     }
 

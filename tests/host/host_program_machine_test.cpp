@@ -1,4 +1,6 @@
 // The program `host` as its user starts it: what one run leaves to the next, and how it ends.
+#include <filesystem>
+
 #include "host/host_run.h"
 
 namespace {
@@ -19,6 +21,12 @@ TEST_F(HostProgram, ALaterRunFindsWhatAnEarlierOneInstalled) {
     EXPECT_NE(found.text.find("> cancel\nleave\n"), std::string::npos) << found.text;
     EXPECT_EQ(run("--component QXSample --uninstall").code, 0);
     EXPECT_EQ(run("--component QXSample --script ''").code, 4);
+}
+
+TEST_F(HostProgram, TakesAPathAsTheHostDoes) {
+    std::filesystem::create_directory_symlink(BUILD_DIRECTORY "/host/qxpm", hostFolder() + "/link");
+    const Ended ended = run("--install . --component '" + hostFolder() + "/link/../QXCSample.dll'");
+    EXPECT_EQ(ended.code, 0) << ended.text;
 }
 
 TEST_F(HostProgram, WarnsOfAWindowsOnWhichNoDriveIsFound) {
@@ -49,6 +57,8 @@ TEST_F(HostProgram, EndsWithACodeForEachReason) {
         {"--component Other --script ''", 4, "installed: QXSample"},
         {"--component QXSample --image missing.img --script ''", 1, "missing.img"},
         {"--install . --component /none/QXCSample.dll", 4, "cannot load"},
+        {"--install 'product.'", 2, "no Windows path leads to 'product.'"},
+        {"--component QXSample --script '' --screenshots /dev/null", 1, "host: cannot write /dev/null"},
     };
     for (const auto& each : cases) {
         const Ended ended = run(each.arguments);
