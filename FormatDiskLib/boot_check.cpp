@@ -303,6 +303,9 @@ private:
         if (!link) {
             return "The FAT's entry of cluster " + number(cluster) + " cannot be read.";
         }
+        if (*link < 2 || (*link >= clusterEnd() && *link < 0xFF8)) {
+            return "The loader's chain of clusters breaks off at cluster " + number(cluster) + ".";
+        }
         if (last) {
             return *link >= 0xFF8 ? "" : "The loader's chain of clusters is longer than its size.";
         }

@@ -84,14 +84,22 @@ TEST(BootCheck, NamesTheDamage) {
     }
 }
 
+std::string firstFault(const boot_check::Report& report) {
+    return std::find_if(report.findings.begin(), report.findings.end(),
+                        [](const boot_check::Finding& finding) { return !finding.passed; })
+        ->sentence;
+}
+
 TEST(BootCheck, TellsALoaderInPieces) {
     TestDiskette diskette;
     diskette.putFile(0, "QZLOADERBIN", makeLoader(4), {5, 6, 9, 10});
     const auto report = check(diskette);
     EXPECT_EQ(failed(report), (Names{"loader-run", "loader-checksum"})) << "first the cause";
-    const auto cause = std::find_if(report.findings.begin(), report.findings.end(),
-                                    [](const boot_check::Finding& finding) { return !finding.passed; });
-    EXPECT_NE(cause->sentence.find("cluster 9 follows cluster 6"), std::string::npos);
+    EXPECT_NE(firstFault(report).find("cluster 9 follows cluster 6"), std::string::npos);
+    for (const unsigned nowhere : {0U, 0xFF7U, 2849U}) {
+        diskette.setFat(6, nowhere);
+        EXPECT_NE(firstFault(check(diskette)).find("breaks off at cluster 6"), std::string::npos) << nowhere;
+    }
 }
 
 TEST(BootCheck, TellsALoaderThatIsSaidToLieOutsideTheDiskette) {
