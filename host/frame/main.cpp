@@ -1,5 +1,6 @@
 #include <exception>
 #include <iostream>
+#include <new>
 
 #include "host/frame/failure.h"
 #include "host/frame/loaded_module.h"
@@ -22,6 +23,9 @@ int main(int argc, char** argv) {
         std::cerr << "host: " << failure.what() << '\n';
         if (failure.code() == ExitCode::usage) std::cerr << "Try 'host --help'.\n";
         return static_cast<int>(failure.code());
+    } catch (const std::bad_alloc&) {
+        std::cerr << "host: there is not enough memory\n";
+        return static_cast<int>(ExitCode::failure);
     } catch (const std::exception& unexpected) {
         std::cerr << "host: " << unexpected.what() << '\n';
         return static_cast<int>(ExitCode::failure);
