@@ -57,12 +57,12 @@ Image Build(DWORD serialNumber) {
     put(image, oemNameAt, ")GWmRIHC");
     put(image, bytesPerSectorAt, 2, static_cast<DWORD>(size));
     put(image, sectorsPerClusterAt, 1, 1);
-    put(image, reservedSectorsAt, 2, 1);
-    put(image, fatCountAt, 1, 2);
-    put(image, rootEntriesAt, 2, 224);
+    put(image, reservedSectorsAt, 2, fatStart);
+    put(image, fatCountAt, 1, fatCount);
+    put(image, rootEntriesAt, 2, rootEntries);
     put(image, totalSectorsAt, 2, totalSectors);
     put(image, mediaDescriptorAt, 1, 0xF0);
-    put(image, sectorsPerFatAt, 2, 9);
+    put(image, sectorsPerFatAt, 2, fatSize);
     put(image, sectorsPerTrackAt, 2, sectorsPerTrack);
     put(image, headsAt, 2, heads);
     put(image, extendedSignatureAt, 1, 0x29);

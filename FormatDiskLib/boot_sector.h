@@ -50,6 +50,18 @@ inline constexpr unsigned heads = 2;
 inline constexpr unsigned sectorsPerTrack = 18;
 inline constexpr unsigned totalSectors = cylinders * heads * sectorsPerTrack;
 
+// Its volume, in sectors: the boot sector, the FATs, the root directory, then clusters of one sector.
+inline constexpr unsigned fatStart = 1;
+inline constexpr unsigned fatCount = 2;
+inline constexpr unsigned fatSize = 9;
+inline constexpr unsigned rootStart = fatStart + fatCount * fatSize;
+inline constexpr unsigned rootEntries = 224;
+inline constexpr unsigned rootSize = rootEntries / 16;
+inline constexpr unsigned dataStart = rootStart + rootSize;
+inline constexpr unsigned firstCluster = 2;
+inline constexpr unsigned clusterCount = totalSectors - dataStart;
+inline constexpr unsigned clusterEnd = firstCluster + clusterCount;  // one past the last
+
 // The 450 bytes from templateAt to the end of every boot sector, as the assembler made them.
 // The reference is valid for the life of the program.
 const std::array<unsigned char, templateSize>& Template();

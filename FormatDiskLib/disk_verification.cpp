@@ -9,18 +9,8 @@
 
 namespace {
 
-using boot_sector::sectorsPerTrack;
-using boot_sector::totalSectors;
+using namespace boot_sector;
 
-// In sectors.
-constexpr DWORD fatAt = 1;
-constexpr DWORD fatSize = 9;
-constexpr DWORD rootAt = fatAt + 2 * fatSize;
-constexpr DWORD rootSize = 14;
-constexpr DWORD dataAt = rootAt + rootSize;
-
-constexpr DWORD firstCluster = 2;
-constexpr DWORD clusterEnd = firstCluster + totalSectors - dataAt;
 constexpr DWORD chainEnd = 0xFF8;  // and above: the last cluster of a file
 
 constexpr std::size_t entrySize = 32;
@@ -94,8 +84,8 @@ bool DiskVerification::Starts() {
 // Keeps the first one and the root directory, for what follows.
 bool DiskVerification::FatsAgree() {
     std::vector<unsigned char> second(fat_.size());
-    return ReadRun(fatAt, fat_) && ReadRun(fatAt + fatSize, second) && fat_ == second &&
-           ReadRun(rootAt, root_);
+    return ReadRun(fatStart, fat_) && ReadRun(fatStart + fatSize, second) && fat_ == second &&
+           ReadRun(rootStart, root_);
 }
 
 bool DiskVerification::Holds(const std::string& name, zar::Checker& archive, const zar::Entry& record) {
@@ -143,7 +133,7 @@ std::optional<DiskVerification::File> DiskVerification::Find(const std::string& 
 
 bool DiskVerification::ReadCluster(DWORD cluster, Sector content) {
     return cluster >= firstCluster && cluster < clusterEnd &&
-           ReadSector(dataAt + cluster - firstCluster, content);
+           ReadSector(dataStart + cluster - firstCluster, content);
 }
 
 DWORD DiskVerification::NextCluster(DWORD cluster) const {

@@ -4,6 +4,7 @@
 
 #include "boot_check.h"
 #include "boot_files.h"
+#include "boot_sector.h"
 #include "tools/common/archive_reading.h"
 #include "tools/common/exit_code.h"
 #include "tools/common/names.h"
@@ -47,15 +48,15 @@ void checkLoader(const Path& archive, const PlannedFile& loader) {
 void checkSpace(const Path& archive, const std::vector<const ::zar::Entry*>& records) {
     std::uint64_t clusters = 0;
     for (const ::zar::Entry* record : records) {
-        clusters += (record->size + clusterBytes - 1) / clusterBytes;
+        clusters += (record->size + boot_sector::size - 1) / boot_sector::size;
     }
-    if (clusters > diskClusters) {
+    if (clusters > boot_sector::clusterCount) {
         throw Problem(ExitCode::doesNotFit, archive.string() + ": the files need " +
                                                 std::to_string(clusters) + " clusters; a diskette has " +
-                                                std::to_string(diskClusters));
+                                                std::to_string(boot_sector::clusterCount));
     }
     const std::size_t entries = records.size() + 1;  // and the label
-    if (entries > rootEntries) {
+    if (entries > boot_sector::rootEntries) {
         throw Problem(ExitCode::doesNotFit, archive.string() + ": too many files for the root directory");
     }
 }

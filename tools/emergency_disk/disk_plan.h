@@ -1,7 +1,6 @@
 #pragma once
 #include <windows.h>
 
-#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -19,17 +18,6 @@ struct PlannedFile {
 using DiskPlan = std::vector<PlannedFile>;
 
 inline constexpr const char* loaderName = "QZLOADER.BIN";
-
-// A 1.44 MB diskette as it is usually formatted, and as the boot sector describes it: 2,880 sectors, one of
-// them the boot sector, then two FATs, the root directory, and clusters of one sector.
-inline constexpr DWORD clusterBytes = 512;
-inline constexpr DWORD firstFatSector = 1;
-inline constexpr DWORD fatSectors = 9;
-inline constexpr DWORD firstRootSector = firstFatSector + 2 * fatSectors;
-inline constexpr DWORD rootSectors = 14;
-inline constexpr std::size_t rootEntries = 224;
-inline constexpr DWORD firstDataSector = firstRootSector + rootSectors;
-inline constexpr DWORD diskClusters = 2880 - firstDataSector;
 
 // Reads an archive and checks that a diskette can be made from it: every record is sound, every file of the
 // diskette is there and none is empty, everything fits, and the boot code will accept the loader.

@@ -11,6 +11,10 @@ namespace tools::emergency_disk {
 
 namespace {
 
+using boot_sector::clusterCount;
+using boot_sector::clusterEnd;
+using boot_sector::firstCluster;
+
 constexpr DWORD sectorSize = boot_sector::size;
 constexpr DWORD entrySize = 32;
 constexpr DWORD freeMark = 0;
@@ -18,8 +22,6 @@ constexpr DWORD badMark = 0xFF7;
 // Of this program alone, for what it has freed: no link has so many bits.
 constexpr DWORD ofFile = 0x1000;
 constexpr DWORD ofDirectory = 0x1001;
-constexpr DWORD firstCluster = 2;
-constexpr DWORD clusterEnd = firstCluster + diskClusters;
 
 using Bytes = std::vector<unsigned char>;
 
@@ -28,7 +30,7 @@ DWORD wordAt(const Bytes& bytes, std::size_t at) {
 }
 
 DWORD sectorOf(DWORD cluster) {
-    return firstDataSector + cluster - firstCluster;
+    return boot_sector::dataStart + cluster - firstCluster;
 }
 
 // When a transfer of several sectors fails, the one at fault is looked for.
@@ -157,8 +159,9 @@ void requireLayout(DisketteView& diskette) {
 }
 
 Clusters readFat(DisketteView& diskette) {
-    const Bytes first = read(diskette, firstFatSector, fatSectors);
-    if (first != read(diskette, firstFatSector + fatSectors, fatSectors)) {
+    using namespace boot_sector;
+    const Bytes first = read(diskette, fatStart, fatSize);
+    if (first != read(diskette, fatStart + fatSize, fatSize)) {
         throw Problem(ExitCode::refused, "the volume is damaged: its two file allocation tables differ");
     }
     return Clusters(first);
@@ -177,14 +180,14 @@ void requireRoom(const DiskPlan& plan, const Clusters& clusters, std::size_t kep
     const std::size_t needed = clustersOf(plan);
     const std::size_t free = clusters.free().size();
     if (free < needed) {
-        const std::size_t lost = diskClusters - free - clusters.bad();
+        const std::size_t lost = clusterCount - free - clusters.bad();
         throw Problem(ExitCode::doesNotFit,
                       "the files need " + std::to_string(needed) + " clusters; of the diskette's " +
-                          std::to_string(diskClusters) + ", " + std::to_string(clusters.bad()) +
+                          std::to_string(clusterCount) + ", " + std::to_string(clusters.bad()) +
                           " are marked as bad and " + std::to_string(lost) +
                           " are in use without belonging to a file");
     }
-    if (rootEntries < keptEntries + plan.size() + 1) {  // and the label
+    if (boot_sector::rootEntries < keptEntries + plan.size() + 1) {  // and the label
         throw Problem(ExitCode::doesNotFit,
                       "the root directory has no room for the files, even when all others are deleted");
     }
@@ -211,7 +214,7 @@ void requireLoadersRun(const DiskPlan& plan, const Clusters& clusters, std::span
 void requireFit(DisketteView& diskette, const DiskPlan& plan) {
     requireLayout(diskette);
     Clusters clusters = readFat(diskette);
-    const Bytes root = read(diskette, firstRootSector, rootSectors);
+    const Bytes root = read(diskette, boot_sector::rootStart, boot_sector::rootSize);
     const std::size_t kept = eraseDirectory(diskette, clusters, root, true);
     requireRoom(plan, clusters, kept);
     requireLoadersRun(plan, clusters, clusters.free());
