@@ -225,7 +225,7 @@ TEST_F(ZarProgram, RemovesWhatKilledRunsLeft) {
     EXPECT_FALSE(fs::exists(folder_ / "out/.unpacked.part-killed"));
 }
 
-TEST_F(ZarProgram, ChangesNothingWhenAFileOrALinkIsInTheWay) {
+TEST_F(ZarProgram, ChangesNothingWhenAFileALinkOrAMountIsInTheWay) {
     packThree();
     write("out/A.TXT", "old");
     write("out/SUB/DEEP", "a file");
@@ -242,6 +242,16 @@ TEST_F(ZarProgram, ChangesNothingWhenAFileOrALinkIsInTheWay) {
     fs::create_directory_symlink("../../away", folder_ / "out/SUB/DEEP");
     expect(6);
     EXPECT_TRUE(fs::is_empty(folder_ / "away"));
+
+    fs::remove(folder_ / "out/SUB/DEEP");
+    fs::create_directory(folder_ / "out/SUB/DEEP");
+    ProgramRun run;
+    const char* mounted = "mount --bind away out/SUB/DEEP && zar extract a.zar -C out";
+    if (!runWithSmallDisk(mounted, folder_, run)) GTEST_SKIP() << "nothing can be mounted here";
+    EXPECT_EQ(run.exitCode, 6);
+    EXPECT_NE(run.err.find("out/SUB/DEEP is a mount point"), std::string::npos) << run.err;
+    EXPECT_EQ(read("out/A.TXT"), "old");
+    EXPECT_FALSE(fs::exists(folder_ / "out/SUB/B.TXT"));
 }
 
 TEST_F(ZarProgram, UnpacksAnArchiveOfNoFiles) {

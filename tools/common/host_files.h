@@ -74,6 +74,8 @@ public:
     // In any order.
     std::vector<Entry> entries() const;
     Kind kindOf(const std::string& name) const;
+    // Whether other entries can be moved into the folder, or to the place of the file, of that name.
+    bool movesReach(const std::string& name) const;
     // A folder in it, which must be no link.
     Folder below(const std::string& name) const;
     // Moves an entry to another folder on the same disk, as host_files::move does.

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/sysmacros.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -237,6 +238,20 @@ Kind Folder::kindOf(const std::string& name) const {
     }
     if (errno != ENOENT) throw failure(path_ / name, errno);
     return Kind::missing;
+}
+
+// Nothing is renamed across mounts, not even from one to another of the same disk; nor out of a folder with a
+// device of its own, as some file systems have within one mount. (A file's own device says nothing.)
+bool Folder::movesReach(const std::string& name) const {
+    struct statx here {
+    }, there{};
+    statx(descriptor_, ".", 0, STATX_TYPE | STATX_MNT_ID, &here);
+    statx(descriptor_, name.c_str(), AT_SYMLINK_NOFOLLOW, STATX_TYPE | STATX_MNT_ID, &there);
+    const auto device = [](const struct statx& facts) {
+        return makedev(facts.stx_dev_major, facts.stx_dev_minor);
+    };
+    return here.stx_mnt_id == there.stx_mnt_id &&
+           (!S_ISDIR(there.stx_mode) || device(here) == device(there));
 }
 
 Folder Folder::below(const std::string& name) const {

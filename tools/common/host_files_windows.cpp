@@ -286,6 +286,11 @@ Kind Folder::kindOf(const std::string& name) const {
     return search.good() ? kindFrom(search.facts) : Kind::missing;
 }
 
+// A disk that is mounted in a folder is a link here.
+bool Folder::movesReach(const std::string&) const {
+    return true;
+}
+
 Folder Folder::below(const std::string& name) const {
     return {*this, name};
 }

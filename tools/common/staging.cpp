@@ -57,12 +57,18 @@ Problem inTheWay(const Path& place, Kind there) {
                                    " of that name is in the way; nothing was changed"};
 }
 
+Problem mountedAt(const Path& place) {
+    return {ExitCode::refused,
+            place.string() + " is a mount point, across which nothing can be moved; nothing was changed"};
+}
+
 // Only a file takes a file's place, and only folders are merged; better told before the first one is moved.
 void refuseConflicts(const Folder& from, const Folder& to) {
     for (const auto& [name, kind] : from.entries()) {
         const Kind there = to.kindOf(name);
         if (there == Kind::missing) continue;
         if (there != kind) throw inTheWay(to.path() / name, there);
+        if (!to.movesReach(name)) throw mountedAt(to.path() / name);
         if (kind == Kind::folder) refuseConflicts(from.below(name), to.below(name));
     }
 }

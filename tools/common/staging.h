@@ -63,9 +63,9 @@ public:
     std::size_t files(const std::string& below) const;
     // Puts everything on the medium, then moves what is below one of its folders to its place below
     // the target, replacing files, merging folders, following no link. Throws Problem before anything is
-    // moved when something is in the way (refused for a link, failure for a file or folder that is needed as
-    // the other), and otherwise one that names the first entry that could not be moved; the entries before it
-    // are in place, each whole.
+    // moved when something is in the way (refused for a link and a mount point, failure for a file or folder
+    // that is needed as the other), and otherwise one that names the first entry that could not be moved; the
+    // entries before it are in place, each whole.
     void commit(const std::string& below);
 
 private:
