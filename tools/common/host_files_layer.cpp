@@ -65,6 +65,7 @@ constexpr std::string_view pattern = "XXXXXX";
 // Opened anew: a descriptor has one place in the listing for all who read by it.
 DIR* openListing(int folder) {
     const int again = openat(folder, ".", asFolder);
+    if (again < 0) return nullptr;
     DIR* const listing = fdopendir(again);
     const int error = errno;
     if (listing == nullptr) close(again);
