@@ -19,7 +19,7 @@ constexpr int schemaVersion = 1;
 
 // The language's own library speaks to programmers.
 std::string wordsFor(const std::exception& unexpected) {
-    if (dynamic_cast<const std::bad_alloc*>(&unexpected) != nullptr) return "out of memory";
+    if (dynamic_cast<const std::bad_alloc*>(&unexpected) != nullptr) return noMemoryText;
     const auto* fault = dynamic_cast<const std::system_error*>(&unexpected);
     if (fault != nullptr) return fault->code().message();
     const bool report = dynamic_cast<const UTILS::std_exception*>(&unexpected) != nullptr;
@@ -158,9 +158,6 @@ ExitCode Program::runCommand() {
     } catch (const Problem& problem) {
         code = problem.code();
         error = problem.what();
-    } catch (const std::bad_alloc&) {
-        code = ExitCode::failure;
-        error = noMemoryText;
     } catch (const std::exception& unexpected) {
         code = ExitCode::failure;
         error = wordsFor(unexpected);
