@@ -72,8 +72,9 @@ std::size_t reviewNames(const Path& archive, bool stripFirst, const Warn& warn) 
     std::vector<std::size_t> hashes;  // of all names: they themselves could be too many to keep
     const std::hash<std::string> hash;
     walkArchive(archive, [&](const zar::Entry& record) {
-        hashes.push_back(hash(identityOf(nameOf(record))));
-        const char* obstacle = zar::NameObstacle(record.name);
+        const std::string name = nameOf(record);
+        hashes.push_back(hash(identityOf(name)));
+        const char* obstacle = zar::NameObstacle(name);
         if (obstacle != nullptr) obstacles.add(placed(record, utf8(record.name) + " " + obstacle));
     });
     obstacles.finish();
