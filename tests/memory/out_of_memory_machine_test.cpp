@@ -259,7 +259,7 @@ struct Command {
 
     HostDirectory folder;
     std::function<void(tools::Session&)> command;
-    nlohmann::ordered_json result = nlohmann::ordered_json::object();
+    tools::JsonWriter result;
     winlayer::ScopedMachine machine;
     std::vector<std::filesystem::path> inputs;
     std::string thrown;

@@ -30,7 +30,7 @@ protected:
         options.archive = disk_.archive().string();
         options.simulate = state;
         Console console("test", true);
-        nlohmann::ordered_json result;
+        JsonWriter result;
         Session session{console, true, result};
         try {
             emergency_disk::make(options, session);

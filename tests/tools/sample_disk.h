@@ -39,7 +39,7 @@ public:
 
     void pack() const {
         tools::Console console("test", true);
-        nlohmann::ordered_json result;
+        tools::JsonWriter result;
         tools::Session session{console, true, result};
         tools::zar::create({archive().string(), files().string(), {}}, session);
     }

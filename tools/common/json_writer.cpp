@@ -13,51 +13,56 @@ constexpr std::size_t pieceBytes = 65536;
 
 }  // namespace
 
-void JsonWriter::member(const std::string& name, const Value& value) {
-    this->name(name);
-    append(value, 2);
+JsonText::JsonText(const std::vector<JsonMember>& members) {
+    for (const JsonMember& member : members) {
+        text_ += (text_.empty() ? "{\n  " : ",\n  ") + single(member.name) + ": " + member.value.movedIn(2);
+    }
+    text_ += members.empty() ? "{}" : "\n}";
+}
+
+std::string JsonText::single(const nlohmann::json& value) {
+    return withEscapedControls(value.dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+}
+
+std::string JsonText::movedIn(std::size_t columns) const {
+    std::string text;
+    for (const char letter : text_) {
+        text += letter;
+        if (letter == '\n') text.append(columns, ' ');
+    }
+    return text;
+}
+
+void JsonWriter::member(const std::string& name, const JsonText& value) {
+    text_ += nextMember(name) + value.movedIn(2);
+    begun_ = true;
+    array_ = Array::none;
 }
 
 void JsonWriter::beginArray(const std::string& name) {
-    this->name(name);
-    text_ += '[';
+    text_ += nextMember(name) + '[';
+    begun_ = true;
     array_ = Array::empty;
 }
 
-void JsonWriter::element(const Value& value) {
-    text_ += array_ == Array::empty ? "\n    " : ",\n    ";
+void JsonWriter::element(const JsonText& value) {
+    text_ += (array_ == Array::empty ? "\n    " : ",\n    ") + value.movedIn(4);
     array_ = Array::filled;
-    append(value, 4);
     if (text_.size() >= pieceBytes) flush();
 }
 
 void JsonWriter::end() {
-    endArray();
-    text_ += begun_ ? "\n}\n" : "{}\n";
+    text_ += arrayEnd() + (begun_ ? "\n}\n" : "{}\n");
     flush();
 }
 
-void JsonWriter::name(const std::string& name) {
-    endArray();
-    text_ += begun_ ? ",\n  " : "{\n  ";
-    begun_ = true;
-    append(name, 2);
-    text_ += ": ";
+std::string JsonWriter::nextMember(const std::string& name) const {
+    return arrayEnd() + (begun_ ? ",\n  " : "{\n  ") + JsonText(name).movedIn(0) + ": ";
 }
 
-void JsonWriter::endArray() {
-    if (array_ == Array::filled) text_ += "\n  ";
-    if (array_ != Array::none) text_ += ']';
-    array_ = Array::none;
-}
-
-// Lines after the first are moved in to where the value begins.
-void JsonWriter::append(const Value& value, int indentation) {
-    const std::string text = withEscapedControls(value.dump(2, ' ', false, Value::error_handler_t::replace));
-    for (const char letter : text) {
-        text_ += letter;
-        if (letter == '\n') text_.append(static_cast<std::size_t>(indentation), ' ');
-    }
+std::string JsonWriter::arrayEnd() const {
+    if (array_ == Array::none) return {};
+    return array_ == Array::filled ? "\n  ]" : "]";
 }
 
 void JsonWriter::flush() {

@@ -1,28 +1,55 @@
 #pragma once
 #include <nlohmann/json.hpp>
 #include <string>
+#include <string_view>
+#include <type_traits>
+#include <vector>
 
 namespace tools {
 
+struct JsonMember;
+
+// A value as JSON text. The library's own arrays and objects need memory even to be destroyed, and the
+// program ends where there is none, so that it is given nothing but single values.
+class JsonText {
+public:
+    // A number, a truth value or a text. Texts that are not UTF-8 get replacement characters.
+    template <class Single>
+    requires(std::is_arithmetic_v<Single> || std::is_convertible_v<const Single&, std::string_view>)
+        JsonText(const Single& value)
+        : text_(single(value)) {}
+    // An object.
+    JsonText(const std::vector<JsonMember>& members);
+
+    // The lines after the first are moved in.
+    std::string movedIn(std::size_t columns) const;
+
+private:
+    static std::string single(const nlohmann::json& value);
+
+    std::string text_;
+};
+
+struct JsonMember {
+    std::string name;
+    JsonText value;
+};
+
 // One JSON object on standard output, written as it grows, so that an array may have any number of elements.
-// What is short comes out at the end, in one piece.
+// What is short comes out at the end, in one piece. A call that fails has added nothing.
 class JsonWriter {
 public:
-    using Value = nlohmann::ordered_json;
-
-    // Texts that are not UTF-8 get replacement characters.
-    void member(const std::string& name, const Value& value);
+    void member(const std::string& name, const JsonText& value);
     // An array as the next member, element by element until the next member or the end.
     void beginArray(const std::string& name);
-    void element(const Value& value);
+    void element(const JsonText& value);
     void end();
 
 private:
     enum class Array { none, empty, filled };
 
-    void name(const std::string& name);
-    void endArray();
-    void append(const Value& value, int indentation);
+    std::string nextMember(const std::string& name) const;
+    std::string arrayEnd() const;
     void flush();
 
     std::string text_;  // not written yet

@@ -32,10 +32,10 @@ bool asksForJson(const std::vector<std::string>& words) {
 
 }  // namespace
 
-std::function<void(const std::string&)> Session::warnings() const {
+std::function<void(const std::string&)> Session::warnings() {
     return [this](const std::string& text) {
         if (json) {
-            result["warnings"].push_back(text);
+            warned.push_back(text);
         } else {
             console.warning(text);
         }
@@ -147,7 +147,7 @@ ExitCode Program::runCommand() {
     CLI::App* command = app_.get_subcommands().front();
     commandName_ = command->get_name();
     Console console(name_, quiet_);
-    Session session{console, json_, result_, &object_};
+    Session session{console, json_, object_};
     object_.member("schema_version", schemaVersion);
     object_.member("program", name_);
     object_.member("command", commandName_);
@@ -164,18 +164,19 @@ ExitCode Program::runCommand() {
     }
     console.endProgress();
     if (json_) {
-        finishObject(code, error);
+        finishObject(code, error, session.warned);
     } else if (code != ExitCode::success) {
         console.error(error);
     }
     return code;
 }
 
-void Program::finishObject(ExitCode code, const std::string& error) {
+void Program::finishObject(ExitCode code, const std::string& error, const std::vector<std::string>& warned) {
     object_.member("result", describe(code).name);
     object_.member("exit_code", static_cast<int>(code));
     if (code != ExitCode::success) object_.member("error", error);
-    for (auto& [key, value] : result_.items()) object_.member(key, value);
+    if (!warned.empty()) object_.beginArray("warnings");
+    for (const std::string& text : warned) object_.element(text);
     object_.end();
 }
 

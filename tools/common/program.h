@@ -2,8 +2,8 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <map>
-#include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
 #include "tools/common/cancellation.h"
 #include "tools/common/console.h"
@@ -18,18 +18,17 @@ CLI::Option* named(CLI::Option* option, const char* kind);
 // What a running command works with.
 struct Session {
     Console& console;
-    bool json;                       // one result object instead of text results
-    nlohmann::ordered_json& result;  // the command's own members of that object; names in English
-    JsonWriter* object = nullptr;    // that object, for a member too large to be kept until the end
+    bool json;                             // one result object instead of text results
+    JsonWriter& object;                    // that object, for the command's own members; names in English
+    std::vector<std::string> warned = {};  // what its last member tells
 
-    // Sets one of these members, where there is such an object.
-    template <class Value>
-    void member(const char* name, const Value& value) const {
-        if (json) result[name] = value;
+    // Adds one of these members, where there is such an object.
+    void member(const char* name, const JsonText& value) const {
+        if (json) object.member(name, value);
     }
     // Takes what the user should know of though the command goes on (UTF-8, no full stop). Lives as long as
     // the session.
-    std::function<void(const std::string&)> warnings() const;
+    std::function<void(const std::string&)> warnings();
 };
 
 // A command-line program of several commands: the options they share (-h, -V, -q, --json), the exit codes and
@@ -54,7 +53,7 @@ private:
     ExitCode runCommand();
     ExitCode answer(const CLI::ParseError& fault, bool json);
     std::string usageText(const CLI::ParseError& fault) const;
-    void finishObject(ExitCode code, const std::string& error);
+    void finishObject(ExitCode code, const std::string& error, const std::vector<std::string>& warned = {});
 
     std::string name_;
     CLI::App app_;
@@ -63,8 +62,6 @@ private:
     bool quiet_ = false;
     bool json_ = false;
     std::string commandName_;
-    // An object from the start: one that becomes it by its first member is no sound one if memory runs out.
-    nlohmann::ordered_json result_ = nlohmann::ordered_json::object();
     JsonWriter object_;
 };
 

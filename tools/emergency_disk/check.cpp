@@ -15,11 +15,11 @@ void print(const Inspection& inspection, Session& session) {
 }
 
 void addToResult(const Inspection& inspection, Session& session) {
-    session.result["boots"] = inspection.boots;
-    session.result["checks"] = nlohmann::ordered_json::array();
+    session.object.member("boots", inspection.boots);
+    session.object.beginArray("checks");
     for (const Check& check : inspection.checks) {
-        session.result["checks"].push_back(
-            {{"name", check.name}, {"passed", check.passed}, {"text", check.sentence}});
+        session.object.element(std::vector<JsonMember>{
+            {"name", check.name}, {"passed", check.passed}, {"text", check.sentence}});
     }
 }
 

@@ -21,11 +21,9 @@ std::string attributeLetters(DWORD attributes) {
 }
 
 void addToObject(const ::zar::Entry& record, Session& session) {
-    nlohmann::ordered_json row = nlohmann::ordered_json::object();
-    row["name"] = utf8(record.name);
-    row["size"] = record.size;
-    if (!record.oldLayout) row["attributes"] = record.attributes;
-    session.object->element(row);
+    std::vector<JsonMember> row{{"name", utf8(record.name)}, {"size", record.size}};
+    if (!record.oldLayout) row.push_back({"attributes", record.attributes});
+    session.object.element(row);
 }
 
 void print(const ::zar::Entry& record, Session& session) {
@@ -38,7 +36,7 @@ void print(const ::zar::Entry& record, Session& session) {
 }  // namespace
 
 void list(const ListOptions& options, Session& session) {
-    if (session.json) session.object->beginArray("files");
+    if (session.json) session.object.beginArray("files");
     const auto show = session.json ? addToObject : print;
     const ArchiveSummary summary =
         walkArchive(options.archive, [&](const ::zar::Entry& record) { show(record, session); });
@@ -49,8 +47,9 @@ void test(const TestOptions& options, Session& session) {
     const ArchiveSummary summary = walkArchive(options.archive, [](const ::zar::Entry&) {});
     session.member("layout", summary.oldLayout ? "old" : "new");
     session.member("records", summary.count);
-    if (summary.fault && session.json) {
-        session.result["fault"] = {{"offset", summary.fault->offset}, {"reason", summary.fault->reason}};
+    if (summary.fault) {
+        session.member("fault", std::vector<JsonMember>{{"offset", summary.fault->offset},
+                                                        {"reason", summary.fault->reason}});
     }
     const std::size_t files = reviewNames(options.archive, false, session.warnings());
     session.member("files", files);
