@@ -198,7 +198,11 @@ TEST_F(ZarProgram, OnePathMeansOneFile) {
         EXPECT_EQ(run.exitCode, 2) << folder;
         EXPECT_NE(run.err.find(fs::path(folder).begin()->string() + "'"), std::string::npos) << run.err;
     }
-    EXPECT_EQ(zar({"create", "fold./b.zar", "in"}).exitCode, 2);
+    for (const char* archive : {"fold./b.zar", "b.", "b\\.zar"}) {
+        const ProgramRun run = zar({"create", archive, "in"});
+        EXPECT_EQ(run.exitCode, 2) << archive;
+        EXPECT_NE(run.err.find(fs::path(archive).begin()->string() + "'"), std::string::npos) << run.err;
+    }
     EXPECT_EQ(zar({"create", "b.zar", "fold."}).exitCode, 2);
     EXPECT_EQ(zar({"create", "b.zar", "--list", "list.txt"}).exitCode, 2);
     EXPECT_EQ(names(), before);

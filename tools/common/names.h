@@ -19,7 +19,9 @@ std::string upperCase(std::string_view text);
 // The Windows path of a host file or folder that is there. Throws Problem: usage when no Windows path leads
 // to it, failure when it cannot be looked at.
 std::string windowsPath(const Path& host);
-// The same, spelt as it is but for the separators: a relative path stays one.
+// Throws as windowsPath does for a file that need not be there, though its folder must.
+void requireWindowsPath(const Path& host);
+// The same as windowsPath, spelt as it is but for the separators: a relative path stays one.
 std::string windowsSpelling(const Path& host);
 // The same for a file, as its folder and its name.
 struct WindowsFile {

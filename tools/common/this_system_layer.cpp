@@ -84,6 +84,16 @@ std::string windowsPath(const Path& host) {
     return path;
 }
 
+void requireWindowsPath(const Path& host) {
+    const fs::path place =
+        physicalPath(host.parent().empty() ? "." : host.parent()) / host.filename().string();
+    try {
+        (void)winlayer::Machine::current().drives.fromHost(place);
+    } catch (const std::invalid_argument&) {
+        throw unreachable(place);
+    }
+}
+
 std::string windowsSpelling(const Path& host) {
     std::string path = ansi(host.string());
     std::replace(path.begin(), path.end(), '/', '\\');

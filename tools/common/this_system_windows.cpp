@@ -61,6 +61,10 @@ std::string windowsPath(const Path& host) {
     return whole;
 }
 
+void requireWindowsPath(const Path& host) {
+    windowsPath(host);
+}
+
 std::string windowsSpelling(const Path& host) {
     std::string path = ansi(host.string());
     std::replace(path.begin(), path.end(), '/', '\\');

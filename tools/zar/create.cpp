@@ -201,6 +201,7 @@ void create(const CreateOptions& options, Session& session) {
     if (options.folder.empty() == options.list.empty()) {
         throw Problem(ExitCode::usage, "name a folder, or a list with --list");
     }
+    requireWindowsPath(host_files::behindLink(options.archive));  // the engine sees only the hidden name
     Cancellation cancellation;
     std::unique_ptr<StagedFile> list;
     std::string source;
