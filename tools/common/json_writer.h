@@ -9,8 +9,8 @@ namespace tools {
 
 struct JsonMember;
 
-// A value as JSON text. The library's own arrays and objects need memory even to be destroyed, and the
-// program ends where there is none, so that it is given nothing but single values.
+// A value as JSON text. The library's own arrays and objects need memory even to be destroyed, and end the
+// program where there is none; so it is given nothing but single values.
 class JsonText {
 public:
     // A number, a truth value or a text. Texts that are not UTF-8 get replacement characters.
