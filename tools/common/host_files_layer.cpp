@@ -251,8 +251,7 @@ bool Folder::movesReach(const std::string& name) const {
     const auto device = [](const struct statx& facts) {
         return makedev(facts.stx_dev_major, facts.stx_dev_minor);
     };
-    return here.stx_mnt_id == there.stx_mnt_id &&
-           (!S_ISDIR(there.stx_mode) || device(here) == device(there));
+    return here.stx_mnt_id == there.stx_mnt_id && (!S_ISDIR(there.stx_mode) || device(here) == device(there));
 }
 
 Folder Folder::below(const std::string& name) const {
