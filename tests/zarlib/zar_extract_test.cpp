@@ -374,6 +374,18 @@ TEST_F(ZarExtractTest, ATargetThatCannotBeWrittenIsTheFileLayersFailure) {
     EXPECT_EQ(extractor.calls, Calls{"window"});
 }
 
+// A derived class may go through an archive step by step.
+class Stepwise : public Extract_ZAR {
+public:
+    explicit Stepwise(const Extract_ZAR& other) : UTILS::Utils<UTILS::DiskIO, int>(), Extract_ZAR(other) {}
+
+    int run() {
+        OpenInput(archivePath_.GetPath());
+        ReadInputFileField();
+        return DoNewExtraction(nullptr);
+    }
+};
+
 TEST_F(ZarExtractTest, ACopyTakesPathsAndFlagsAndSharesTheCancel) {
     archive(test::newArchive({{"A", "a"}}));
     Extract_ZAR original;
@@ -389,6 +401,9 @@ TEST_F(ZarExtractTest, ACopyTakesPathsAndFlagsAndSharesTheCancel) {
         << "one event, one signal: the first to look takes it";
     EXPECT_EQ(extract(original), success);
     EXPECT_EQ(extract(assigned), success);
+    clear();
+    EXPECT_EQ(Stepwise(original).run(), 1);
+    EXPECT_EQ(readFile(out("A")), "a");
 }
 
 }  // namespace

@@ -110,7 +110,6 @@ void Extract_ZAR::Extract(const char* archiveDir, const char* archiveName, const
 void Extract_ZAR::MakeFiles(const char* archiveDir, const char* archiveName, const char* targetDir,
                             const char* onlyFile) {
     targetPath_ = CUtilsPath(UtilsString(targetDir));
-    targetDirectory_ = targetPath_.GetPath();
     lastDirectory_.reset();
     if (onlyFile != nullptr && autoExtract_ == 0) targetPath_ += UtilsString(onlyFile);
     archivePath_ = CUtilsPath(UtilsString(archiveDir));
@@ -177,7 +176,7 @@ bool Extract_ZAR::ReducedStaysBelow(const UtilsString& name) const {
 
 int Extract_ZAR::ExtractNew(const UtilsString& name, bool report) {
     if (!ReducedStaysBelow(name)) return 0;
-    const std::string path = zar::JoinPath(targetDirectory_, TextOf(name));
+    const std::string path = OutputPath(name);
     const DWORD size = ReadInputFileField();
     ReadUntil(ZAR_ATTRIBUTES);
     const DWORD attributes = ReadInputFileField();
@@ -191,6 +190,12 @@ int Extract_ZAR::ExtractNew(const UtilsString& name, bool report) {
     if (report && copied == 0 && ioStarted_ == 0) ShowStatus(failing, path);
     Output().Close();
     return copied;
+}
+
+// The path for one file ends with its name.
+std::string Extract_ZAR::OutputPath(const UtilsString& name) const {
+    const std::string target = targetPath_.GetPath();
+    return autoExtract_ != 0 ? zar::JoinPath(target, TextOf(name)) : target;
 }
 
 void Extract_ZAR::MakeDirectories(const std::string& path) {
@@ -218,7 +223,7 @@ int Extract_ZAR::DoOldExtraction(const char* onlyFile) {
             continue;
         }
         if (!StaysBelowTarget(TextOf(name))) return 0;
-        const std::string path = zar::JoinPath(targetDirectory_, TextOf(name));
+        const std::string path = OutputPath(name);
         if (autoExtract_ != 0) {
             MoveSlider(0, 0);
             ShowStatus(extracting, path);

@@ -73,10 +73,10 @@ private:
     bool ReadSignature();
     int ExtractOld(const std::string& path);
 
+    std::string OutputPath(const UTILS::UtilsString& name) const;
     void MakeDirectories(const std::string& path);
     void OpenOutput(const std::string& path);
     void ShowStatus(const char* what, const std::string& path);
 
-    std::string targetDirectory_;               // what stored names are appended to
     std::optional<std::string> lastDirectory_;  // made last, with its backslash: need not be asked for again
 };
