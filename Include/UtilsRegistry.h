@@ -58,7 +58,7 @@ public:
     int RegQueryValue(const UtilsString& name, DWORD& data) { return GetValue(name, data); }
     template <UnsignedLong Number>
     int GetValue(const UtilsString& name, Number& data) {
-        return WithDword(data, [&](DWORD& number) { return GetValue(name, number); });
+        return ReadNumber(data, [&](DWORD& number) { return GetValue(name, number); });
     }
     template <UnsignedLong Number>
     int QueryValue(const UtilsString& name, Number& data) {
@@ -98,7 +98,7 @@ public:
     }
     template <UnsignedLong Number>
     int EnumValue(DWORD index, UtilsString& name, Number& data, DWORD size = 0) {
-        return WithDword(data, [&](DWORD& number) { return EnumValue(index, name, number, size); });
+        return ReadNumber(data, [&](DWORD& number) { return EnumValue(index, name, number, size); });
     }
     template <UnsignedLong Number>
     int RegEnumValue(DWORD index, UtilsString& name, Number& data, DWORD size = 0) {
@@ -135,6 +135,14 @@ private:
         UtilsString keyPath;
     };
 
+    // Unlike WithDword leaves the number as it is when nothing was read.
+    template <UnsignedLong Number, class Read>
+    static int ReadNumber(Number& data, Read read) {
+        DWORD number = 0;
+        const int done = read(number);
+        if (done != 0) data = number;
+        return done;
+    }
     static bool ParseOutPath(const UtilsString& path, Place& place);
     static UtilsString KeyNames(const UtilsString& text);
     static std::string SystemPath(const UtilsString& keyPath);

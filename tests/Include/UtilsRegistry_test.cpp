@@ -175,10 +175,14 @@ TEST_F(UtilsRegistryTest, ForeignDataAreConvertedByTheirType) {
         ASSERT_EQ(key.EnumValue(0, name, data), 1);
         EXPECT_EQ(text(data), stored.text) << "type " << stored.type;
 
-        unsigned long number = 77;
-        EXPECT_EQ(key.GetValue("V", number), stored.bytes.size() == 4 ? 1 : 0);
-        EXPECT_EQ(number, stored.bytes.size() == 4 ? 42u : 77u);
-        EXPECT_EQ(key.EnumValue(0, name, number), stored.bytes.size() == 4 ? 1 : 0);
+        const int isNumber = stored.bytes.size() == 4 ? 1 : 0;
+        const unsigned long before = ~0UL;
+        unsigned long number = before;
+        EXPECT_EQ(key.GetValue("V", number), isNumber);
+        EXPECT_EQ(number, isNumber != 0 ? 42u : before);
+        number = before;
+        EXPECT_EQ(key.EnumValue(0, name, number), isNumber);
+        EXPECT_EQ(number, isNumber != 0 ? 42u : before);
     }
 }
 
