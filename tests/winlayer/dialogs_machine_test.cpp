@@ -197,6 +197,33 @@ TEST(DialogsMachine, RichEditNeedsItsModule) {
     EXPECT_EQ(create(sample(), frame), nullptr);
 }
 
+// A screen that has no memory, to place a dialog or to show it.
+class FullPeer : public winlayer::Peer {
+public:
+    explicit FullPeer(bool toPlace) : toPlace_(toPlace) {}
+    RECT workArea() const override { return toPlace_ ? throw std::bad_alloc() : Peer::workArea(); }
+    void shown(HWND, bool) override { throw std::bad_alloc(); }
+
+private:
+    bool toPlace_;
+};
+
+TEST(ModalDialogMachine, GivesItsOwnerBackWhenThereIsNoMemory) {
+    for (const bool toPlace : {true, false}) {
+        ScopedMachine machine;
+        WindowRecorder recorder;
+        const HWND owner = recorder.create(WS_POPUP | WS_VISIBLE, {0, 0, 400, 300});
+        FullPeer peer(toPlace);
+        machine->windows.setPeer(&peer);
+        const auto bytes = dialogBytes({WS_POPUP | WS_VISIBLE | DS_CENTER, 0, 0, 0, 100, 100, "", {}}, true);
+        EXPECT_EQ(DialogBoxIndirectParamA(nullptr, asTemplate(bytes), owner, ignoreAll, 0), -1);
+        EXPECT_EQ(GetLastError(), ERROR_NOT_ENOUGH_MEMORY);
+        EXPECT_TRUE(IsWindowEnabled(owner));
+        EXPECT_EQ(machine->windows.count(), 1u);
+        machine->windows.setPeer(nullptr);
+    }
+}
+
 // A dialog of three buttons, 1 to 3.
 class ThreeButtons : public testing::Test {
 protected:

@@ -156,6 +156,8 @@ TEST_F(HostFolderTest, removesALinkAndNotWhatItLeadsTo) {
     fs::create_symlink("real", host_ / "directory-link");
     fs::create_symlink("file", host_ / "file-link");
     fs::create_symlink("nowhere", host_ / "dangling");
+    fs::create_symlink("self", host_ / "self");
+    fs::create_symlink("file/none", host_ / "through-file");
     EXPECT_TRUE(SetFileAttributesA("H:\\file", FILE_ATTRIBUTE_READONLY));
     EXPECT_EQ(GetFileAttributesA("H:\\file-link"), FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_REPARSE_POINT);
     EXPECT_TRUE(SetFileAttributesA("H:\\file-link", FILE_ATTRIBUTE_NORMAL));
@@ -163,8 +165,13 @@ TEST_F(HostFolderTest, removesALinkAndNotWhatItLeadsTo) {
     EXPECT_TRUE(RemoveDirectoryA("H:\\directory-link"));
     EXPECT_TRUE(DeleteFileA("H:\\file-link"));
     EXPECT_FAILS(openPath("H:\\dangling"), ERROR_FILE_NOT_FOUND);
-    EXPECT_EQ(namesFound("H:\\*"), (Names{"dangling", "file", "real"}));
-    EXPECT_TRUE(DeleteFileA("H:\\dangling"));
+    EXPECT_EQ(namesFound("H:\\*"), (Names{"dangling", "file", "real", "self", "through-file"}));
+    for (const char* const link : {"H:\\dangling", "H:\\SELF", "H:\\through-file"}) {
+        EXPECT_EQ(GetFileAttributesA(link), FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_REPARSE_POINT) << link;
+        EXPECT_FAILS(RemoveDirectoryA(link), ERROR_DIRECTORY) << link;
+        EXPECT_TRUE(DeleteFileA(link)) << link;
+    }
+    EXPECT_EQ(namesFound("H:\\*"), (Names{"file", "real"}));
     EXPECT_EQ(GetFileAttributesA("H:\\file"), FILE_ATTRIBUTE_READONLY);
     EXPECT_EQ(readFile("H:\\file"), "kept");
     EXPECT_TRUE(fs::is_directory(host_ / "real"));

@@ -209,6 +209,10 @@ TEST_F(ModuleLoading, ModulesOfTheLayerComeAndGoByTheirHooks) {
     EXPECT_TRUE(FreeLibrary(module));
     EXPECT_EQ(registered, 0);
     EXPECT_FALSE(FreeLibrary(module));
+    machine->modules.addSystemModule(
+        "FULL.DLL", [] { throw std::bad_alloc(); }, [&] { --registered; });
+    EXPECT_FAILS(LoadLibraryA("full.dll"), ERROR_NOT_ENOUGH_MEMORY);
+    EXPECT_EQ(registered, 0) << "what has not come does not go";
     const HMODULE kernel = GetModuleHandleA("kernel32");
     EXPECT_EQ(LoadLibraryA("KERNEL32.DLL"), kernel);
     EXPECT_TRUE(FreeLibrary(kernel));

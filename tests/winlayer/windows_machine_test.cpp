@@ -189,6 +189,16 @@ TEST_F(WindowsMachine, AWaitingThreadIsWokenFromAnother) {
     EXPECT_EQ(error, ERROR_ACCESS_DENIED);
 }
 
+TEST_F(WindowsMachine, AnotherThreadsWindowDoesNotKeepAnOwnersOthersAlive) {
+    const HWND frame = makeFrame();
+    const HWND mine = recorder.create(WS_POPUP, {0, 0, 10, 10}, frame);
+    HWND theirs = nullptr;
+    std::thread([&] { theirs = recorder.create(WS_POPUP, {0, 0, 10, 10}, frame); }).join();
+    EXPECT_TRUE(DestroyWindow(frame));
+    EXPECT_FALSE(IsWindow(mine));
+    EXPECT_TRUE(IsWindow(theirs));
+}
+
 TEST_F(WindowsMachine, AHandleOfADestroyedWindowIsNotReused) {
     const HWND first = makeFrame(WS_POPUP);
     DestroyWindow(first);

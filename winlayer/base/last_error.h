@@ -1,4 +1,6 @@
 #pragma once
+#include <new>
+
 #include "winlayer/include/errhandlingapi.h"
 #include "winlayer/include/winerror.h"
 

@@ -1,5 +1,6 @@
 #include <cstring>
 
+#include "winlayer/base/last_error.h"
 #include "winlayer/dialogs/dialog.h"
 #include "winlayer/dialogs/dialog_navigation.h"
 #include "winlayer/windows/message_send.h"
@@ -161,7 +162,7 @@ SIZE baseUnitsOf(const std::optional<DialogFont>& font) {
     return {scale(6, font->points, 8), scale(13, font->points, 8)};
 }
 
-HWND createDialog(const DialogTemplate& wanted, const DialogRequest& request) {
+HWND createDialog(const DialogTemplate& wanted, const DialogRequest& request) try {
     DialogTemplate source = wanted;
     settleStyle(source);
     const SIZE units = baseUnitsOf(source.font);
@@ -177,11 +178,11 @@ HWND createDialog(const DialogTemplate& wanted, const DialogRequest& request) {
         SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     }
     if (!made && findWindow(handle) != nullptr) {
-        const DWORD error = GetLastError();
-        destroyWindow(handle);
-        SetLastError(error);
+        destroyUnfinished(handle);
     }
     return findWindow(handle) != nullptr ? handle : nullptr;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 }  // namespace winlayer

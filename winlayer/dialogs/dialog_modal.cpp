@@ -22,7 +22,10 @@ void showWhenIdle(const Window& dialog) {
 
 // Until EndDialog, or until the dialog or the whole message loop ends; that request is passed on to the loop
 // around this one.
-void runLoop(const Window& dialog) try {
+void runLoop(const Window& dialog, bool shownAtOnce) try {
+    if (shownAtOnce) {
+        showWhenIdle(dialog);
+    }
     MSG message{};
     while (findWindow(dialog.handle) != nullptr && !dialog.dialog->ended) {
         if (!lookForMessage({}, true, message)) {
@@ -70,10 +73,7 @@ INT_PTR runDialog(const DialogTemplate& source, const DialogRequest& request) {
         return -1;
     }
     dialog->dialog->ownerWasEnabled = ownerWasEnabled;
-    if ((source.style & WS_VISIBLE) != 0) {
-        showWhenIdle(*dialog);
-    }
-    runLoop(*dialog);
+    runLoop(*dialog, (source.style & WS_VISIBLE) != 0);
     const INT_PTR result = dialog->dialog != nullptr ? dialog->dialog->result : -1;
     giveOwnerBack(owner, ownerWasEnabled);
     if (findWindow(handle) != nullptr) {

@@ -1,6 +1,7 @@
 #include <cstring>
 
 #include "winlayer/base/gate.h"
+#include "winlayer/base/last_error.h"
 #include "winlayer/dialogs/dialog.h"
 #include "winlayer/dialogs/dialog_navigation.h"
 #include "winlayer/windows/message_send.h"
@@ -151,7 +152,7 @@ void showWhatEnterPresses(const Window& dialog) {
 
 using namespace winlayer;
 
-LRESULT WINAPI DefDlgProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT WINAPI DefDlgProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) try {
     entered(__func__);
     const auto window = findWindowOrSetLastError(handle);
     if (window == nullptr || window->dialog == nullptr) {
@@ -167,4 +168,6 @@ LRESULT WINAPI DefDlgProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lPar
         return fieldOf<LRESULT>(*window, DWLP_MSGRESULT);
     }
     return defaultAnswer(*window, message, wParam, lParam);
+} catch (const std::bad_alloc&) {
+    return outOfMemory(LRESULT{message == WM_CREATE ? -1 : 0});
 }

@@ -128,9 +128,11 @@ BOOL WINAPI MapDialogRect(HWND dialog, LPRECT rectangle) {
     return TRUE;
 }
 
-HWND WINAPI GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous) {
+HWND WINAPI GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous) try {
     const auto window = windowFor(__func__, dialog);
     return window != nullptr ? nextTabItem(*window, control, previous != FALSE) : nullptr;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 HWND WINAPI GetNextDlgGroupItem(HWND dialog, HWND control, BOOL previous) {

@@ -77,8 +77,10 @@ QtDisplay::~QtDisplay() {
 
 void QtDisplay::created(HWND window) {
     const auto facts = winlayer::Windows::current().find(window);
-    QWidget* made = makeWidget(*facts, widget(facts->isChild() ? facts->parent : facts->owner));
-    widgets_[window] = made;
+    std::unique_ptr<QWidget> unlisted(
+        makeWidget(*facts, widget(facts->isChild() ? facts->parent : facts->owner)));
+    widgets_[window] = unlisted.get();
+    QWidget* const made = unlisted.release();
     input_.watch(*made, window);
     moved(window);
     refresh(window);
@@ -89,6 +91,9 @@ void QtDisplay::created(HWND window) {
 // Later, because the widget may be the one whose event is being handled.
 void QtDisplay::destroyed(HWND window) {
     const auto found = widgets_.find(window);
+    if (found == widgets_.end()) {
+        return;  // there was no memory to make it
+    }
     input_.forget(window);
     found->second->hide();
     found->second->deleteLater();

@@ -77,7 +77,7 @@ void QtInput::forget(HWND window) {
     });
 }
 
-bool QtInput::eventFilter(QObject* object, QEvent* event) {
+bool QtInput::eventFilter(QObject* object, QEvent* event) try {
     const HWND window = windows_.at(object);
     switch (event->type()) {
         case QEvent::MouseButtonPress:
@@ -110,6 +110,8 @@ bool QtInput::eventFilter(QObject* object, QEvent* event) {
         default:
             return false;
     }
+} catch (const std::bad_alloc&) {
+    return true;  // of an event that finds no memory nothing may reach the control either
 }
 
 // The desktop lets the user bring a window to the front that a modal dialog has disabled; the dialog then

@@ -62,6 +62,7 @@ DWORD sharedAccess(const OpenRequest& request) {
 
 // What a path leads to, and whether it does so by a link at its end.
 bool look(const std::string& path, struct stat& facts, bool& link) {
+    link = false;
     if (::lstat(path.c_str(), &facts) != 0) {
         return false;
     }
@@ -116,10 +117,10 @@ DWORD HostFolder::locate(const std::string& below, Found& found) {
     return error;
 }
 
-// For what is done to an entry itself: a link that leads nowhere is there too.
+// For what concerns an entry itself: a link that leads nowhere, or back to itself, is there too.
 DWORD HostFolder::locateEntry(const std::string& below, Found& found) {
     const DWORD error = locate(below, found);
-    return error == ERROR_FILE_NOT_FOUND && ::lstat(found.path.c_str(), &found.facts) == 0 ? 0 : error;
+    return error != 0 && found.link && ::lstat(found.path.c_str(), &found.facts) == 0 ? 0 : error;
 }
 
 DWORD HostFolder::find(const std::string& below, Found& found) {
@@ -305,7 +306,7 @@ DWORD HostFolder::facts(const std::string& below, FileFacts& facts) {
     Found found;
     found.path = hostPath(below);
     const bool seen = factsOfLast(found.path, facts);
-    if (const DWORD error = seen ? 0 : locate(below, found); error != 0) {
+    if (const DWORD error = seen ? 0 : locateEntry(below, found); error != 0) {
         return error;
     }
     const std::string name = found.path.substr(found.path.rfind('/') + 1);
@@ -407,7 +408,7 @@ DWORD HostFolder::createDirectory(const std::string& below) {
 
 DWORD HostFolder::removeDirectory(const std::string& below) {
     Found found;
-    if (const DWORD error = locate(below, found); error != 0) {
+    if (const DWORD error = locateEntry(below, found); error != 0) {
         return error;
     }
     if (!S_ISDIR(found.facts.st_mode)) {

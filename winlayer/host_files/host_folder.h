@@ -64,7 +64,7 @@ private:
     // What is found under a path.
     struct Found {
         std::string path;
-        struct stat facts;  // of what a link leads to
+        struct stat facts {};  // of what a link leads to
         bool link = false;
     };
 

@@ -115,9 +115,11 @@ bool NameIndex::look(const std::string& path, const struct stat& facts, const st
 }
 
 void NameIndex::remember(Folder seen) {
-    names_ += seen.names.size();
-    folders_.push_front(std::move(seen));
-    byPath_.emplace(folders_.front().path, folders_.begin());
+    Folders added;
+    added.push_front(std::move(seen));
+    byPath_.emplace(added.front().path, added.begin());
+    names_ += added.front().names.size();
+    folders_.splice(folders_.begin(), added);
     dropTheOldest();
 }
 

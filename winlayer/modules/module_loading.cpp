@@ -132,6 +132,7 @@ DWORD Modules::orUnload(HMODULE module, Step step) {
 }
 
 DWORD Modules::loadNeeded(const std::vector<std::string>& names, Module& module) {
+    module.needed.reserve(names.size());
     for (const std::string& name : names) {
         const std::optional<LoadedObject> object =
             isModuleName(name) ? objectNamed(name) : std::optional<LoadedObject>();
@@ -149,14 +150,15 @@ DWORD Modules::loadNeeded(const std::vector<std::string>& names, Module& module)
 DWORD Modules::attach(HMODULE module) {
     Module& attached = require(module);
     return orUnload(module, [&] {
+        attached_.reserve(attached_.size() + 1);
+        if (attached.attach) {
+            attached.attach();
+        }
         attached_.push_back(module);
         {
             const std::lock_guard lock(mutex_);
             attached.present = true;
             attached.uses = 1;
-        }
-        if (attached.attach) {
-            attached.attach();
         }
         const bool taken = callEntryPoint(module, attached, DLL_PROCESS_ATTACH, nullptr);
         return taken ? NO_ERROR : ERROR_DLL_INIT_FAILED;
@@ -193,11 +195,12 @@ void Modules::unloadAll() {
 void Modules::unload(HMODULE module, bool processEnds) {
     Module& unloaded = require(module);
     unloaded.uses = 0;
-    std::erase(attached_, module);
-    // Windows tells the end of the process by an address that is not null and means nothing else.
-    callEntryPoint(module, unloaded, DLL_PROCESS_DETACH, processEnds ? this : nullptr);
-    if (unloaded.detach) {
-        unloaded.detach();
+    if (std::erase(attached_, module) != 0) {
+        // Windows tells the end of the process by an address that is not null and means nothing else.
+        callEntryPoint(module, unloaded, DLL_PROCESS_DETACH, processEnds ? this : nullptr);
+        if (unloaded.detach) {
+            unloaded.detach();
+        }
     }
     const bool ofTheHost = unloaded.kept != nullptr;
     unloaded.kept.reset();  // the module's static objects end here and may still use its handle

@@ -48,7 +48,7 @@ HRESULT Com::create(REFCLSID classId, REFIID interfaceId, void** object) {
 
 using namespace winlayer;
 
-HRESULT WINAPI CoInitialize(LPVOID reserved) {
+HRESULT WINAPI CoInitialize(LPVOID reserved) try {
     if (const DWORD error = deniedCode(__func__); error != 0) {
         return HRESULT_FROM_WIN32(error);
     }
@@ -56,6 +56,8 @@ HRESULT WINAPI CoInitialize(LPVOID reserved) {
         return E_INVALIDARG;
     }
     return winlayer::Com::current().addUse() ? S_OK : S_FALSE;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
 }
 
 void WINAPI CoUninitialize() {

@@ -163,7 +163,7 @@ ULONG ShellLink::Release() {
     return left;
 }
 
-HRESULT ShellLink::GetPath(LPSTR path, int size, WIN32_FIND_DATAA* found, DWORD /*flags*/) {
+HRESULT ShellLink::GetPath(LPSTR path, int size, WIN32_FIND_DATAA* found, DWORD /*flags*/) try {
     if (const HRESULT refused = refusal("IShellLinkA::GetPath"); FAILED(refused)) {
         return refused;
     }
@@ -177,36 +177,44 @@ HRESULT ShellLink::GetPath(LPSTR path, int size, WIN32_FIND_DATAA* found, DWORD 
     }
     const HRESULT result = giveCut(text, path, size);
     return result == S_OK && text.empty() ? S_FALSE : result;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
 }
 
-HRESULT ShellLink::GetDescription(LPSTR text, int size) {
+HRESULT ShellLink::GetDescription(LPSTR text, int size) try {
     const HRESULT refused = refusal("IShellLinkA::GetDescription");
     return FAILED(refused)
                ? refused
                : giveCut(narrowed(link_.texts[ShellLinkFile::description].value_or(u"")), text, size);
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
 }
 
-HRESULT ShellLink::SetDescription(LPCSTR text) {
+HRESULT ShellLink::SetDescription(LPCSTR text) try {
     if (const HRESULT refused = refusal("IShellLinkA::SetDescription"); FAILED(refused)) {
         return refused;
     }
-    auto& description = link_.texts[ShellLinkFile::description];
-    description.reset();
+    std::optional<std::u16string> description;
     if (text != nullptr && *text != 0) {
         description = wideOf(text);
     }
+    link_.texts[ShellLinkFile::description] = std::move(description);
     return S_OK;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
 }
 
-HRESULT ShellLink::Resolve(HWND /*window*/, DWORD /*flags*/) {
+HRESULT ShellLink::Resolve(HWND /*window*/, DWORD /*flags*/) try {
     if (const HRESULT refused = refusal("IShellLinkA::Resolve"); FAILED(refused)) {
         return refused;
     }
     FileFacts facts;
     return factsOf(narrowed(link_.path), facts) == NO_ERROR ? S_OK : S_FALSE;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
 }
 
-HRESULT ShellLink::SetPath(LPCSTR path) {
+HRESULT ShellLink::SetPath(LPCSTR path) try {
     if (const HRESULT refused = refusal("IShellLinkA::SetPath"); FAILED(refused)) {
         return refused;
     }
@@ -223,9 +231,11 @@ HRESULT ShellLink::SetPath(LPCSTR path) {
     link_.written = std::uint64_t{facts.written.dwHighDateTime} << 32 | facts.written.dwLowDateTime;
     link_.created = link_.accessed = 0;
     return S_OK;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
 }
 
-HRESULT ShellLink::Load(LPCOLESTR fileName, DWORD /*mode*/) {
+HRESULT ShellLink::Load(LPCOLESTR fileName, DWORD /*mode*/) try {
     if (const HRESULT refused = refusal("IPersistFile::Load"); FAILED(refused)) {
         return refused;
     }
@@ -238,9 +248,11 @@ HRESULT ShellLink::Load(LPCOLESTR fileName, DWORD /*mode*/) {
     }
     fileName_ = name;
     return S_OK;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
 }
 
-HRESULT ShellLink::Save(LPCOLESTR fileName, BOOL remember) {
+HRESULT ShellLink::Save(LPCOLESTR fileName, BOOL remember) try {
     if (const HRESULT refused = refusal("IPersistFile::Save"); FAILED(refused)) {
         return refused;
     }
@@ -256,9 +268,11 @@ HRESULT ShellLink::Save(LPCOLESTR fileName, BOOL remember) {
         fileName_ = name;
     }
     return S_OK;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
 }
 
-HRESULT ShellLink::AddDataBlock(void* block) {
+HRESULT ShellLink::AddDataBlock(void* block) try {
     if (const HRESULT refused = refusal("IShellLinkDataList::AddDataBlock"); FAILED(refused)) {
         return refused;
     }
@@ -272,9 +286,11 @@ HRESULT ShellLink::AddDataBlock(void* block) {
     }
     link_.blocks.emplace_back(bytes, bytes + header.cbSize);
     return S_OK;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
 }
 
-HRESULT ShellLink::CopyDataBlock(DWORD signature, void** block) {
+HRESULT ShellLink::CopyDataBlock(DWORD signature, void** block) try {
     if (block == nullptr) {
         return E_POINTER;
     }
@@ -290,6 +306,8 @@ HRESULT ShellLink::CopyDataBlock(DWORD signature, void** block) {
     *block = LocalMemory::current().allocate(found->size());
     std::memcpy(*block, found->data(), found->size());
     return S_OK;
+} catch (const std::bad_alloc&) {
+    return E_OUTOFMEMORY;
 }
 
 HRESULT ShellLink::GetFlags(DWORD* flags) {

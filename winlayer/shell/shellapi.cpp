@@ -37,5 +37,5 @@ HINSTANCE WINAPI ShellExecuteA(HWND /*window*/, LPCSTR operation, LPCSTR file, L
     succeeded(errorOf(result));
     return reinterpret_cast<HINSTANCE>(result);
 } catch (const std::bad_alloc&) {
-    return nullptr;
+    return outOfMemory(nullptr);
 }

@@ -63,7 +63,6 @@ bool releaseContext(HWND handle, HDC context) {
     if (found == windows().contexts.end() || found->second.window != handle) {
         return false;
     }
-    Graphics::current().close(context);
     windows().contexts.erase(found);
     graphics().close(context);
     if (findWindow(handle) != nullptr) {

@@ -85,7 +85,7 @@ HWND finishWindow(const Window& window, const CREATESTRUCTA& request) {
     }
     windows().peer().created(handle);
     if (sendMessage(handle, WM_CREATE, 0, parameter) == -1) {
-        destroyWindow(handle);
+        destroyUnfinished(handle);
         return nullptr;
     }
     if (findWindow(handle) != nullptr && !window.sizeDue) {

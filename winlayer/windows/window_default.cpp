@@ -2,6 +2,7 @@
 #include <cstring>
 
 #include "winlayer/base/gate.h"
+#include "winlayer/base/last_error.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_create.h"
 #include "winlayer/windows/window_focus.h"
@@ -66,7 +67,7 @@ LRESULT paintNothing(HWND window) {
 
 }  // namespace
 
-LRESULT WINAPI DefWindowProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
+LRESULT WINAPI DefWindowProcA(HWND handle, UINT message, WPARAM wParam, LPARAM lParam) try {
     entered(__func__);
     const auto window = findWindowOrSetLastError(handle);
     if (window == nullptr) {
@@ -102,4 +103,6 @@ LRESULT WINAPI DefWindowProcA(HWND handle, UINT message, WPARAM wParam, LPARAM l
         default:
             return 0;
     }
+} catch (const std::bad_alloc&) {
+    return outOfMemory(LRESULT{0});
 }

@@ -28,12 +28,14 @@ void hide(const Window& window) try {
 } catch (const std::bad_alloc&) {
 }
 
-// The first of these windows that is not yet on its way out and has this owner (any, when it is null); null
-// when there is none. Asked anew after each message, because its handler may end other windows.
+// The first of these windows of this thread that is not yet on its way out and has this owner (any, when it
+// is null); null when there is none. Asked anew after each message, because its handler may end other
+// windows.
 std::shared_ptr<Window> nextToDestroy(const std::vector<HWND>& handles, HWND owner) {
     for (const HWND handle : handles) {
         auto window = findWindow(handle);
-        if (window != nullptr && !window->destroying && (owner == nullptr || window->owner == owner)) {
+        if (window != nullptr && window->thread == GetCurrentThreadId() && !window->destroying &&
+            (owner == nullptr || window->owner == owner)) {
             return window;
         }
     }
@@ -42,9 +44,7 @@ std::shared_ptr<Window> nextToDestroy(const std::vector<HWND>& handles, HWND own
 
 void destroyOwned(HWND owner) {
     while (const auto window = nextToDestroy(windows().topLevel, owner)) {
-        if (!destroyWindow(window->handle)) {
-            return;
-        }
+        destroyWindow(window->handle);
     }
 }
 
@@ -119,6 +119,12 @@ bool destroyWindow(HWND handle) {
         finish(handle);
     }
     return true;
+}
+
+void destroyUnfinished(HWND handle) {
+    const DWORD error = GetLastError();
+    destroyWindow(handle);
+    SetLastError(error);
 }
 
 }  // namespace winlayer

@@ -141,9 +141,11 @@ LONG_PTR WINAPI GetWindowLongPtrA(HWND handle, int index) {
     return window != nullptr ? read(*window, index) : 0;
 }
 
-LONG_PTR WINAPI SetWindowLongPtrA(HWND handle, int index, LONG_PTR value) {
+LONG_PTR WINAPI SetWindowLongPtrA(HWND handle, int index, LONG_PTR value) try {
     const auto window = windowFor(__func__, handle);
     return window != nullptr ? exchange(*window, index, value) : 0;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(LONG_PTR{0});
 }
 
 BOOL WINAPI SetPropA(HWND handle, LPCSTR name, HANDLE value) try {
@@ -157,22 +159,26 @@ BOOL WINAPI SetPropA(HWND handle, LPCSTR name, HANDLE value) try {
     return outOfMemory(FALSE);
 }
 
-HANDLE WINAPI GetPropA(HWND handle, LPCSTR name) {
+HANDLE WINAPI GetPropA(HWND handle, LPCSTR name) try {
     const auto window = windowFor(__func__, handle);
     if (window == nullptr) {
         return nullptr;
     }
     const auto found = window->properties.find(atomKey(name));
     return found != window->properties.end() ? found->second : nullptr;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
-HANDLE WINAPI RemovePropA(HWND handle, LPCSTR name) {
+HANDLE WINAPI RemovePropA(HWND handle, LPCSTR name) try {
     const auto window = windowFor(__func__, handle);
     if (window == nullptr) {
         return nullptr;
     }
     const auto node = window->properties.extract(atomKey(name));
     return node ? node.mapped() : nullptr;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(nullptr);
 }
 
 BOOL WINAPI SetWindowTextA(HWND handle, LPCSTR text) try {

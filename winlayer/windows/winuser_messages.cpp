@@ -77,9 +77,11 @@ BOOL WINAPI GetMessageA(LPMSG message, HWND window, UINT first, UINT last) try {
     return outOfMemory(-1);
 }
 
-BOOL WINAPI TranslateMessage(const MSG* message) {
+BOOL WINAPI TranslateMessage(const MSG* message) try {
     entered(__func__);
     return translateMessage(*message) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
 LRESULT WINAPI DispatchMessageA(const MSG* message) {
@@ -87,9 +89,11 @@ LRESULT WINAPI DispatchMessageA(const MSG* message) {
     return dispatchMessage(*message);
 }
 
-void WINAPI PostQuitMessage(int exitCode) {
+void WINAPI PostQuitMessage(int exitCode) try {
     entered(__func__);
     winlayer::MessageQueues::current().postQuit(GetCurrentThreadId(), exitCode);
+} catch (const std::bad_alloc&) {
+    SetLastError(ERROR_NOT_ENOUGH_MEMORY);
 }
 
 LRESULT WINAPI CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPARAM wParam, LPARAM lParam) {

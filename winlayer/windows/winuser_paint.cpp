@@ -70,9 +70,11 @@ HDC WINAPI BeginPaint(HWND handle, PAINTSTRUCT* paint) try {
     return outOfMemory(nullptr);
 }
 
-BOOL WINAPI EndPaint(HWND handle, const PAINTSTRUCT* paint) {
+BOOL WINAPI EndPaint(HWND handle, const PAINTSTRUCT* paint) try {
     entered(__func__);
     return endPaint(handle, *paint) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
 HDC WINAPI GetDC(HWND handle) try {
@@ -81,9 +83,11 @@ HDC WINAPI GetDC(HWND handle) try {
     return outOfMemory(nullptr);
 }
 
-int WINAPI ReleaseDC(HWND handle, HDC context) {
+int WINAPI ReleaseDC(HWND handle, HDC context) try {
     entered(__func__);
     return releaseContext(handle, context) ? 1 : 0;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(0);
 }
 
 int WINAPI DrawTextA(HDC context, LPCSTR text, int length, LPRECT place, UINT format) try {

@@ -82,7 +82,7 @@ ATOM WINAPI RegisterClassA(const WNDCLASSA* request) try {
     return outOfMemory(ATOM{0});
 }
 
-BOOL WINAPI UnregisterClassA(LPCSTR name, HINSTANCE) {
+BOOL WINAPI UnregisterClassA(LPCSTR name, HINSTANCE) try {
     if (denied(__func__)) {
         return FALSE;
     }
@@ -96,6 +96,8 @@ BOOL WINAPI UnregisterClassA(LPCSTR name, HINSTANCE) {
         return FALSE;
     }
     return classes().remove(name) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
 BOOL WINAPI GetClassInfoA(HINSTANCE, LPCSTR name, WNDCLASSA* windowClass) {
@@ -144,8 +146,10 @@ HWND WINAPI CreateWindowExA(DWORD exStyle, LPCSTR className, LPCSTR name, DWORD 
     return outOfMemory(nullptr);
 }
 
-BOOL WINAPI DestroyWindow(HWND window) {
+BOOL WINAPI DestroyWindow(HWND window) try {
     return !denied(__func__) && destroyWindow(window) ? TRUE : FALSE;
+} catch (const std::bad_alloc&) {
+    return outOfMemory(FALSE);
 }
 
 BOOL WINAPI IsWindow(HWND window) {
