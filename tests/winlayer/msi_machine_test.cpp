@@ -22,7 +22,7 @@ protected:
     InstallerMachine() {
         machine->installer.packages["C:\\p.msi"] = {{{"A", "{1}"}, {"B", "{2}"}, {"C", "{3}"}},
                                                     {{"C", "i"}, {"A", "i"}, {"B", "other"}}};
-        machine->installer.products["{P}"] = {"C:\\p.msi", {{"{1}", {INSTALLSTATE_SOURCE, "D:\\a"}}}};
+        machine->installer.products["{P}"] = {"C:\\p.msi", {{"{1}", {INSTALLSTATE_ABSENT, "D:\\a"}}}};
         EXPECT_EQ(MsiOpenDatabaseA("C:\\p.msi", MSIDBOPEN_READONLY, &package), NO_ERROR);
     }
     ~InstallerMachine() override {
@@ -80,7 +80,7 @@ TEST_F(InstallerMachine, TellsWhatABufferLacksAndWhatIsUnknown) {
     size = 4;
     EXPECT_EQ(MsiGetComponentPathA("{P}", "{1}", text, &size), INSTALLSTATE_MOREDATA);
     size = 5;
-    EXPECT_EQ(MsiGetComponentPathA("{P}", "{1}", text, &size), INSTALLSTATE_SOURCE);
+    EXPECT_EQ(MsiGetComponentPathA("{P}", "{1}", text, &size), INSTALLSTATE_ABSENT);
     EXPECT_STREQ(text, "D:\\a");
     EXPECT_EQ(MsiGetComponentPathA("{P}", "{2}", text, &size), INSTALLSTATE_UNKNOWN);
     EXPECT_EQ(MsiGetShortcutTargetA("C:\\missing.lnk", text, nullptr, nullptr), ERROR_FUNCTION_FAILED);

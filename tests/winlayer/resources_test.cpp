@@ -32,7 +32,7 @@ TEST(Resources, AreFoundByNumberAndByNameWithoutCase) {
     EXPECT_EQ(dataOf(FindResourceA(GetModuleHandleA(nullptr), "#114", "rtf")), rtf);
     EXPECT_EQ(dataOf(FindResourceA(nullptr, "PICTURE", "RTF")), std::string("\1\2\3\4\5"));
     EXPECT_EQ(dataOf(FindResourceA(nullptr, "picture", "Rtf")), std::string("\1\2\3\4\5"));
-    const HRSRC raw = FindResourceA(nullptr, MAKEINTRESOURCEA(9), RT_RCDATA);
+    const HRSRC raw = FindResourceA(nullptr, MAKEINTRESOURCEA(9), MAKEINTRESOURCEA(10));
     ASSERT_NE(raw, nullptr);
     EXPECT_EQ(SizeofResource(nullptr, raw), 6u);
     EXPECT_EQ(FindResourceA(nullptr, "#9", "#10"), raw);

@@ -145,13 +145,6 @@ HWND WINAPI GetNextDlgGroupItem(HWND dialog, HWND control, BOOL previous) {
     return start != nullptr ? nextGroupItem(*start, previous != FALSE) : nullptr;
 }
 
-BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text) try {
-    const HWND control = denied(__func__) ? nullptr : itemOf(dialog, id);
-    return control != nullptr && sendText(control, WM_SETTEXT, 0, text) != 0 ? TRUE : FALSE;
-} catch (const std::bad_alloc&) {
-    return outOfMemory(FALSE);
-}
-
 UINT WINAPI GetDlgItemTextA(HWND dialog, int id, LPSTR buffer, int size) try {
     const HWND control = denied(__func__) ? nullptr : itemOf(dialog, id);
     if (buffer == nullptr || size <= 0) {
@@ -165,11 +158,6 @@ UINT WINAPI GetDlgItemTextA(HWND dialog, int id, LPSTR buffer, int size) try {
         sendMessage(control, WM_GETTEXT, static_cast<WPARAM>(size), reinterpret_cast<LPARAM>(buffer)));
 } catch (const std::bad_alloc&) {
     return outOfMemory(0U);
-}
-
-LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam) {
-    const HWND control = denied(__func__) ? nullptr : itemOf(dialog, id);
-    return control != nullptr ? sendMessage(control, message, wParam, lParam) : 0;
 }
 
 BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check) try {

@@ -8,6 +8,7 @@
 #include "winlayer/base/system_settings.h"
 #include "winlayer/text/code_pages.h"
 #include "winlayer/windows/input.h"
+#include "winlayer/windows/window_geometry.h"
 #include "winlayer/windows/window_system.h"
 
 namespace winlayer {
@@ -33,10 +34,9 @@ UINT virtualKey(int key) {
 void follow(HWND window, const QRect& shown) {
     RECT client{};
     RECT place{};
-    POINT origin{};
     GetClientRect(window, &client);
     GetWindowRect(window, &place);
-    ClientToScreen(window, &origin);
+    const POINT origin = clientOrigin(*Windows::current().find(window));
     if (shown != QRect(origin.x, origin.y, client.right, client.bottom)) {
         SetWindowPos(window, nullptr, place.left + shown.x() - origin.x, place.top + shown.y() - origin.y,
                      place.right - place.left + shown.width() - client.right,

@@ -13,12 +13,10 @@ static_assert(sizeof(GUID) == 16);
 
 using IID = GUID;
 using CLSID = GUID;
-using LPGUID = GUID*;
-using REFGUID = const GUID&;
 using REFIID = const IID&;
 using REFCLSID = const IID&;
 
-inline bool IsEqualGUID(REFGUID a, REFGUID b) {
+inline bool IsEqualGUID(const GUID& a, const GUID& b) {
     return std::memcmp(&a, &b, sizeof a) == 0;
 }
 inline bool IsEqualIID(REFIID a, REFIID b) {
@@ -27,6 +25,6 @@ inline bool IsEqualIID(REFIID a, REFIID b) {
 inline bool IsEqualCLSID(REFCLSID a, REFCLSID b) {
     return IsEqualGUID(a, b);
 }
-inline bool operator==(REFGUID a, REFGUID b) {
+inline bool operator==(const GUID& a, const GUID& b) {
     return IsEqualGUID(a, b);
 }

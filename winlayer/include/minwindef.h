@@ -5,29 +5,23 @@
 
 #define WINAPI
 #define CALLBACK
-#define CONST const
 #define FALSE 0
 #define TRUE 1
 #define MAX_PATH 260
 
 using BYTE = std::uint8_t;
-using UCHAR = std::uint8_t;
 using WORD = std::uint16_t;
-using USHORT = std::uint16_t;
 using SHORT = std::int16_t;
 using DWORD = std::uint32_t;
 using ULONG = std::uint32_t;
 using UINT = std::uint32_t;
 using LONG = std::int32_t;
-using INT = std::int32_t;
 using BOOL = std::int32_t;
-using BOOLEAN = std::uint8_t;
 using CHAR = char;
 using WCHAR = std::uint16_t;
 using LONGLONG = std::int64_t;
 using ULONGLONG = std::uint64_t;
 using DWORD64 = std::uint64_t;
-using DWORDLONG = std::uint64_t;
 
 using INT_PTR = std::intptr_t;
 using UINT_PTR = std::uintptr_t;
@@ -42,15 +36,10 @@ using PVOID = void*;
 using LPBYTE = BYTE*;
 using LPDWORD = DWORD*;
 using PDWORD = DWORD*;
-using LPWORD = WORD*;
 using LPBOOL = BOOL*;
-using PBOOL = BOOL*;
-using LPLONG = LONG*;
 using PLONG = LONG*;
 using LPSTR = char*;
-using PSTR = char*;
 using LPCSTR = const char*;
-using PCSTR = const char*;
 using LPWSTR = WCHAR*;
 using LPCWSTR = const WCHAR*;
 
@@ -94,7 +83,6 @@ struct FILETIME {
     DWORD dwHighDateTime;
 };
 using PFILETIME = FILETIME*;
-using LPFILETIME = FILETIME*;
 
 struct SYSTEMTIME {
     WORD wYear;
@@ -106,7 +94,6 @@ struct SYSTEMTIME {
     WORD wSecond;
     WORD wMilliseconds;
 };
-using LPSYSTEMTIME = SYSTEMTIME*;
 
 // The place and size of something on a surface, in pixels; the right and bottom edges lie outside it.
 struct RECT {

@@ -15,10 +15,8 @@ enum INSTALLSTATE {
     INSTALLSTATE_INVALIDARG = -2,
     INSTALLSTATE_UNKNOWN = -1,
     INSTALLSTATE_BROKEN = 0,
-    INSTALLSTATE_ADVERTISED = 1,
     INSTALLSTATE_ABSENT = 2,
     INSTALLSTATE_LOCAL = 3,
-    INSTALLSTATE_SOURCE = 4,
 };
 
 // Codes go to buffers of MAX_GUID_CHARS + 1 characters, each of which may be null.

@@ -2,7 +2,6 @@
 #include "unknwn.h"
 
 using OLECHAR = WCHAR;
-using LPOLESTR = OLECHAR*;
 using LPCOLESTR = const OLECHAR*;
 
 // Where an object may run.

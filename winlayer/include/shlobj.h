@@ -6,7 +6,6 @@ struct DATABLOCK_HEADER {
     DWORD cbSize;  // of the whole block, in bytes
     DWORD dwSignature;
 };
-using LPDATABLOCK_HEADER = DATABLOCK_HEADER*;
 
 // Names the installed component that an advertised shortcut stands for.
 struct EXP_DARWIN_LINK {

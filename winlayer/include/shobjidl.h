@@ -6,10 +6,6 @@
 inline constexpr DWORD SLDF_HAS_ID_LIST = 0x0001;
 inline constexpr DWORD SLDF_HAS_LINK_INFO = 0x0002;
 inline constexpr DWORD SLDF_HAS_NAME = 0x0004;
-inline constexpr DWORD SLDF_HAS_RELPATH = 0x0008;
-inline constexpr DWORD SLDF_HAS_WORKINGDIR = 0x0010;
-inline constexpr DWORD SLDF_HAS_ARGS = 0x0020;
-inline constexpr DWORD SLDF_HAS_ICONLOCATION = 0x0040;
 inline constexpr DWORD SLDF_UNICODE = 0x0080;
 inline constexpr DWORD SLDF_FORCE_NO_LINKINFO = 0x0100;
 inline constexpr DWORD SLDF_HAS_DARWINID = 0x1000;

@@ -20,11 +20,3 @@ BOOL WINAPI GetComputerNameA(LPSTR buffer, LPDWORD size);
 DWORD WINAPI GetCurrentDirectoryA(DWORD size, LPSTR buffer);
 BOOL WINAPI SetCurrentDirectoryA(LPCSTR path);
 DWORD WINAPI GetShortPathNameA(LPCSTR path, LPSTR buffer, DWORD size);
-
-// Each gives the new value, as an indivisible step.
-inline LONG InterlockedIncrement(volatile LONG* value) {
-    return __atomic_add_fetch(value, 1, __ATOMIC_SEQ_CST);
-}
-inline LONG InterlockedDecrement(volatile LONG* value) {
-    return __atomic_sub_fetch(value, 1, __ATOMIC_SEQ_CST);
-}

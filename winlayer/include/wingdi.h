@@ -7,15 +7,6 @@
 constexpr COLORREF RGB(BYTE red, BYTE green, BYTE blue) {
     return static_cast<COLORREF>(red | (green << 8) | (blue << 16));
 }
-constexpr BYTE GetRValue(COLORREF color) {
-    return static_cast<BYTE>(color);
-}
-constexpr BYTE GetGValue(COLORREF color) {
-    return static_cast<BYTE>(color >> 8);
-}
-constexpr BYTE GetBValue(COLORREF color) {
-    return static_cast<BYTE>(color >> 16);
-}
 
 inline constexpr DWORD SRCCOPY = 0x00CC0020;
 

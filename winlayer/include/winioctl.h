@@ -11,14 +11,9 @@ enum MEDIA_TYPE {
     F5_1Pt2_512,
     F3_1Pt44_512,
     F3_2Pt88_512,
-    F3_20Pt8_512,
-    F3_720_512,
+    F3_720_512 = 5,
     F5_360_512,
-    F5_320_512,
-    F5_320_1024,
-    F5_180_512,
-    F5_160_512,
-    RemovableMedia,
+    RemovableMedia = 11,
     FixedMedia,
 };
 

@@ -8,7 +8,6 @@ union LARGE_INTEGER {
     } u;
     LONGLONG QuadPart;
 };
-using PLARGE_INTEGER = LARGE_INTEGER*;
 
 inline constexpr DWORD GENERIC_READ = 0x80000000;
 inline constexpr DWORD GENERIC_WRITE = 0x40000000;
@@ -24,7 +23,6 @@ inline constexpr DWORD FILE_ATTRIBUTE_ARCHIVE = 0x20;
 inline constexpr DWORD FILE_ATTRIBUTE_NORMAL = 0x80;
 inline constexpr DWORD FILE_ATTRIBUTE_REPARSE_POINT = 0x400;
 
-inline constexpr DWORD DUPLICATE_CLOSE_SOURCE = 1;
 inline constexpr DWORD DUPLICATE_SAME_ACCESS = 2;
 
 inline constexpr DWORD VER_PLATFORM_WIN32_WINDOWS = 1;
@@ -44,8 +42,6 @@ static_assert(sizeof(OSVERSIONINFOA) == 148);
 // Why a module's entry point is called.
 inline constexpr DWORD DLL_PROCESS_DETACH = 0;
 inline constexpr DWORD DLL_PROCESS_ATTACH = 1;
-inline constexpr DWORD DLL_THREAD_ATTACH = 2;
-inline constexpr DWORD DLL_THREAD_DETACH = 3;
 
 // Memory as VirtualQuery describes it.
 inline constexpr DWORD PAGE_NOACCESS = 0x01;
@@ -105,7 +101,6 @@ constexpr WORD MAKELANGID(WORD primary, WORD sub) {
 inline constexpr DWORD MAXIMUM_ALLOWED = 0x02000000;
 inline constexpr DWORD KEY_QUERY_VALUE = 0x0001;
 inline constexpr DWORD KEY_SET_VALUE = 0x0002;
-inline constexpr DWORD KEY_CREATE_SUB_KEY = 0x0004;
 inline constexpr DWORD KEY_ENUMERATE_SUB_KEYS = 0x0008;
 inline constexpr DWORD KEY_READ = 0x20019;
 inline constexpr DWORD KEY_WRITE = 0x20006;

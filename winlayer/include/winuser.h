@@ -5,7 +5,6 @@
 using WNDPROC = LRESULT(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
 using DLGPROC = INT_PTR(CALLBACK*)(HWND, UINT, WPARAM, LPARAM);
 using TIMERPROC = void(CALLBACK*)(HWND, UINT, UINT_PTR, DWORD);
-using WNDENUMPROC = BOOL(CALLBACK*)(HWND, LPARAM);
 
 struct MSG {
     HWND hwnd;
@@ -96,7 +95,6 @@ using LPCDLGTEMPLATEA = const DLGTEMPLATE*;
 inline const HWND HWND_TOP = nullptr;
 inline const HWND HWND_BOTTOM = reinterpret_cast<HWND>(1);
 inline const HWND HWND_TOPMOST = reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1));
-inline const HWND HWND_NOTOPMOST = reinterpret_cast<HWND>(static_cast<LONG_PTR>(-2));
 
 template <class Low, class High>
 constexpr LONG MAKELONG(Low low, High high) {
@@ -120,9 +118,6 @@ inline bool IS_INTRESOURCE(const void* name) {
 inline const LPSTR RT_BITMAP = MAKEINTRESOURCEA(2);
 inline const LPSTR RT_DIALOG = MAKEINTRESOURCEA(5);
 inline const LPSTR RT_STRING = MAKEINTRESOURCEA(6);
-inline const LPSTR RT_RCDATA = MAKEINTRESOURCEA(10);
-inline const LPSTR IDC_ARROW = MAKEINTRESOURCEA(32512);
-inline const LPSTR IDI_APPLICATION = MAKEINTRESOURCEA(32512);
 inline const LPSTR IDI_HAND = MAKEINTRESOURCEA(32513);
 inline const LPSTR IDI_QUESTION = MAKEINTRESOURCEA(32514);
 inline const LPSTR IDI_EXCLAMATION = MAKEINTRESOURCEA(32515);
@@ -131,7 +126,6 @@ inline const LPSTR IDI_ASTERISK = MAKEINTRESOURCEA(32516);
 // Window classes.
 ATOM WINAPI RegisterClassA(const WNDCLASSA* windowClass);
 BOOL WINAPI UnregisterClassA(LPCSTR name, HINSTANCE instance);
-BOOL WINAPI GetClassInfoA(HINSTANCE instance, LPCSTR name, WNDCLASSA* windowClass);
 int WINAPI GetClassNameA(HWND window, LPSTR buffer, int size);
 
 // Windows and their tree.
@@ -146,11 +140,9 @@ HWND WINAPI GetWindow(HWND window, UINT which);
 HWND WINAPI GetDlgItem(HWND dialog, int id);
 int WINAPI GetDlgCtrlID(HWND window);
 BOOL WINAPI IsChild(HWND parent, HWND window);
-BOOL WINAPI EnumChildWindows(HWND parent, WNDENUMPROC procedure, LPARAM parameter);
 
 // Window data.
 LONG WINAPI GetWindowLongA(HWND window, int index);
-LONG WINAPI SetWindowLongA(HWND window, int index, LONG value);
 LONG_PTR WINAPI GetWindowLongPtrA(HWND window, int index);
 LONG_PTR WINAPI SetWindowLongPtrA(HWND window, int index, LONG_PTR value);
 BOOL WINAPI SetPropA(HWND window, LPCSTR name, HANDLE value);
@@ -169,9 +161,7 @@ HWND WINAPI SetFocus(HWND window);
 HWND WINAPI GetFocus();
 HWND WINAPI SetActiveWindow(HWND window);
 HWND WINAPI GetActiveWindow();
-HWND WINAPI SetCapture(HWND window);
 HWND WINAPI GetCapture();
-BOOL WINAPI ReleaseCapture();
 SHORT WINAPI GetKeyState(int key);
 
 // Geometry, in pixels.
@@ -180,10 +170,8 @@ BOOL WINAPI SetWindowPos(HWND window, HWND after, int x, int y, int width, int h
 BOOL WINAPI GetClientRect(HWND window, LPRECT rectangle);
 BOOL WINAPI GetWindowRect(HWND window, LPRECT rectangle);
 BOOL WINAPI ScreenToClient(HWND window, LPPOINT point);
-BOOL WINAPI ClientToScreen(HWND window, LPPOINT point);
 int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count);
 BOOL WINAPI AdjustWindowRectEx(LPRECT rectangle, DWORD style, BOOL menu, DWORD exStyle);
-BOOL WINAPI SetRect(LPRECT rectangle, int left, int top, int right, int bottom);
 
 // Painting.
 BOOL WINAPI InvalidateRect(HWND window, const RECT* rectangle, BOOL erase);
@@ -196,8 +184,6 @@ HDC WINAPI GetDC(HWND window);
 int WINAPI ReleaseDC(HWND window, HDC context);
 // With DT_CALCRECT only, which measures: texts are drawn by what shows the windows.
 int WINAPI DrawTextA(HDC context, LPCSTR text, int length, LPRECT place, UINT format);
-HICON WINAPI LoadIconA(HINSTANCE instance, LPCSTR name);
-HCURSOR WINAPI LoadCursorA(HINSTANCE instance, LPCSTR name);
 
 // Messages. PeekMessageA and GetMessageA first deliver the calling thread's pending sent messages; window:
 // null for any, otherwise that window and its children.
@@ -229,9 +215,7 @@ BOOL WINAPI IsDialogMessageA(HWND dialog, LPMSG message);
 BOOL WINAPI MapDialogRect(HWND dialog, LPRECT rectangle);
 HWND WINAPI GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous);
 HWND WINAPI GetNextDlgGroupItem(HWND dialog, HWND control, BOOL previous);
-BOOL WINAPI SetDlgItemTextA(HWND dialog, int id, LPCSTR text);
 UINT WINAPI GetDlgItemTextA(HWND dialog, int id, LPSTR buffer, int size);
-LRESULT WINAPI SendDlgItemMessageA(HWND dialog, int id, UINT message, WPARAM wParam, LPARAM lParam);
 BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check);
 BOOL WINAPI CheckRadioButton(HWND dialog, int first, int last, int checked);
 UINT WINAPI IsDlgButtonChecked(HWND dialog, int id);

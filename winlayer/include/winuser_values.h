@@ -7,7 +7,6 @@
 inline constexpr DWORD WS_OVERLAPPED = 0x00000000;
 inline constexpr DWORD WS_POPUP = 0x80000000;
 inline constexpr DWORD WS_CHILD = 0x40000000;
-inline constexpr DWORD WS_MINIMIZE = 0x20000000;
 inline constexpr DWORD WS_VISIBLE = 0x10000000;
 inline constexpr DWORD WS_DISABLED = 0x08000000;
 inline constexpr DWORD WS_CLIPSIBLINGS = 0x04000000;
@@ -15,8 +14,6 @@ inline constexpr DWORD WS_CLIPCHILDREN = 0x02000000;
 inline constexpr DWORD WS_CAPTION = 0x00C00000;
 inline constexpr DWORD WS_BORDER = 0x00800000;
 inline constexpr DWORD WS_DLGFRAME = 0x00400000;
-inline constexpr DWORD WS_VSCROLL = 0x00200000;
-inline constexpr DWORD WS_HSCROLL = 0x00100000;
 inline constexpr DWORD WS_SYSMENU = 0x00080000;
 inline constexpr DWORD WS_THICKFRAME = 0x00040000;
 inline constexpr DWORD WS_GROUP = 0x00020000;
@@ -25,20 +22,13 @@ inline constexpr DWORD WS_TABSTOP = 0x00010000;
 inline constexpr DWORD WS_MAXIMIZEBOX = 0x00010000;
 inline constexpr DWORD WS_OVERLAPPEDWINDOW =
     WS_OVERLAPPED | WS_CAPTION | WS_SYSMENU | WS_THICKFRAME | WS_MINIMIZEBOX | WS_MAXIMIZEBOX;
-inline constexpr DWORD WS_POPUPWINDOW = WS_POPUP | WS_BORDER | WS_SYSMENU;
 
 inline constexpr DWORD WS_EX_DLGMODALFRAME = 0x00000001;
 inline constexpr DWORD WS_EX_NOPARENTNOTIFY = 0x00000004;
-inline constexpr DWORD WS_EX_TOPMOST = 0x00000008;
-inline constexpr DWORD WS_EX_WINDOWEDGE = 0x00000100;
 inline constexpr DWORD WS_EX_CLIENTEDGE = 0x00000200;
-inline constexpr DWORD WS_EX_CONTEXTHELP = 0x00000400;
 inline constexpr DWORD WS_EX_CONTROLPARENT = 0x00010000;
 inline constexpr DWORD WS_EX_STATICEDGE = 0x00020000;
 
-inline constexpr UINT CS_VREDRAW = 0x0001;
-inline constexpr UINT CS_HREDRAW = 0x0002;
-inline constexpr UINT CS_DBLCLKS = 0x0008;
 inline constexpr UINT CS_GLOBALCLASS = 0x4000;
 inline constexpr int CW_USEDEFAULT = static_cast<int>(0x80000000);
 
@@ -50,12 +40,10 @@ inline constexpr DWORD DS_SETFONT = 0x0040;
 inline constexpr DWORD DS_MODALFRAME = 0x0080;
 inline constexpr DWORD DS_CONTROL = 0x0400;
 inline constexpr DWORD DS_CENTER = 0x0800;
-inline constexpr DWORD DS_SHELLFONT = 0x0048;
 
 // Window data by offset.
 inline constexpr int GWL_STYLE = -16;
 inline constexpr int GWL_EXSTYLE = -20;
-inline constexpr int GWL_ID = -12;
 inline constexpr int GWLP_WNDPROC = -4;
 inline constexpr int GWLP_HINSTANCE = -6;
 inline constexpr int GWLP_HWNDPARENT = -8;
@@ -76,11 +64,9 @@ inline constexpr UINT GA_PARENT = 1;
 inline constexpr UINT GA_ROOT = 2;
 
 inline constexpr int SW_HIDE = 0;
-inline constexpr int SW_SHOWNORMAL = 1;
 inline constexpr int SW_SHOWNOACTIVATE = 4;
 inline constexpr int SW_SHOW = 5;
 inline constexpr int SW_SHOWNA = 8;
-inline constexpr int SW_SHOWDEFAULT = 10;
 
 inline constexpr UINT SWP_NOSIZE = 0x0001;
 inline constexpr UINT SWP_NOMOVE = 0x0002;
@@ -90,12 +76,10 @@ inline constexpr UINT SWP_NOACTIVATE = 0x0010;
 inline constexpr UINT SWP_FRAMECHANGED = 0x0020;
 inline constexpr UINT SWP_SHOWWINDOW = 0x0040;
 inline constexpr UINT SWP_HIDEWINDOW = 0x0080;
-inline constexpr UINT SWP_NOOWNERZORDER = 0x0200;
 
 inline constexpr WPARAM SIZE_RESTORED = 0;
 inline constexpr WORD WA_INACTIVE = 0;
 inline constexpr WORD WA_ACTIVE = 1;
-inline constexpr WORD WA_CLICKACTIVE = 2;
 
 // Messages.
 inline constexpr UINT WM_NULL = 0x0000;
@@ -133,19 +117,14 @@ inline constexpr UINT WM_CHAR = 0x0102;
 inline constexpr UINT WM_SYSKEYDOWN = 0x0104;
 inline constexpr UINT WM_SYSKEYUP = 0x0105;
 inline constexpr UINT WM_SYSCHAR = 0x0106;
-inline constexpr UINT WM_KEYFIRST = 0x0100;
-inline constexpr UINT WM_KEYLAST = 0x0109;
 inline constexpr UINT WM_INITDIALOG = 0x0110;
 inline constexpr UINT WM_COMMAND = 0x0111;
 inline constexpr UINT WM_TIMER = 0x0113;
 inline constexpr UINT WM_CTLCOLORMSGBOX = 0x0132;
-inline constexpr UINT WM_CTLCOLORDLG = 0x0136;
 inline constexpr UINT WM_CTLCOLORSTATIC = 0x0138;
-inline constexpr UINT WM_MOUSEFIRST = 0x0200;
 inline constexpr UINT WM_MOUSEMOVE = 0x0200;
 inline constexpr UINT WM_LBUTTONDOWN = 0x0201;
 inline constexpr UINT WM_LBUTTONUP = 0x0202;
-inline constexpr UINT WM_MOUSELAST = 0x020E;
 inline constexpr UINT WM_CAPTURECHANGED = 0x0215;
 inline constexpr UINT WM_USER = 0x0400;
 inline constexpr UINT WM_APP = 0x8000;
@@ -161,7 +140,6 @@ inline constexpr WPARAM MK_LBUTTON = 0x0001;
 inline constexpr LRESULT DLGC_WANTARROWS = 0x0001;
 inline constexpr LRESULT DLGC_WANTTAB = 0x0002;
 inline constexpr LRESULT DLGC_WANTALLKEYS = 0x0004;
-inline constexpr LRESULT DLGC_WANTMESSAGE = 0x0004;
 inline constexpr LRESULT DLGC_HASSETSEL = 0x0008;
 inline constexpr LRESULT DLGC_DEFPUSHBUTTON = 0x0010;
 inline constexpr LRESULT DLGC_UNDEFPUSHBUTTON = 0x0020;
@@ -197,7 +175,6 @@ inline constexpr DWORD SS_LEFT = 0x00;
 inline constexpr DWORD SS_CENTER = 0x01;
 inline constexpr DWORD SS_RIGHT = 0x02;
 inline constexpr DWORD SS_ICON = 0x03;
-inline constexpr DWORD SS_LEFTNOWORDWRAP = 0x0C;
 inline constexpr DWORD SS_ETCHEDHORZ = 0x10;
 inline constexpr DWORD SS_ETCHEDVERT = 0x11;
 inline constexpr DWORD SS_ETCHEDFRAME = 0x12;
@@ -226,12 +203,9 @@ inline constexpr UINT MB_ICONHAND = 0x10;
 inline constexpr UINT MB_ICONQUESTION = 0x20;
 inline constexpr UINT MB_ICONEXCLAMATION = 0x30;
 inline constexpr UINT MB_ICONASTERISK = 0x40;
-inline constexpr UINT MB_ICONERROR = MB_ICONHAND;
 inline constexpr UINT MB_ICONWARNING = MB_ICONEXCLAMATION;
-inline constexpr UINT MB_ICONINFORMATION = MB_ICONASTERISK;
 inline constexpr UINT MB_ICONMASK = 0xF0;
 inline constexpr UINT MB_DEFBUTTON2 = 0x100;
-inline constexpr UINT MB_DEFBUTTON3 = 0x200;
 inline constexpr UINT MB_DEFMASK = 0xF00;
 inline constexpr int IDOK = 1;
 inline constexpr int IDCANCEL = 2;
@@ -246,7 +220,6 @@ inline constexpr int VK_TAB = 0x09;
 inline constexpr int VK_RETURN = 0x0D;
 inline constexpr int VK_SHIFT = 0x10;
 inline constexpr int VK_CONTROL = 0x11;
-inline constexpr int VK_MENU = 0x12;
 inline constexpr int VK_ESCAPE = 0x1B;
 inline constexpr int VK_SPACE = 0x20;
 inline constexpr int VK_LEFT = 0x25;
@@ -258,7 +231,6 @@ inline constexpr int VK_DOWN = 0x28;
 inline constexpr UINT DT_WORDBREAK = 0x0010;
 inline constexpr UINT DT_EXPANDTABS = 0x0040;
 inline constexpr UINT DT_CALCRECT = 0x0400;
-inline constexpr UINT DT_NOPREFIX = 0x0800;
 
 // System colours (a class's background brush is one of them plus one).
 inline constexpr int COLOR_WINDOW = 5;

@@ -66,9 +66,6 @@ BOOL WINAPI DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetPr
         SetLastError(ERROR_TOO_MANY_OPEN_FILES);
         return FALSE;
     }
-    if ((options & DUPLICATE_CLOSE_SOURCE) != 0) {
-        handles.remove(source);
-    }
     return TRUE;
 } catch (const std::bad_alloc&) {
     return winlayer::outOfMemory(FALSE);

@@ -21,7 +21,6 @@ public:
     // machine's ANSI code page.
     explicit ResourceId(LPCSTR numberOrText);
 
-    bool isNumber() const { return text_.empty(); }
     WORD number() const { return number_; }
     friend bool operator==(const ResourceId&, const ResourceId&) = default;
 

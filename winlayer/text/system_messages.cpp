@@ -46,7 +46,6 @@ constexpr SystemMessage messages[] = {
     {ERROR_SHARING_VIOLATION, "Another process is using the file.",
      "Ein anderer Prozess verwendet die Datei gerade."},
     {ERROR_HANDLE_EOF, "The end of the file has been reached.", "Das Ende der Datei ist erreicht."},
-    {ERROR_HANDLE_DISK_FULL, "The medium is full.", "Der Datenträger ist voll."},
     {ERROR_NOT_SUPPORTED, "The request is not supported.", "Die Anforderung wird nicht unterstützt."},
 
     {ERROR_BAD_NETPATH, "The network path cannot be found.", "Der Netzwerkpfad wurde nicht gefunden."},
@@ -88,8 +87,6 @@ constexpr SystemMessage messages[] = {
     {ERROR_DIRECTORY, "The name is not that of a directory.", "Der Name ist nicht der eines Verzeichnisses."},
     {ERROR_MR_MID_NOT_FOUND, "The system has no text for this message number.",
      "Das System hat keinen Text für diese Meldungsnummer."},
-    {ERROR_IO_INCOMPLETE, "The overlapped operation has not finished.",
-     "Der überlappende Vorgang ist noch nicht beendet."},
     {ERROR_IO_PENDING, "The overlapped operation is in progress.", "Der überlappende Vorgang ist im Gange."},
     {ERROR_INVALID_FLAGS, "The flags are not valid.", "Die Schalter sind ungültig."},
     {ERROR_UNRECOGNIZED_VOLUME, "The medium carries no file system that the system knows.",

@@ -42,9 +42,4 @@ bool WindowClasses::remove(LPCSTR name) {
     return found != nullptr && classes_.erase(atomKey(found->name.c_str())) != 0;
 }
 
-std::size_t WindowClasses::registered() const {
-    return static_cast<std::size_t>(std::count_if(classes_.begin(), classes_.end(),
-                                                  [](const auto& entry) { return !entry.second->ofSystem; }));
-}
-
 }  // namespace winlayer

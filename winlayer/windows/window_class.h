@@ -29,8 +29,6 @@ public:
     // `name` may be an atom in place of a name; null when there is none.
     std::shared_ptr<const WindowClass> find(LPCSTR name) const;
     bool remove(LPCSTR name);
-    // Classes that the program has registered.
-    std::size_t registered() const;
 
 private:
     std::map<std::string, std::shared_ptr<const WindowClass>> classes_;

@@ -24,10 +24,9 @@ public:
     static Windows& current();
 
     std::shared_ptr<Window> find(HWND window) const { return table.find(window); }
-    // Windows, timers, classes of the program, and device contexts on windows, that there are now.
+    // Windows, timers, and device contexts on windows, that there are now.
     std::size_t count() const { return table.count(); }
     std::size_t timerCount() const { return timers.count(); }
-    std::size_t classCount() const { return classes.registered(); }
     std::size_t contextCount() const { return contexts.size(); }
 
     // Who shows the windows; null, as at the start: nobody. Not owned. Set it before the first window.

@@ -30,10 +30,9 @@ T readExtra(Window& window, int index) {
     return value;
 }
 
-template <class T>
-T exchangeExtra(Window& window, int index, T value) {
-    T old{};
-    if (T* place = extraOf<T>(window, index)) {
+LONG_PTR exchangeExtra(Window& window, int index, LONG_PTR value) {
+    LONG_PTR old = 0;
+    if (LONG_PTR* place = extraOf<LONG_PTR>(window, index)) {
         std::memcpy(&old, place, sizeof old);
         std::memcpy(place, &value, sizeof value);
     }
@@ -98,7 +97,7 @@ LONG_PTR exchange(Window& window, int index, LONG_PTR value) {
             SetLastError(ERROR_INVALID_INDEX);  // a window keeps its place in the tree
             return 0;
         default:
-            return exchangeExtra<LONG_PTR>(window, index, value);
+            return exchangeExtra(window, index, value);
     }
 }
 
@@ -125,15 +124,6 @@ LONG WINAPI GetWindowLongA(HWND handle, int index) {
         return 0;
     }
     return index >= 0 ? readExtra<LONG>(*window, index) : static_cast<LONG>(read(*window, index));
-}
-
-LONG WINAPI SetWindowLongA(HWND handle, int index, LONG value) {
-    const auto window = denied(__func__) ? nullptr : windowForLong(handle, index);
-    if (window == nullptr) {
-        return 0;
-    }
-    return index >= 0 ? exchangeExtra<LONG>(*window, index, value)
-                      : static_cast<LONG>(exchange(*window, index, value));
 }
 
 LONG_PTR WINAPI GetWindowLongPtrA(HWND handle, int index) {

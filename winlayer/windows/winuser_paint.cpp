@@ -114,28 +114,3 @@ int WINAPI DrawTextA(HDC context, LPCSTR text, int length, LPRECT place, UINT fo
 } catch (const std::bad_alloc&) {
     return outOfMemory(0);
 }
-
-// The icons and cursors of the system itself, by their numbers; the peer knows what they look like.
-HICON WINAPI LoadIconA(HINSTANCE instance, LPCSTR name) {
-    if (denied(__func__)) {
-        return nullptr;
-    }
-    const auto number = reinterpret_cast<ULONG_PTR>(name);
-    if (instance != nullptr || number < reinterpret_cast<ULONG_PTR>(IDI_APPLICATION) ||
-        number > reinterpret_cast<ULONG_PTR>(IDI_ASTERISK)) {
-        SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
-        return nullptr;
-    }
-    return reinterpret_cast<HICON>(number);
-}
-
-HCURSOR WINAPI LoadCursorA(HINSTANCE instance, LPCSTR name) {
-    if (denied(__func__)) {
-        return nullptr;
-    }
-    if (instance != nullptr || name != IDC_ARROW) {
-        SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
-        return nullptr;
-    }
-    return reinterpret_cast<HCURSOR>(reinterpret_cast<ULONG_PTR>(name));
-}

@@ -82,22 +82,9 @@ HWND WINAPI GetActiveWindow() {
     return windows().active;
 }
 
-HWND WINAPI SetCapture(HWND handle) {
-    const auto window = windowFor(__func__, handle);
-    return window != nullptr ? setCapture(handle) : nullptr;
-}
-
 HWND WINAPI GetCapture() {
     entered(__func__);
     return windows().capture;
-}
-
-BOOL WINAPI ReleaseCapture() {
-    if (denied(__func__)) {
-        return FALSE;
-    }
-    setCapture(nullptr);
-    return TRUE;
 }
 
 SHORT WINAPI GetKeyState(int key) {
@@ -147,11 +134,6 @@ BOOL WINAPI ScreenToClient(HWND window, LPPOINT point) {
     return !denied(__func__) && originOf(window, origin) ? translate(point, origin, -1) : FALSE;
 }
 
-BOOL WINAPI ClientToScreen(HWND window, LPPOINT point) {
-    POINT origin{};
-    return !denied(__func__) && originOf(window, origin) ? translate(point, origin, 1) : FALSE;
-}
-
 int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) {
     POINT source{};
     POINT target{};
@@ -172,13 +154,5 @@ BOOL WINAPI AdjustWindowRectEx(LPRECT rectangle, DWORD style, BOOL menu, DWORD e
     const RECT border = borders(style, exStyle, menu != FALSE);
     *rectangle = {rectangle->left - border.left, rectangle->top - border.top, rectangle->right + border.right,
                   rectangle->bottom + border.bottom};
-    return TRUE;
-}
-
-BOOL WINAPI SetRect(LPRECT rectangle, int left, int top, int right, int bottom) {
-    if (denied(__func__)) {
-        return FALSE;
-    }
-    *rectangle = {left, top, right, bottom};
     return TRUE;
 }

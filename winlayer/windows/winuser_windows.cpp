@@ -37,21 +37,6 @@ bool hasWindows(const WindowClass& windowClass, const std::vector<HWND>& windows
     });
 }
 
-// False when the caller's procedure ended the walk.
-bool walk(HWND parent, WNDENUMPROC procedure, LPARAM parameter) {
-    const auto window = findWindow(parent);
-    if (window == nullptr) {
-        return true;
-    }
-    for (const HWND child : std::vector<HWND>(window->children)) {
-        if (findWindow(child) != nullptr &&
-            (procedure(child, parameter) == FALSE || !walk(child, procedure, parameter))) {
-            return false;
-        }
-    }
-    return true;
-}
-
 }  // namespace
 
 ATOM WINAPI RegisterClassA(const WNDCLASSA* request) try {
@@ -98,28 +83,6 @@ BOOL WINAPI UnregisterClassA(LPCSTR name, HINSTANCE) try {
     return classes().remove(name) ? TRUE : FALSE;
 } catch (const std::bad_alloc&) {
     return outOfMemory(FALSE);
-}
-
-BOOL WINAPI GetClassInfoA(HINSTANCE, LPCSTR name, WNDCLASSA* windowClass) {
-    if (denied(__func__)) {
-        return FALSE;
-    }
-    const auto found = classes().find(name);
-    if (found == nullptr) {
-        SetLastError(ERROR_CLASS_DOES_NOT_EXIST);
-        return FALSE;
-    }
-    *windowClass = {found->style,
-                    found->procedure,
-                    0,
-                    found->windowExtra,
-                    found->instance,
-                    found->icon,
-                    found->cursor,
-                    found->background,
-                    nullptr,
-                    name};
-    return TRUE;
 }
 
 int WINAPI GetClassNameA(HWND handle, LPSTR buffer, int size) {
@@ -221,14 +184,4 @@ int WINAPI GetDlgCtrlID(HWND handle) {
 BOOL WINAPI IsChild(HWND parent, HWND window) {
     entered(__func__);
     return isBelow(parent, window) ? TRUE : FALSE;
-}
-
-BOOL WINAPI EnumChildWindows(HWND parent, WNDENUMPROC procedure, LPARAM parameter) try {
-    if (denied(__func__) || findWindowOrSetLastError(parent) == nullptr) {
-        return FALSE;
-    }
-    walk(parent, procedure, parameter);
-    return TRUE;
-} catch (const std::bad_alloc&) {
-    return outOfMemory(FALSE);
 }
