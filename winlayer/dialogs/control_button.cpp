@@ -14,7 +14,7 @@ DWORD ButtonControl::type() const {
 }
 
 void ButtonControl::changed() {
-    Windows::current().peer().stateChanged(window_.handle);
+    windows().peer().stateChanged(window_.handle);
 }
 
 LRESULT ButtonControl::dialogCode() const {
@@ -100,7 +100,7 @@ void ButtonControl::release(bool clicked) {
     }
     byMouse_ = false;
     setPushed(false);
-    if (Windows::current().capture == window_.handle) {
+    if (windows().capture == window_.handle) {
         setCapture(nullptr);
     }
     if (clicked) {
@@ -125,7 +125,7 @@ LRESULT ButtonControl::message(UINT message, WPARAM wParam, LPARAM lParam) {
             return setCheck(static_cast<UINT>(wParam));
         case BM_GETSTATE:
             return (check_ & 3) | (pushed_ ? BST_PUSHED : 0) |
-                   (Windows::current().focus == window_.handle ? BST_FOCUS : 0);
+                   (windows().focus == window_.handle ? BST_FOCUS : 0);
         case BM_SETSTATE:
             setPushed(wParam != 0);
             return 0;

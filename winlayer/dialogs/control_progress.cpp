@@ -9,7 +9,7 @@
 namespace winlayer {
 
 void ProgressControl::changed() {
-    Windows::current().peer().stateChanged(window_.handle);
+    windows().peer().stateChanged(window_.handle);
 }
 
 LRESULT ProgressControl::setRange(int low, int high) {

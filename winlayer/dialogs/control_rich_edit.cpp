@@ -34,7 +34,7 @@ std::string readAll(EDITSTREAM& stream) {
 void RichEditControl::show(RichText content) {
     content_ = std::move(content);
     window_.text = content_.text;
-    Peer& peer = Windows::current().peer();
+    Peer& peer = windows().peer();
     peer.textChanged(window_.handle);
     peer.stateChanged(window_.handle);
 }

@@ -21,7 +21,7 @@ LRESULT StaticControl::message(UINT message, WPARAM wParam, LPARAM lParam) {
             return reinterpret_cast<LRESULT>(icon_);
         case STM_SETICON: {
             const HICON old = std::exchange(icon_, reinterpret_cast<HICON>(wParam));
-            Windows::current().peer().stateChanged(window_.handle);
+            windows().peer().stateChanged(window_.handle);
             return reinterpret_cast<LRESULT>(old);
         }
         case WM_LBUTTONDOWN:

@@ -39,7 +39,7 @@ POINT placeOf(const DialogTemplate& dialog, const SIZE& units, const SIZE& size,
     const auto parentWindow = findWindow(parent);
     const bool child = (dialog.style & WS_CHILD) != 0;
     if ((dialog.style & DS_CENTER) != 0 && !child) {
-        const RECT screen = Windows::current().peer().workArea();
+        const RECT screen = windows().peer().workArea();
         return {(screen.left + screen.right - size.cx) / 2, (screen.top + screen.bottom - size.cy) / 2};
     }
     const bool relative = (dialog.style & (WS_CHILD | DS_ABSALIGN)) == 0 && parentWindow != nullptr;

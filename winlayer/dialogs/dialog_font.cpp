@@ -25,9 +25,9 @@ LOGFONTA describe(const DialogFont& font) {
 }
 
 void giveDialogFont(Window& dialog) {
-    const HGDIOBJ font = Graphics::current().add(Font{describe(*dialog.dialog->font)});
+    const HGDIOBJ font = graphics().add(Font{describe(*dialog.dialog->font)});
     dialog.dialog->ownFont = dialog.font = static_cast<HFONT>(font);
-    Windows::current().peer().fontChanged(dialog.handle);
+    windows().peer().fontChanged(dialog.handle);
     sendMessage(dialog.handle, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
 }
 

@@ -19,7 +19,7 @@ void command(const Window& dialog, WORD id) {
 
 // The button with the focus, else the default button, else OK.
 void enterKey(const Window& dialog) {
-    const auto focus = findWindow(Windows::current().focus);
+    const auto focus = findWindow(windows().focus);
     if (focus != nullptr && isBelow(dialog.handle, focus->handle) &&
         (sendMessage(focus->handle, WM_GETDLGCODE) & (DLGC_DEFPUSHBUTTON | DLGC_UNDEFPUSHBUTTON)) != 0) {
         sendMessage(focus->parent, WM_COMMAND, MAKEWPARAM(static_cast<WORD>(focus->id), BN_CLICKED),
@@ -52,7 +52,7 @@ bool keyDown(const Window& dialog, const std::shared_ptr<Window>& control, WPARA
             if ((wants & DLGC_WANTTAB) != 0) {
                 return false;
             }
-            sendMessage(dialog.handle, WM_NEXTDLGCTL, Windows::current().keysDown[VK_SHIFT] ? TRUE : FALSE);
+            sendMessage(dialog.handle, WM_NEXTDLGCTL, windows().keysDown[VK_SHIFT] ? TRUE : FALSE);
             return true;
         case VK_LEFT:
         case VK_UP:

@@ -29,13 +29,13 @@ bool answersDirectly(UINT message) {
 }
 
 bool hasFocusWithin(const Window& dialog) {
-    const HWND focus = winlayer::Windows::current().focus;
+    const HWND focus = windows().focus;
     return focus != nullptr && isBelow(dialog.handle, focus);
 }
 
 void saveFocus(Window& dialog) {
     if (hasFocusWithin(dialog)) {
-        dialog.dialog->savedFocus = winlayer::Windows::current().focus;
+        dialog.dialog->savedFocus = windows().focus;
     }
 }
 
@@ -73,7 +73,7 @@ LRESULT close(const Window& dialog) {
 LRESULT moveFocus(const Window& dialog, WPARAM wParam, LPARAM lParam) {
     const HWND next = LOWORD(static_cast<DWORD_PTR>(lParam)) != 0
                           ? reinterpret_cast<HWND>(wParam)
-                          : nextTabItem(dialog, winlayer::Windows::current().focus, wParam != 0);
+                          : nextTabItem(dialog, windows().focus, wParam != 0);
     if (next != nullptr) {
         focusControl(dialog, next);
     }
@@ -136,7 +136,7 @@ void focusControl(const Window& dialog, HWND control) {
 }
 
 void showWhatEnterPresses(const Window& dialog) {
-    const HWND control = winlayer::Windows::current().focus;
+    const HWND control = windows().focus;
     if (dialog.dialog == nullptr || control == nullptr || !isBelow(dialog.handle, control)) {
         return;
     }

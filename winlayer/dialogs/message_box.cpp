@@ -4,6 +4,7 @@
 #include <limits>
 #include <map>
 
+#include "winlayer/base/last_error.h"
 #include "winlayer/base/system_settings.h"
 #include "winlayer/dialogs/dialog.h"
 #include "winlayer/windows/message_send.h"
@@ -76,14 +77,14 @@ LPCSTR iconOf(UINT style) {
 
 // The room that a text takes as it is drawn, broken to lines of `width` pixels, in whole dialog units.
 SIZE roomFor(const char* text, const LOGFONTA& font, const SIZE& units, int width) {
-    const SIZE drawn = Windows::current().peer().textExtent(text, font, width);
+    const SIZE drawn = windows().peer().textExtent(text, font, width);
     return {(drawn.cx * 4 + units.cx - 1) / units.cx, (drawn.cy * 8 + units.cy - 1) / units.cy};
 }
 
 // Captions are bold and never broken; one that is wider than the screen is cut.
 int captionWidth(const char* caption, LOGFONTA font, const SIZE& units) {
     font.lfWeight = FW_BOLD;
-    const RECT screen = Windows::current().peer().workArea();
+    const RECT screen = windows().peer().workArea();
     const auto widest = static_cast<int>((screen.right - screen.left) * 4 / units.cx) - 2 * margin;
     const auto width = static_cast<int>(roomFor(caption, font, units, std::numeric_limits<int>::max()).cx);
     return std::min(width + captionMargins, widest);
@@ -184,8 +185,7 @@ INT_PTR CALLBACK boxProcedure(HWND handle, UINT message, WPARAM wParam, LPARAM l
 int showMessageBox(HWND owner, LPCSTR text, LPCSTR caption, UINT style) {
     const std::vector<int> buttons = buttonsOf(style);
     if (buttons.empty()) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return 0;
+        return failed(ERROR_INVALID_PARAMETER);
     }
     const char* const untitled = (SystemSettings::current().language & 0x3FF) == 0x07 ? "Fehler" : "Error";
     const DialogTemplate box =

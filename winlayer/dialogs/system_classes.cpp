@@ -50,7 +50,7 @@ void removeRichEditClass(WindowClasses& classes) {
 
 void WINAPI InitCommonControls() try {
     winlayer::entered(__func__);
-    winlayer::Windows::current().classes.add(
+    winlayer::windows().classes.add(
         winlayer::systemClass(PROGRESS_CLASSA, winlayer::procedureOf<winlayer::ProgressControl>, 0));
 } catch (const std::bad_alloc&) {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);

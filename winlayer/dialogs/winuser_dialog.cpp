@@ -45,8 +45,7 @@ std::optional<DialogTemplate> load(HINSTANCE instance, LPCSTR name) {
 std::shared_ptr<Window> dialogOrSetLastError(HWND dialog) {
     auto window = findWindowOrSetLastError(dialog);
     if (window != nullptr && window->dialog == nullptr) {
-        SetLastError(ERROR_WINDOW_NOT_DIALOG);
-        return nullptr;
+        return failed(ERROR_WINDOW_NOT_DIALOG);
     }
     return window;
 }

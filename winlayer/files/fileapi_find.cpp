@@ -129,8 +129,7 @@ BOOL WINAPI FindNextFileA(HANDLE search, LPWIN32_FIND_DATAA data) try {
     }
     const auto object = winlayer::HandleTable::current().get<SearchObject>(search);
     if (object == nullptr) {
-        SetLastError(ERROR_INVALID_HANDLE);
-        return FALSE;
+        return winlayer::failed(ERROR_INVALID_HANDLE);
     }
     const std::lock_guard lock(object->mutex);
     FileFacts facts;
@@ -149,8 +148,7 @@ BOOL WINAPI FindClose(HANDLE search) {
     winlayer::HandleTable& handles = winlayer::HandleTable::current();
     const bool closed = handles.get<SearchObject>(search) != nullptr && handles.remove(search) != nullptr;
     if (planned != 0 || !closed) {
-        SetLastError(planned != 0 ? planned : ERROR_INVALID_HANDLE);
-        return FALSE;
+        return winlayer::failed(planned != 0 ? planned : ERROR_INVALID_HANDLE);
     }
     return TRUE;
 }

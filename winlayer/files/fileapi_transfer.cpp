@@ -52,8 +52,7 @@ BOOL finish(Transfer transfer, LPDWORD transferred) {
 template <class Work>
 BOOL transferThrough(FileObject& file, LPDWORD transferred, LPOVERLAPPED overlapped, const Work& work) {
     if (!hasPlaces(file, transferred, overlapped)) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return FALSE;
+        return winlayer::failed(ERROR_INVALID_PARAMETER);
     }
     const Transfer transfer =
         overlapped != nullptr ? atOffset(file, *overlapped, work) : atPosition(file, work);

@@ -17,8 +17,7 @@ BOOL WINAPI DeviceIoControl(HANDLE device, DWORD code, LPVOID in, DWORD inSize, 
         return FALSE;
     }
     if (returned == nullptr && overlapped == nullptr) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return FALSE;
+        return winlayer::failed(ERROR_INVALID_PARAMETER);
     }
     if (overlapped != nullptr) {
         winlayer::beginOverlapped(*overlapped);

@@ -95,6 +95,10 @@ private:
     ULONG_PTR lastHandle_ = firstHandle;
 };
 
+inline Graphics& graphics() {
+    return Graphics::current();
+}
+
 // The colour of a COLOR_... number; false when there is none.
 bool systemColor(int index, COLORREF& color);
 

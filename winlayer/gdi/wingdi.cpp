@@ -11,10 +11,6 @@
 namespace winlayer {
 namespace {
 
-Graphics& graphics() {
-    return winlayer::Graphics::current();
-}
-
 BOOL answer(bool done) {
     return succeeded(done ? NO_ERROR : ERROR_INVALID_HANDLE) ? TRUE : FALSE;
 }
@@ -51,8 +47,7 @@ HDC WINAPI CreateCompatibleDC(HDC context) try {
         return nullptr;
     }
     if (context != nullptr && graphics().context(context) == nullptr) {
-        SetLastError(ERROR_INVALID_HANDLE);
-        return nullptr;
+        return failed(ERROR_INVALID_HANDLE);
     }
     return graphics().createMemoryContext();
 } catch (const std::bad_alloc&) {
@@ -99,8 +94,7 @@ int WINAPI GetObjectA(HGDIOBJ object, int size, LPVOID buffer) {
     if (const Font* const font = graphics().find<Font>(object); font != nullptr) {
         return give(font->description, size, buffer);
     }
-    SetLastError(ERROR_INVALID_HANDLE);
-    return 0;
+    return failed(ERROR_INVALID_HANDLE);
 }
 
 int WINAPI GetDeviceCaps(HDC context, int index) {
@@ -108,8 +102,7 @@ int WINAPI GetDeviceCaps(HDC context, int index) {
         return 0;
     }
     if (graphics().context(context) == nullptr) {
-        SetLastError(ERROR_INVALID_HANDLE);
-        return 0;
+        return failed(ERROR_INVALID_HANDLE);
     }
     constexpr int dotsPerInch = 96;
     return index == LOGPIXELSX || index == LOGPIXELSY ? dotsPerInch : 0;
@@ -126,8 +119,7 @@ HFONT WINAPI CreateFontIndirectA(const LOGFONTA* description) try {
         return nullptr;
     }
     if (description == nullptr) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return nullptr;
+        return failed(ERROR_INVALID_PARAMETER);
     }
     Font font{*description};
     font.description.lfFaceName[LF_FACESIZE - 1] = 0;

@@ -18,7 +18,7 @@ constexpr std::int64_t mostPixels = 1 << 26;
 
 // Null, with the last error set, for what is no context.
 DeviceContext* contextOf(HDC handle) {
-    DeviceContext* const context = winlayer::Graphics::current().context(handle);
+    DeviceContext* const context = graphics().context(handle);
     if (context == nullptr) {
         SetLastError(ERROR_INVALID_HANDLE);
     }
@@ -27,7 +27,7 @@ DeviceContext* contextOf(HDC handle) {
 
 HBITMAP addBitmap(Surface surface, WORD bits) {
     Bitmap bitmap{std::make_shared<Surface>(std::move(surface)), bits};
-    return static_cast<HBITMAP>(winlayer::Graphics::current().add(std::move(bitmap)));
+    return static_cast<HBITMAP>(graphics().add(std::move(bitmap)));
 }
 
 BOOL copy(HDC to, const Placement& target, HDC from, const Placement& source, DWORD operation) {
@@ -37,8 +37,7 @@ BOOL copy(HDC to, const Placement& target, HDC from, const Placement& source, DW
         return FALSE;
     }
     if (operation != SRCCOPY) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return FALSE;
+        return failed(ERROR_INVALID_PARAMETER);
     }
     stretch(*sourceContext->surface, source, *targetContext->surface, target, targetContext->stretchMode);
     return TRUE;
@@ -54,15 +53,13 @@ HBITMAP WINAPI CreateCompatibleBitmap(HDC context, int width, int height) try {
         return nullptr;
     }
     if (width < 0 || height < 0) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return nullptr;
+        return failed(ERROR_INVALID_PARAMETER);
     }
     if (width == 0 || height == 0) {
         return addBitmap(makeSurface(1, 1, black), 1);
     }
     if (std::int64_t{width} * height > mostPixels) {
-        SetLastError(ERROR_NOT_ENOUGH_MEMORY);
-        return nullptr;
+        return failed(ERROR_NOT_ENOUGH_MEMORY);
     }
     return addBitmap(makeSurface(width, height, black), 32);
 } catch (const std::bad_alloc&) {
@@ -80,8 +77,7 @@ HBITMAP WINAPI LoadBitmapA(HINSTANCE module, LPCSTR name) try {
     }
     std::optional<DecodedBitmap> bitmap = decodeBitmap(modules.resourceAt(module, place)->data);
     if (!bitmap) {
-        SetLastError(ERROR_INVALID_DATA);
-        return nullptr;
+        return failed(ERROR_INVALID_DATA);
     }
     return addBitmap(std::move(bitmap->surface), bitmap->monochrome ? 1 : 32);
 } catch (const std::bad_alloc&) {
@@ -94,8 +90,7 @@ int WINAPI SetStretchBltMode(HDC handle, int mode) {
         return 0;
     }
     if (mode < BLACKONWHITE || mode > HALFTONE) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return 0;
+        return failed(ERROR_INVALID_PARAMETER);
     }
     return std::exchange(context->stretchMode, mode);
 }
@@ -142,7 +137,7 @@ COLORREF WINAPI SetPixel(HDC handle, int x, int y, COLORREF color) {
 int WINAPI FillRect(HDC handle, const RECT* area, HBRUSH brush) try {
     DeviceContext* const context = denied(__func__) ? nullptr : contextOf(handle);
     COLORREF color = 0;
-    if (context == nullptr || area == nullptr || !winlayer::Graphics::current().brushColor(brush, color)) {
+    if (context == nullptr || area == nullptr || !graphics().brushColor(brush, color)) {
         return 0;
     }
     fill(*context->surface, *area, toPixel(color));

@@ -36,8 +36,7 @@ BOOL WINAPI CloseHandle(HANDLE object) {
     const auto removed = search ? nullptr : handles.remove(object);
     const DWORD error = removed == nullptr ? ERROR_INVALID_HANDLE : settle(*removed);
     if (planned != 0 || error != 0) {
-        SetLastError(planned != 0 ? planned : error);
-        return FALSE;
+        return winlayer::failed(planned != 0 ? planned : error);
     }
     return TRUE;
 }
@@ -54,17 +53,14 @@ BOOL WINAPI DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetPr
         sourceProcess == winlayer::currentProcess() && targetProcess == winlayer::currentProcess();
     const bool search = std::dynamic_pointer_cast<winlayer::SearchObject>(object) != nullptr;
     if (!here || object == nullptr || search) {
-        SetLastError(ERROR_INVALID_HANDLE);
-        return FALSE;
+        return winlayer::failed(ERROR_INVALID_HANDLE);
     }
     if ((options & DUPLICATE_SAME_ACCESS) == 0 || target == nullptr) {
-        SetLastError(target == nullptr ? ERROR_INVALID_PARAMETER : ERROR_NOT_SUPPORTED);
-        return FALSE;
+        return winlayer::failed(target == nullptr ? ERROR_INVALID_PARAMETER : ERROR_NOT_SUPPORTED);
     }
     *target = handles.add(object);
     if (*target == nullptr) {
-        SetLastError(ERROR_TOO_MANY_OPEN_FILES);
-        return FALSE;
+        return winlayer::failed(ERROR_TOO_MANY_OPEN_FILES);
     }
     return TRUE;
 } catch (const std::bad_alloc&) {

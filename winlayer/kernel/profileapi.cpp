@@ -2,6 +2,7 @@
 
 #include "winlayer/base/clock.h"
 #include "winlayer/base/gate.h"
+#include "winlayer/base/last_error.h"
 
 namespace {
 
@@ -11,8 +12,7 @@ constexpr LONGLONG nanosecondsPerTick = 1'000'000'000 / ticksPerSecond;
 BOOL report(LARGE_INTEGER* target, LONGLONG value) {
     if (!winlayer::Clock::current().hasPerformanceCounter) {
         target->QuadPart = 0;
-        SetLastError(ERROR_NOT_SUPPORTED);
-        return FALSE;
+        return winlayer::failed(ERROR_NOT_SUPPORTED);
     }
     target->QuadPart = value;
     return TRUE;

@@ -49,8 +49,7 @@ BOOL WINAPI GetVersionExA(LPOSVERSIONINFOA version) {
         return FALSE;
     }
     if (version->dwOSVersionInfoSize != sizeof(OSVERSIONINFOA)) {
-        SetLastError(ERROR_INSUFFICIENT_BUFFER);
-        return FALSE;
+        return failed(ERROR_INSUFFICIENT_BUFFER);
     }
     const WindowsVersion windows = winlayer::SystemSettings::current().version;
     const Release release = releaseOf(windows);
@@ -75,8 +74,7 @@ BOOL WINAPI GetComputerNameA(LPSTR buffer, LPDWORD size) try {
         isNt(winlayer::SystemSettings::current().version) ? length + 1 : longestComputerName + 1;
     if (*size < needed) {
         *size = needed;
-        SetLastError(ERROR_BUFFER_OVERFLOW);
-        return FALSE;
+        return failed(ERROR_BUFFER_OVERFLOW);
     }
     std::memcpy(buffer, winlayer::SystemSettings::current().computerName.c_str(), length + 1);
     *size = length;

@@ -15,8 +15,7 @@ HMODULE WINAPI LoadLibraryA(LPCSTR name) try {
         return nullptr;
     }
     if (name == nullptr || *name == 0) {
-        SetLastError(name == nullptr ? ERROR_INVALID_PARAMETER : ERROR_MOD_NOT_FOUND);
-        return nullptr;
+        return failed(name == nullptr ? ERROR_INVALID_PARAMETER : ERROR_MOD_NOT_FOUND);
     }
     HMODULE module = nullptr;
     return succeeded(winlayer::Modules::current().load(name, module)) ? module : nullptr;
@@ -54,8 +53,7 @@ DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR buffer, DWORD size) try {
     }
     std::string path;
     if (!winlayer::Modules::current().path(module, path)) {
-        SetLastError(ERROR_MOD_NOT_FOUND);
-        return 0;
+        return failed(ERROR_MOD_NOT_FOUND);
     }
     const std::size_t copied = std::min<std::size_t>(path.size() + 1, size);
     std::memcpy(buffer, path.c_str(), copied);
@@ -79,8 +77,7 @@ FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) try {
     }
     const Modules& modules = winlayer::Modules::current();
     if (!modules.exists(module)) {
-        SetLastError(ERROR_MOD_NOT_FOUND);
-        return nullptr;
+        return failed(ERROR_MOD_NOT_FOUND);
     }
     // There are no functions without a name, which are asked for by number.
     const bool isName = reinterpret_cast<ULONG_PTR>(name) > 0xFFFF;

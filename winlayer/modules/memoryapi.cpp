@@ -57,8 +57,7 @@ SIZE_T WINAPI VirtualQuery(LPCVOID address, PMEMORY_BASIC_INFORMATION informatio
         return 0;
     }
     if (size < sizeof *information) {
-        SetLastError(ERROR_BAD_LENGTH);
-        return 0;
+        return failed(ERROR_BAD_LENGTH);
     }
     constexpr ULONG_PTR pageSize = 0x1000;
     const ULONG_PTR page = reinterpret_cast<ULONG_PTR>(address) & ~(pageSize - 1);

@@ -16,6 +16,7 @@
 namespace {
 
 using winlayer::denied;
+using winlayer::failed;
 using GroupList = winlayer::TokenGroups;
 
 struct Token final : winlayer::KernelObject {
@@ -25,11 +26,6 @@ struct Token final : winlayer::KernelObject {
 };
 
 constexpr DWORD groupAttributes = 7;  // mandatory, enabled by default, enabled
-
-BOOL failed(DWORD error) {
-    SetLastError(error);
-    return FALSE;
-}
 
 bool hasSecurity() {
     return winlayer::isNt(winlayer::SystemSettings::current().version);

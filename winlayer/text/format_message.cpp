@@ -17,11 +17,6 @@ namespace {
 
 constexpr DWORD lineWidthMask = 0xFF;
 
-DWORD failed(DWORD error) {
-    SetLastError(error);
-    return 0;
-}
-
 DWORD findDefinition(DWORD flags, LPCVOID source, DWORD id, DWORD language, std::string& definition) {
     if ((flags & FORMAT_MESSAGE_FROM_STRING) != 0) {
         if (source == nullptr) {

@@ -10,11 +10,6 @@
 namespace winlayer {
 namespace {
 
-int failed(DWORD error) {
-    SetLastError(error);
-    return 0;
-}
-
 constexpr DWORD widenFlags = MB_PRECOMPOSED | MB_USEGLYPHCHARS | MB_ERR_INVALID_CHARS;
 constexpr DWORD narrowFlags = WC_COMPOSITECHECK | WC_SEPCHARS | WC_NO_BEST_FIT_CHARS;
 

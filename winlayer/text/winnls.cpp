@@ -12,11 +12,6 @@
 namespace winlayer {
 namespace {
 
-int failed(DWORD error) {
-    SetLastError(error);
-    return 0;
-}
-
 // Stores a text with its zero, or only counts it when the size is 0.
 int give(const std::string& text, LPSTR buffer, int size) {
     const auto needed = static_cast<int>(text.size()) + 1;

@@ -10,7 +10,7 @@ LRESULT defaultControlMessage(Window& window, UINT message, WPARAM wParam, LPARA
     switch (message) {
         case WM_SETFONT:
             window.font = reinterpret_cast<HFONT>(wParam);
-            Windows::current().peer().fontChanged(window.handle);
+            windows().peer().fontChanged(window.handle);
             return 0;
         case WM_GETFONT:
             return reinterpret_cast<LRESULT>(window.font);

@@ -71,7 +71,7 @@ void mousePress(HWND window, POINT point) {
 }
 
 void mouseMove(HWND window, POINT point) {
-    postMouse(window, WM_MOUSEMOVE, Windows::current().capture != nullptr ? MK_LBUTTON : 0, point);
+    postMouse(window, WM_MOUSEMOVE, windows().capture != nullptr ? MK_LBUTTON : 0, point);
 }
 
 void mouseRelease(HWND window, POINT point) {

@@ -53,7 +53,7 @@ bool MessageFilter::passes(const MSG& message) const {
 
 bool lookForMessage(const MessageFilter& filter, bool remove, MSG& message) {
     const DWORD thread = GetCurrentThreadId();
-    Windows::current().peer().poll();
+    windows().peer().poll();
     MessageQueues::current().runSent(thread);
     const auto wanted = [&](const MSG& candidate) { return filter.passes(candidate); };
     if (MessageQueues::current().peek(thread, wanted, remove, message)) {
@@ -66,15 +66,15 @@ bool lookForMessage(const MessageFilter& filter, bool remove, MSG& message) {
         return true;
     }
     if (const HWND window = nextToPaint(thread, wanted)) {
-        message = {window, WM_PAINT, 0, 0, GetTickCount(), Windows::current().cursor};
+        message = {window, WM_PAINT, 0, 0, GetTickCount(), windows().cursor};
         return true;
     }
-    return Windows::current().timers.takeDue(thread, Clock::current().now(), wanted, remove, message);
+    return windows().timers.takeDue(thread, Clock::current().now(), wanted, remove, message);
 }
 
 void waitForMessage(const MessageFilter& filter, MSG& message) {
     while (!lookForMessage(filter, true, message)) {
-        Windows::current().peer().wait(Windows::current().timers.nextDue(GetCurrentThreadId()));
+        windows().peer().wait(windows().timers.nextDue(GetCurrentThreadId()));
     }
 }
 
@@ -84,7 +84,7 @@ bool translateMessage(const MSG& message) {
     if (message.message != WM_KEYDOWN && !system) {
         return false;
     }
-    const char character = characterOf(message.wParam, Windows::current().keysDown[VK_SHIFT]);
+    const char character = characterOf(message.wParam, windows().keysDown[VK_SHIFT]);
     if (character == '\0') {
         return false;
     }

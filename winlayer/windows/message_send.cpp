@@ -22,8 +22,7 @@ LRESULT sendMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
         return 0;
     }
     if (target->thread != GetCurrentThreadId()) {
-        SetLastError(ERROR_ACCESS_DENIED);
-        return 0;
+        return failed(ERROR_ACCESS_DENIED);
     }
     return callProcedure(target->procedure, *target, message, wParam, lParam);
 }
@@ -37,10 +36,10 @@ bool postMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (target == nullptr) {
         return false;
     }
-    MessageQueues::current().post(
-        target->thread, {window, message, wParam, lParam, GetTickCount(), Windows::current().cursor});
+    MessageQueues::current().post(target->thread,
+                                  {window, message, wParam, lParam, GetTickCount(), windows().cursor});
     if (target->thread != GetCurrentThreadId()) {
-        Windows::current().peer().wake();
+        windows().peer().wake();
     }
     return true;
 }

@@ -11,14 +11,6 @@
 namespace winlayer {
 namespace {
 
-Windows& windows() {
-    return Windows::current();
-}
-
-Graphics& graphics() {
-    return Graphics::current();
-}
-
 std::uint32_t facePixel() {
     COLORREF color = 0;
     systemColor(COLOR_3DFACE, color);

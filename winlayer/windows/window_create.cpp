@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "winlayer/base/last_error.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_position.h"
 #include "winlayer/windows/window_system.h"
@@ -12,15 +13,6 @@ namespace {
 
 constexpr int defaultWidth = 640;
 constexpr int defaultHeight = 480;
-
-Windows& windows() {
-    return Windows::current();
-}
-
-HWND refuse(DWORD error) {
-    SetLastError(error);
-    return nullptr;
-}
 
 void settle(CREATESTRUCTA& request) {
     auto style = static_cast<DWORD>(request.style);
@@ -103,24 +95,24 @@ HWND finishWindow(const Window& window, const CREATESTRUCTA& request) {
 HWND createWindow(CREATESTRUCTA request) {
     const auto windowClass = windows().classes.find(request.lpszClass);
     if (windowClass == nullptr) {
-        return refuse(ERROR_CANNOT_FIND_WND_CLASS);
+        return failed(ERROR_CANNOT_FIND_WND_CLASS);
     }
     if (request.hwndParent != nullptr && findWindow(request.hwndParent) == nullptr) {
-        return refuse(ERROR_INVALID_WINDOW_HANDLE);
+        return failed(ERROR_INVALID_WINDOW_HANDLE);
     }
     if ((static_cast<DWORD>(request.style) & WS_CHILD) != 0 && request.hwndParent == nullptr) {
-        return refuse(ERROR_TLW_WITH_WSCHILD);
+        return failed(ERROR_TLW_WITH_WSCHILD);
     }
     settle(request);
     const auto window = makeWindow(request, windowClass);
     if (!enroll(window)) {
-        return refuse(ERROR_NOT_ENOUGH_MEMORY);
+        return failed(ERROR_NOT_ENOUGH_MEMORY);
     }
     try {
         return finishWindow(*window, request);
     } catch (const std::bad_alloc&) {
         destroyWindow(window->handle);
-        return refuse(ERROR_NOT_ENOUGH_MEMORY);
+        return failed(ERROR_NOT_ENOUGH_MEMORY);
     }
 }
 

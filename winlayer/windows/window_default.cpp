@@ -17,7 +17,7 @@ namespace {
 
 LRESULT setText(Window& window, const char* text) {
     window.text = text != nullptr ? text : "";
-    winlayer::Windows::current().peer().textChanged(window.handle);
+    windows().peer().textChanged(window.handle);
     return TRUE;
 }
 

@@ -10,10 +10,6 @@
 namespace winlayer {
 namespace {
 
-Windows& windows() {
-    return Windows::current();
-}
-
 // Only for the eye: a window goes also when there is no memory to show what it has covered.
 void hide(const Window& window) try {
     if (!window.has(WS_VISIBLE)) {
@@ -91,11 +87,11 @@ void finish(HWND handle) {
 void strikeOff(const Window& window) {
     std::erase(siblingsOf(window), window.handle);
     MessageQueues::current().forget(window.handle);
-    Windows::current().timers.killAll(window.handle);
+    windows().timers.killAll(window.handle);
     if (window.dialog != nullptr && window.dialog->ownFont != nullptr) {
-        Graphics::current().remove(window.dialog->ownFont);
+        graphics().remove(window.dialog->ownFont);
     }
-    Windows::current().table.remove(window.handle);
+    windows().table.remove(window.handle);
 }
 
 bool destroyWindow(HWND handle) {

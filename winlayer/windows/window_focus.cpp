@@ -8,10 +8,6 @@
 namespace winlayer {
 namespace {
 
-Windows& windows() {
-    return Windows::current();
-}
-
 WPARAM asParameter(HWND window) {
     return reinterpret_cast<WPARAM>(window);
 }

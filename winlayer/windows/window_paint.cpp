@@ -118,7 +118,7 @@ bool eraseBackground(Window& window, HDC context) {
 }
 
 HWND nextToPaint(DWORD thread, const std::function<bool(const MSG&)>& wanted) {
-    return firstToPaint(Windows::current().topLevel, thread, wanted);
+    return firstToPaint(windows().topLevel, thread, wanted);
 }
 
 }  // namespace winlayer

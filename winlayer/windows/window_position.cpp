@@ -13,7 +13,7 @@ namespace winlayer {
 namespace {
 
 Peer& peer() {
-    return Windows::current().peer();
+    return windows().peer();
 }
 
 // Whether the order changed.
@@ -85,11 +85,11 @@ bool activates(int command) {
 
 // A window that is hidden does not keep the focus.
 void giveFocusAway(const Window& hidden) {
-    const HWND focus = Windows::current().focus;
+    const HWND focus = windows().focus;
     if (focus == hidden.handle || isBelow(hidden.handle, focus)) {
         setFocus(hidden.parent);
     }
-    if (Windows::current().active == hidden.handle) {
+    if (windows().active == hidden.handle) {
         activateAnother(hidden.handle);
     }
 }

@@ -49,4 +49,8 @@ private:
     Peer* peer_ = &headless_;
 };
 
+inline Windows& windows() {
+    return Windows::current();
+}
+
 }  // namespace winlayer

@@ -6,7 +6,7 @@
 namespace winlayer {
 
 std::shared_ptr<Window> findWindow(HWND window) {
-    return Windows::current().find(window);
+    return windows().find(window);
 }
 
 std::shared_ptr<Window> findWindowOrSetLastError(HWND window) {
@@ -23,7 +23,7 @@ std::shared_ptr<Window> windowFor(const char* function, HWND window) {
 
 std::vector<HWND>& siblingsOf(const Window& window) {
     const auto parent = findWindow(window.parent);
-    return parent != nullptr ? parent->children : Windows::current().topLevel;
+    return parent != nullptr ? parent->children : windows().topLevel;
 }
 
 HWND rootOf(HWND window) {

@@ -15,13 +15,11 @@ int WINAPI LoadStringA(HINSTANCE module, UINT id, LPSTR buffer, int size) try {
     }
     std::string text;
     if (buffer == nullptr || size <= 0) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return 0;
+        return failed(ERROR_INVALID_PARAMETER);
     }
     if (!winlayer::Modules::current().string(module, id, text)) {
         buffer[0] = 0;
-        SetLastError(ERROR_RESOURCE_NAME_NOT_FOUND);
-        return 0;
+        return failed(ERROR_RESOURCE_NAME_NOT_FOUND);
     }
     const std::size_t copied = std::min(text.size(), static_cast<std::size_t>(size) - 1);
     std::memcpy(buffer, text.data(), copied);

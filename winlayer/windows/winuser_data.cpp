@@ -15,8 +15,7 @@ namespace {
 template <class T>
 T* extraOf(Window& window, int index) {
     if (index < 0 || static_cast<std::size_t>(index) + sizeof(T) > window.extra.size()) {
-        SetLastError(ERROR_INVALID_INDEX);
-        return nullptr;
+        return failed(ERROR_INVALID_INDEX);
     }
     return reinterpret_cast<T*>(window.extra.data() + index);
 }
@@ -70,7 +69,7 @@ LONG_PTR exchangeStyle(Window& window, DWORD Window::*member, int index, LONG_PT
     sendMessage(window.handle, WM_STYLECHANGING, which, reinterpret_cast<LPARAM>(&styles));
     window.*member = styles.styleNew;
     sendMessage(window.handle, WM_STYLECHANGED, which, reinterpret_cast<LPARAM>(&styles));
-    winlayer::Windows::current().peer().stateChanged(window.handle);
+    windows().peer().stateChanged(window.handle);
     return static_cast<LONG>(styles.styleOld);
 }
 
@@ -94,8 +93,7 @@ LONG_PTR exchange(Window& window, int index, LONG_PTR value) {
             window.userData = value;
             return old;
         case GWLP_HWNDPARENT:
-            SetLastError(ERROR_INVALID_INDEX);  // a window keeps its place in the tree
-            return 0;
+            return failed(ERROR_INVALID_INDEX);
         default:
             return exchangeExtra(window, index, value);
     }
@@ -110,8 +108,7 @@ bool needsPointer(int index) {
 std::shared_ptr<Window> windowForLong(HWND handle, int index) {
     auto window = findWindowOrSetLastError(handle);
     if (window != nullptr && needsPointer(index)) {
-        SetLastError(ERROR_INVALID_INDEX);
-        return nullptr;
+        return failed(ERROR_INVALID_INDEX);
     }
     return window;
 }

@@ -46,12 +46,11 @@ BOOL WINAPI PostThreadMessageA(DWORD thread, UINT message, WPARAM wParam, LPARAM
         winlayer::MessageQueues::current().makeQueue(thread);
     }
     if (!winlayer::MessageQueues::current().hasQueue(thread)) {
-        SetLastError(ERROR_INVALID_THREAD_ID);
-        return FALSE;
+        return failed(ERROR_INVALID_THREAD_ID);
     }
     winlayer::MessageQueues::current().post(thread, {nullptr, message, wParam, lParam, GetTickCount(), {}});
     if (thread != GetCurrentThreadId()) {
-        winlayer::Windows::current().peer().wake();
+        windows().peer().wake();
     }
     return TRUE;
 } catch (const std::bad_alloc&) {
@@ -106,8 +105,8 @@ UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT milliseconds, TIMERPROC 
     if (denied(__func__) || (window != nullptr && findWindowOrSetLastError(window) == nullptr)) {
         return 0;
     }
-    const UINT_PTR given = winlayer::Windows::current().timers.set(
-        GetCurrentThreadId(), window, id, milliseconds, procedure, winlayer::Clock::current().now());
+    const UINT_PTR given = windows().timers.set(GetCurrentThreadId(), window, id, milliseconds, procedure,
+                                                winlayer::Clock::current().now());
     return std::max<UINT_PTR>(given, 1);
 } catch (const std::bad_alloc&) {
     return outOfMemory(0U);
@@ -117,7 +116,7 @@ BOOL WINAPI KillTimer(HWND window, UINT_PTR id) {
     if (denied(__func__)) {
         return FALSE;
     }
-    const bool killed = winlayer::Windows::current().timers.kill(GetCurrentThreadId(), window, id);
+    const bool killed = windows().timers.kill(GetCurrentThreadId(), window, id);
     if (!killed) {
         SetLastError(ERROR_INVALID_PARAMETER);
     }

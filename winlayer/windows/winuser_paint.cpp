@@ -94,20 +94,19 @@ int WINAPI DrawTextA(HDC context, LPCSTR text, int length, LPRECT place, UINT fo
     if (denied(__func__)) {
         return 0;
     }
-    const DeviceContext* const target = winlayer::Graphics::current().context(context);
+    const DeviceContext* const target = graphics().context(context);
     if (target == nullptr || (format & DT_CALCRECT) == 0) {
-        SetLastError(target == nullptr ? ERROR_INVALID_HANDLE : ERROR_CALL_NOT_IMPLEMENTED);
-        return 0;
+        return failed(target == nullptr ? ERROR_INVALID_HANDLE : ERROR_CALL_NOT_IMPLEMENTED);
     }
-    const LOGFONTA* const selected = winlayer::Graphics::current().font(static_cast<HFONT>(target->font));
+    const LOGFONTA* const selected = graphics().font(static_cast<HFONT>(target->font));
     LOGFONTA font{};
     font.lfHeight = systemFontHeight;
     const std::string_view measured =
         length < 0 ? std::string_view(text) : std::string_view(text, static_cast<std::size_t>(length));
     const int width =
         (format & DT_WORDBREAK) != 0 ? place->right - place->left : std::numeric_limits<int>::max();
-    const SIZE extent = winlayer::Windows::current().peer().textExtent(
-        std::string(measured), selected != nullptr ? *selected : font, width);
+    const SIZE extent =
+        windows().peer().textExtent(std::string(measured), selected != nullptr ? *selected : font, width);
     place->right = place->left + extent.cx;
     place->bottom = place->top + extent.cy;
     return extent.cy;

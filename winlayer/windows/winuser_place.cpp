@@ -12,10 +12,6 @@ using namespace winlayer;
 
 namespace {
 
-Windows& windows() {
-    return winlayer::Windows::current();
-}
-
 // Where a window's client coordinates begin on the screen; null stands for the screen itself.
 bool originOf(HWND handle, POINT& origin) {
     origin = {};

@@ -13,12 +13,7 @@ using namespace winlayer;
 namespace {
 
 WindowClasses& classes() {
-    return winlayer::Windows::current().classes;
-}
-
-HWND refuse(DWORD error) {
-    SetLastError(error);
-    return nullptr;
+    return windows().classes;
 }
 
 HWND neighbour(const Window& window, std::ptrdiff_t distance) {
@@ -45,8 +40,7 @@ ATOM WINAPI RegisterClassA(const WNDCLASSA* request) try {
     }
     if (request == nullptr || IS_INTRESOURCE(request->lpszClassName) || request->lpfnWndProc == nullptr ||
         request->cbWndExtra < 0) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-        return 0;
+        return failed(ERROR_INVALID_PARAMETER);
     }
     WindowClass wanted;
     wanted.name = request->lpszClassName;
@@ -59,8 +53,7 @@ ATOM WINAPI RegisterClassA(const WNDCLASSA* request) try {
     wanted.background = request->hbrBackground;
     const auto added = classes().add(std::move(wanted));
     if (added == nullptr) {
-        SetLastError(ERROR_CLASS_ALREADY_EXISTS);
-        return 0;
+        return failed(ERROR_CLASS_ALREADY_EXISTS);
     }
     return added->atom;
 } catch (const std::bad_alloc&) {
@@ -73,12 +66,10 @@ BOOL WINAPI UnregisterClassA(LPCSTR name, HINSTANCE) try {
     }
     const auto found = classes().find(name);
     if (found == nullptr || found->ofSystem) {
-        SetLastError(ERROR_CLASS_DOES_NOT_EXIST);
-        return FALSE;
+        return failed(ERROR_CLASS_DOES_NOT_EXIST);
     }
-    if (hasWindows(*found, winlayer::Windows::current().topLevel)) {
-        SetLastError(ERROR_CLASS_HAS_WINDOWS);
-        return FALSE;
+    if (hasWindows(*found, windows().topLevel)) {
+        return failed(ERROR_CLASS_HAS_WINDOWS);
     }
     return classes().remove(name) ? TRUE : FALSE;
 } catch (const std::bad_alloc&) {
@@ -140,7 +131,7 @@ HWND WINAPI GetAncestor(HWND handle, UINT which) {
         case GA_ROOT:
             return rootOf(handle);
         default:
-            return refuse(ERROR_INVALID_PARAMETER);
+            return failed(ERROR_INVALID_PARAMETER);
     }
 }
 
@@ -163,7 +154,7 @@ HWND WINAPI GetWindow(HWND handle, UINT which) {
         case GW_CHILD:
             return window->children.empty() ? nullptr : window->children.front();
         default:
-            return refuse(ERROR_INVALID_PARAMETER);
+            return failed(ERROR_INVALID_PARAMETER);
     }
 }
 
