@@ -52,12 +52,10 @@ TEST_F(Controls, AClickIsMadeOfPressAndReleaseInside) {
         recorder_.clear();
         SendMessageA(push, WM_LBUTTONDOWN, MK_LBUTTON, MAKELPARAM(5, 5));
         EXPECT_TRUE(isPushed());
-        EXPECT_EQ(GetCapture(), push);
         EXPECT_EQ(recorder_.take({WM_COMMAND}), "");
     };
     const auto release = [&](int x) {
         SendMessageA(push, WM_LBUTTONUP, 0, MAKELPARAM(x, 5));
-        EXPECT_EQ(GetCapture(), nullptr);
         return recorder_.take({WM_COMMAND});
     };
     press();

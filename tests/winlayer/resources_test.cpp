@@ -11,11 +11,10 @@
 
 namespace {
 
-std::string dataOf(HRSRC resource) {
+std::string dataOf(HRSRC resource, std::size_t size) {
     const HGLOBAL data = LoadResource(nullptr, resource);
     const void* const bytes = LockResource(data);
-    return bytes == nullptr ? std::string()
-                            : std::string(static_cast<const char*>(bytes), SizeofResource(nullptr, resource));
+    return bytes == nullptr ? std::string() : std::string(static_cast<const char*>(bytes), size);
 }
 
 std::string loaded(UINT id) {
@@ -28,13 +27,13 @@ std::string loaded(UINT id) {
 
 TEST(Resources, AreFoundByNumberAndByNameWithoutCase) {
     const std::string rtf("{\\rtf1 text}\0", 13);
-    EXPECT_EQ(dataOf(FindResourceA(nullptr, MAKEINTRESOURCEA(114), "RTF")), rtf);
-    EXPECT_EQ(dataOf(FindResourceA(GetModuleHandleA(nullptr), "#114", "rtf")), rtf);
-    EXPECT_EQ(dataOf(FindResourceA(nullptr, "PICTURE", "RTF")), std::string("\1\2\3\4\5"));
-    EXPECT_EQ(dataOf(FindResourceA(nullptr, "picture", "Rtf")), std::string("\1\2\3\4\5"));
+    EXPECT_EQ(dataOf(FindResourceA(nullptr, MAKEINTRESOURCEA(114), "RTF"), rtf.size()), rtf);
+    EXPECT_EQ(dataOf(FindResourceA(GetModuleHandleA(nullptr), "#114", "rtf"), rtf.size()), rtf);
+    EXPECT_EQ(dataOf(FindResourceA(nullptr, "PICTURE", "RTF"), 5), std::string("\1\2\3\4\5"));
+    EXPECT_EQ(dataOf(FindResourceA(nullptr, "picture", "Rtf"), 5), std::string("\1\2\3\4\5"));
     const HRSRC raw = FindResourceA(nullptr, MAKEINTRESOURCEA(9), MAKEINTRESOURCEA(10));
     ASSERT_NE(raw, nullptr);
-    EXPECT_EQ(SizeofResource(nullptr, raw), 6u);
+    EXPECT_EQ(dataOf(raw, 6), std::string("\1\0\2\0\3\0", 6));
     EXPECT_EQ(FindResourceA(nullptr, "#9", "#10"), raw);
 }
 

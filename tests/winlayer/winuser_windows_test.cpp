@@ -85,7 +85,6 @@ TEST_F(Windows, TheTreeKnowsParentsOwnersAndOrder) {
     EXPECT_EQ(GetParent(first), frame_);
     EXPECT_EQ(GetParent(popup), frame_);  // owned by the child's outermost parent
     EXPECT_EQ(GetParent(frame_), nullptr);
-    EXPECT_EQ(GetAncestor(inner, GA_ROOT), frame_);
     EXPECT_EQ(GetWindow(frame_, GW_CHILD), first);
     EXPECT_EQ(GetWindow(first, GW_HWNDNEXT), second);
     EXPECT_EQ(GetWindow(second, GW_HWNDNEXT), nullptr);

@@ -134,16 +134,6 @@ HWND WINAPI GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous) try {
     return outOfMemory(nullptr);
 }
 
-HWND WINAPI GetNextDlgGroupItem(HWND dialog, HWND control, BOOL previous) {
-    const auto window = windowFor(__func__, dialog);
-    if (window == nullptr) {
-        return nullptr;
-    }
-    const HWND from = control != nullptr || window->children.empty() ? control : window->children.back();
-    const auto start = findWindowOrSetLastError(from);
-    return start != nullptr ? nextGroupItem(*start, previous != FALSE) : nullptr;
-}
-
 UINT WINAPI GetDlgItemTextA(HWND dialog, int id, LPSTR buffer, int size) try {
     const HWND control = denied(__func__) ? nullptr : itemOf(dialog, id);
     if (buffer == nullptr || size <= 0) {
@@ -168,20 +158,6 @@ BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check) try {
     return TRUE;
 } catch (const std::bad_alloc&) {
     return outOfMemory(FALSE);
-}
-
-BOOL WINAPI CheckRadioButton(HWND dialog, int first, int last, int checked) {
-    const auto window = windowFor(__func__, dialog);
-    if (window == nullptr) {
-        return FALSE;
-    }
-    for (const HWND handle : std::vector<HWND>(window->children)) {
-        const auto child = findWindow(handle);
-        if (child != nullptr && child->id >= first && child->id <= last) {
-            sendMessage(handle, BM_SETCHECK, child->id == checked ? BST_CHECKED : BST_UNCHECKED);
-        }
-    }
-    return TRUE;
 }
 
 UINT WINAPI IsDlgButtonChecked(HWND dialog, int id) {

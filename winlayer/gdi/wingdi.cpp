@@ -97,17 +97,6 @@ int WINAPI GetObjectA(HGDIOBJ object, int size, LPVOID buffer) {
     return failed(ERROR_INVALID_HANDLE);
 }
 
-int WINAPI GetDeviceCaps(HDC context, int index) {
-    if (denied(__func__)) {
-        return 0;
-    }
-    if (graphics().context(context) == nullptr) {
-        return failed(ERROR_INVALID_HANDLE);
-    }
-    constexpr int dotsPerInch = 96;
-    return index == LOGPIXELSX || index == LOGPIXELSY ? dotsPerInch : 0;
-}
-
 HBRUSH WINAPI CreateSolidBrush(COLORREF color) try {
     return denied(__func__) ? nullptr : static_cast<HBRUSH>(graphics().add(Brush{color}));
 } catch (const std::bad_alloc&) {
@@ -126,29 +115,6 @@ HFONT WINAPI CreateFontIndirectA(const LOGFONTA* description) try {
     return static_cast<HFONT>(graphics().add(font));
 } catch (const std::bad_alloc&) {
     return outOfMemory(nullptr);
-}
-
-HFONT WINAPI CreateFontA(int height, int width, int escapement, int orientation, int weight, DWORD italic,
-                         DWORD underline, DWORD strikeOut, DWORD charSet, DWORD outPrecision,
-                         DWORD clipPrecision, DWORD quality, DWORD pitchAndFamily, LPCSTR face) {
-    LOGFONTA description = {height,
-                            width,
-                            escapement,
-                            orientation,
-                            weight,
-                            static_cast<BYTE>(italic),
-                            static_cast<BYTE>(underline),
-                            static_cast<BYTE>(strikeOut),
-                            static_cast<BYTE>(charSet),
-                            static_cast<BYTE>(outPrecision),
-                            static_cast<BYTE>(clipPrecision),
-                            static_cast<BYTE>(quality),
-                            static_cast<BYTE>(pitchAndFamily),
-                            {}};
-    if (face != nullptr) {
-        std::strncpy(description.lfFaceName, face, LF_FACESIZE - 1);
-    }
-    return CreateFontIndirectA(&description);
 }
 
 DWORD WINAPI GetSysColor(int index) {

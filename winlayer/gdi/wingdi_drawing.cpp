@@ -95,11 +95,6 @@ int WINAPI SetStretchBltMode(HDC handle, int mode) {
     return std::exchange(context->stretchMode, mode);
 }
 
-int WINAPI GetStretchBltMode(HDC handle) {
-    const DeviceContext* const context = denied(__func__) ? nullptr : contextOf(handle);
-    return context != nullptr ? context->stretchMode : 0;
-}
-
 BOOL WINAPI BitBlt(HDC to, int x, int y, int width, int height, HDC from, int fromX, int fromY,
                    DWORD operation) try {
     return denied(__func__) ? FALSE

@@ -5,12 +5,10 @@
 // length. A null one is an empty text. Who gets one frees it.
 using BSTR = OLECHAR*;
 
-// Each gives null when there is no memory. A null text makes null, or with a length a text of that many units
-// or bytes without a content.
+// Each gives null when there is no memory. A null text makes null, or with a length a text of that many bytes
+// without a content.
 BSTR WINAPI SysAllocString(const OLECHAR* text);
-BSTR WINAPI SysAllocStringLen(const OLECHAR* text, UINT units);
 BSTR WINAPI SysAllocStringByteLen(LPCSTR bytes, UINT length);
 void WINAPI SysFreeString(BSTR text);
-// In units, and in bytes, without the zero.
+// In units, without the zero.
 UINT WINAPI SysStringLen(BSTR text);
-UINT WINAPI SysStringByteLen(BSTR text);

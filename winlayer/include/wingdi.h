@@ -21,13 +21,9 @@ inline constexpr int WHITE_BRUSH = 0;
 inline constexpr int BLACK_BRUSH = 4;
 inline constexpr int DEFAULT_GUI_FONT = 17;
 
-inline constexpr int LOGPIXELSX = 88;
-inline constexpr int LOGPIXELSY = 90;
-
 inline constexpr int LF_FACESIZE = 32;
 inline constexpr LONG FW_NORMAL = 400;
 inline constexpr LONG FW_BOLD = 700;
-inline constexpr BYTE DEFAULT_CHARSET = 1;
 inline constexpr UINT BS_SOLID = 0;
 
 struct BITMAP {
@@ -73,18 +69,13 @@ BOOL WINAPI DeleteObject(HGDIOBJ object);
 HGDIOBJ WINAPI GetStockObject(int index);
 // A BITMAP, LOGBRUSH or LOGFONTA. Gives the bytes stored, or needed without a buffer.
 int WINAPI GetObjectA(HGDIOBJ object, int size, LPVOID description);
-int WINAPI GetDeviceCaps(HDC context, int index);
 
 // Black at the start.
 HBITMAP WINAPI CreateCompatibleBitmap(HDC context, int width, int height);
 HBRUSH WINAPI CreateSolidBrush(COLORREF color);
 HFONT WINAPI CreateFontIndirectA(const LOGFONTA* description);
-HFONT WINAPI CreateFontA(int height, int width, int escapement, int orientation, int weight, DWORD italic,
-                         DWORD underline, DWORD strikeOut, DWORD charSet, DWORD outPrecision,
-                         DWORD clipPrecision, DWORD quality, DWORD pitchAndFamily, LPCSTR face);
 
 int WINAPI SetStretchBltMode(HDC context, int mode);
-int WINAPI GetStretchBltMode(HDC context);
 // Pixels that one of the two contexts does not have are left alone; a negative width or height mirrors. The
 // operation is SRCCOPY.
 BOOL WINAPI BitBlt(HDC to, int x, int y, int width, int height, HDC from, int fromX, int fromY,

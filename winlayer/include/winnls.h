@@ -45,7 +45,6 @@ struct NUMBERFMTA {
     UINT NegativeOrder;  // 0 "(1)", 1 "-1", 2 "- 1", 3 "1-", 4 "1 -"
 };
 
-LCID WINAPI GetUserDefaultLCID();
 // The following give the length of the text with its zero, also when `size` is 0 and nothing is stored, or 0.
 int WINAPI GetLocaleInfoA(LCID locale, LCTYPE type, LPSTR buffer, int size);
 // `value` is digits with at most one "-" in front, which stays also in front of zeros, and one "." among

@@ -135,7 +135,6 @@ HWND WINAPI CreateWindowExA(DWORD exStyle, LPCSTR className, LPCSTR name, DWORD 
 BOOL WINAPI DestroyWindow(HWND window);
 BOOL WINAPI IsWindow(HWND window);
 HWND WINAPI GetParent(HWND window);
-HWND WINAPI GetAncestor(HWND window, UINT which);
 HWND WINAPI GetWindow(HWND window, UINT which);
 HWND WINAPI GetDlgItem(HWND dialog, int id);
 int WINAPI GetDlgCtrlID(HWND window);
@@ -161,8 +160,6 @@ HWND WINAPI SetFocus(HWND window);
 HWND WINAPI GetFocus();
 HWND WINAPI SetActiveWindow(HWND window);
 HWND WINAPI GetActiveWindow();
-HWND WINAPI GetCapture();
-SHORT WINAPI GetKeyState(int key);
 
 // Geometry, in pixels.
 BOOL WINAPI MoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint);
@@ -171,12 +168,9 @@ BOOL WINAPI GetClientRect(HWND window, LPRECT rectangle);
 BOOL WINAPI GetWindowRect(HWND window, LPRECT rectangle);
 BOOL WINAPI ScreenToClient(HWND window, LPPOINT point);
 int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count);
-BOOL WINAPI AdjustWindowRectEx(LPRECT rectangle, DWORD style, BOOL menu, DWORD exStyle);
 
 // Painting.
 BOOL WINAPI InvalidateRect(HWND window, const RECT* rectangle, BOOL erase);
-BOOL WINAPI ValidateRect(HWND window, const RECT* rectangle);
-BOOL WINAPI GetUpdateRect(HWND window, LPRECT rectangle, BOOL erase);
 BOOL WINAPI UpdateWindow(HWND window);
 HDC WINAPI BeginPaint(HWND window, PAINTSTRUCT* paint);
 BOOL WINAPI EndPaint(HWND window, const PAINTSTRUCT* paint);
@@ -214,10 +208,8 @@ LRESULT WINAPI DefDlgProcA(HWND dialog, UINT message, WPARAM wParam, LPARAM lPar
 BOOL WINAPI IsDialogMessageA(HWND dialog, LPMSG message);
 BOOL WINAPI MapDialogRect(HWND dialog, LPRECT rectangle);
 HWND WINAPI GetNextDlgTabItem(HWND dialog, HWND control, BOOL previous);
-HWND WINAPI GetNextDlgGroupItem(HWND dialog, HWND control, BOOL previous);
 UINT WINAPI GetDlgItemTextA(HWND dialog, int id, LPSTR buffer, int size);
 BOOL WINAPI CheckDlgButton(HWND dialog, int id, UINT check);
-BOOL WINAPI CheckRadioButton(HWND dialog, int first, int last, int checked);
 UINT WINAPI IsDlgButtonChecked(HWND dialog, int id);
 int WINAPI MessageBoxA(HWND owner, LPCSTR text, LPCSTR caption, UINT style);
 

@@ -60,8 +60,6 @@ inline constexpr UINT GW_HWNDNEXT = 2;
 inline constexpr UINT GW_HWNDPREV = 3;
 inline constexpr UINT GW_OWNER = 4;
 inline constexpr UINT GW_CHILD = 5;
-inline constexpr UINT GA_PARENT = 1;
-inline constexpr UINT GA_ROOT = 2;
 
 inline constexpr int SW_HIDE = 0;
 inline constexpr int SW_SHOWNOACTIVATE = 4;

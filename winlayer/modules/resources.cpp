@@ -53,13 +53,3 @@ HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC handle) try {
 LPVOID WINAPI LockResource(HGLOBAL data) {
     return denied(__func__) ? nullptr : data;
 }
-
-DWORD WINAPI SizeofResource(HMODULE module, HRSRC handle) try {
-    if (denied(__func__)) {
-        return 0;
-    }
-    const Resource* const resource = resourceOf(module, handle);
-    return resource != nullptr ? static_cast<DWORD>(resource->data.size()) : 0;
-} catch (const std::bad_alloc&) {
-    return outOfMemory(0U);
-}

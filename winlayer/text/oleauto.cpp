@@ -57,10 +57,6 @@ BSTR WINAPI SysAllocString(const OLECHAR* text) {
     return make(text, units * sizeof(OLECHAR));
 }
 
-BSTR WINAPI SysAllocStringLen(const OLECHAR* text, UINT units) {
-    return denied(__func__) ? nullptr : make(text, std::size_t{units} * sizeof(OLECHAR));
-}
-
 BSTR WINAPI SysAllocStringByteLen(LPCSTR bytes, UINT length) {
     return denied(__func__) ? nullptr : make(bytes, length);
 }
@@ -75,9 +71,4 @@ void WINAPI SysFreeString(BSTR text) {
 UINT WINAPI SysStringLen(BSTR text) {
     entered(__func__);
     return lengthOf(text) / static_cast<UINT>(sizeof(OLECHAR));
-}
-
-UINT WINAPI SysStringByteLen(BSTR text) {
-    entered(__func__);
-    return lengthOf(text);
 }

@@ -81,11 +81,6 @@ UINT WINAPI GetACP() {
     return winlayer::SystemSettings::current().ansiCodePage;
 }
 
-LCID WINAPI GetUserDefaultLCID() {
-    entered(__func__);
-    return winlayer::SystemSettings::current().language;
-}
-
 int WINAPI GetLocaleInfoA(LCID id, LCTYPE type, LPSTR buffer, int size) try {
     if (denied(__func__)) {
         return 0;

@@ -15,7 +15,7 @@ LRESULT defaultControlMessage(Window& window, UINT message, WPARAM wParam, LPARA
         case WM_GETFONT:
             return reinterpret_cast<LRESULT>(window.font);
         case WM_PAINT:
-            validate(window, nullptr);
+            validate(window);
             return 0;
         case WM_ERASEBKGND:
             return TRUE;

@@ -73,7 +73,7 @@ HDC beginPaint(HWND handle, PAINTSTRUCT& paint) {
     paint.hdc = context;
     paint.rcPaint = window->update;
     const bool erased = eraseBackground(*window, context);
-    validate(*window, nullptr);
+    validate(*window);
     paint.fErase = erased ? FALSE : TRUE;
     return context;
 }

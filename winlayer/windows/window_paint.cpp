@@ -85,15 +85,9 @@ void invalidateAll(Window& window, bool erase) {
     }
 }
 
-// What is taken back is only known as a rectangle: a part that leaves no rectangle behind stays to be
-// painted.
-void validate(Window& window, const RECT* area) {
-    const RECT& update = window.update;
-    if (area == nullptr || (area->left <= update.left && area->top <= update.top &&
-                            area->right >= update.right && area->bottom >= update.bottom)) {
-        window.toPaint = window.toErase = false;
-        window.update = {};
-    }
+void validate(Window& window) {
+    window.toPaint = window.toErase = false;
+    window.update = {};
 }
 
 void updateWindow(HWND handle) {

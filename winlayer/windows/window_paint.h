@@ -10,8 +10,8 @@ namespace winlayer {
 void invalidate(Window& window, const RECT* area, bool erase);
 // Marks the window and everything in it.
 void invalidateAll(Window& window, bool erase);
-// Takes a part (null: all) back.
-void validate(Window& window, const RECT* area);
+// Takes all back.
+void validate(Window& window);
 
 // Sends WM_PAINT to the window, when there is something to paint, and then to its children.
 void updateWindow(HWND window);

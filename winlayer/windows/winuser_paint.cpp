@@ -29,31 +29,6 @@ BOOL WINAPI InvalidateRect(HWND handle, const RECT* rectangle, BOOL erase) try {
     return outOfMemory(FALSE);
 }
 
-BOOL WINAPI ValidateRect(HWND handle, const RECT* rectangle) {
-    const auto window = windowFor(__func__, handle);
-    if (window == nullptr) {
-        return FALSE;
-    }
-    validate(*window, rectangle);
-    return TRUE;
-}
-
-BOOL WINAPI GetUpdateRect(HWND handle, LPRECT rectangle, BOOL erase) {
-    const auto window = windowFor(__func__, handle);
-    if (window == nullptr) {
-        return FALSE;
-    }
-    if (rectangle != nullptr) {
-        *rectangle = window->update;
-    }
-    if (erase != FALSE && window->toErase) {
-        const HDC context = getContext(handle);
-        eraseBackground(*window, context);
-        releaseContext(handle, context);
-    }
-    return window->toPaint ? TRUE : FALSE;
-}
-
 BOOL WINAPI UpdateWindow(HWND handle) try {
     if (denied(__func__) || findWindowOrSetLastError(handle) == nullptr) {
         return FALSE;

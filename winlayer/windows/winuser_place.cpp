@@ -78,17 +78,6 @@ HWND WINAPI GetActiveWindow() {
     return windows().active;
 }
 
-HWND WINAPI GetCapture() {
-    entered(__func__);
-    return windows().capture;
-}
-
-SHORT WINAPI GetKeyState(int key) {
-    entered(__func__);
-    return key >= 0 && key < 256 && windows().keysDown[static_cast<std::size_t>(key)] ? SHORT{-128}
-                                                                                      : SHORT{0};
-}
-
 BOOL WINAPI MoveWindow(HWND window, int x, int y, int width, int height, BOOL repaint) try {
     if (denied(__func__)) {
         return FALSE;
@@ -141,14 +130,4 @@ int WINAPI MapWindowPoints(HWND from, HWND to, LPPOINT points, UINT count) {
         translate(points + i, by, 1);
     }
     return MAKELONG(static_cast<WORD>(by.x), static_cast<WORD>(by.y));
-}
-
-BOOL WINAPI AdjustWindowRectEx(LPRECT rectangle, DWORD style, BOOL menu, DWORD exStyle) {
-    if (denied(__func__)) {
-        return FALSE;
-    }
-    const RECT border = borders(style, exStyle, menu != FALSE);
-    *rectangle = {rectangle->left - border.left, rectangle->top - border.top, rectangle->right + border.right,
-                  rectangle->bottom + border.bottom};
-    return TRUE;
 }

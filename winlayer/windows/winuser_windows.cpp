@@ -120,21 +120,6 @@ HWND WINAPI GetParent(HWND handle) {
     return window->isChild() ? window->parent : window->owner;
 }
 
-HWND WINAPI GetAncestor(HWND handle, UINT which) {
-    const auto window = windowFor(__func__, handle);
-    if (window == nullptr) {
-        return nullptr;
-    }
-    switch (which) {
-        case GA_PARENT:
-            return window->parent;
-        case GA_ROOT:
-            return rootOf(handle);
-        default:
-            return failed(ERROR_INVALID_PARAMETER);
-    }
-}
-
 HWND WINAPI GetWindow(HWND handle, UINT which) {
     const auto window = windowFor(__func__, handle);
     if (window == nullptr) {
