@@ -73,7 +73,6 @@ protected:
         hostBroker.Stop();
         const auto& windows = pc.machine().windows;
         expectEqual(windows.count(), std::size_t{1}, "windows, the frame alone");
-        expectEqual(windows.timerCount(), std::size_t{0}, "timers");
         expectEqual(windows.contextCount(), std::size_t{0}, "device contexts");
         expectEqual(pc.machine().graphics.count(), std::size_t{0}, "bitmaps and other drawing objects");
         expectEqual(pc.machine().handles.openCount(), std::size_t{1}, "handles, the ready event alone");

@@ -27,7 +27,6 @@ protected:
     std::map<std::string, std::size_t> inventory() {
         winlayer::Machine& machine = pc.machine();
         return {{"windows", machine.windows.count()},
-                {"timers", machine.windows.timerCount()},
                 {"contexts of windows", machine.windows.contextCount()},
                 {"drawing objects", machine.graphics.count()},
                 {"handles", machine.handles.openCount()},

@@ -26,9 +26,23 @@ LRESULT CALLBACK frameProcedure(HWND window, UINT message, WPARAM wParam, LPARAM
     return DefWindowProcA(window, message, wParam, lParam);
 }
 
+constexpr UINT messageLook = WM_APP + 100;  // to the page: taken by the loop of the window that comes up
+
+// Looks at the window that has come up and closes it by Escape.
+void lookAndClose() {
+    const HWND window = GetActiveWindow();
+    record.push_back(host::windowText(window));
+    for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        const std::string text = host::windowText(child);
+        if (!text.empty()) record.push_back(text.substr(0, 8));
+    }
+    PostMessageA(GetFocus() ? GetFocus() : window, WM_KEYDOWN, VK_ESCAPE, 1);
+}
+
 LRESULT CALLBACK pageProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == host::messagePageShowing) record.emplace_back("page showing");
     if (message == WM_DESTROY) record.emplace_back("page destroyed");
+    if (message == messageLook) lookAndClose();
     return DefWindowProcA(window, message, wParam, lParam);
 }
 
@@ -109,27 +123,15 @@ TEST_F(DialogSupport, HandlersTakeThePlaceOfItsWindows) {
     EXPECT_EQ(record, (Record{"caption: text 1", ":  0", "802 Mendwell"}));
 }
 
-// Looks at the window that has come up and closes it by Escape.
-void CALLBACK lookAndClose(HWND, UINT, UINT_PTR timer, DWORD) {
-    KillTimer(nullptr, timer);
-    const HWND window = GetActiveWindow();
-    record.push_back(host::windowText(window));
-    for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-        const std::string text = host::windowText(child);
-        if (!text.empty()) record.push_back(text.substr(0, 8));
-    }
-    PostMessageA(GetFocus() ? GetFocus() : window, WM_KEYDOWN, VK_ESCAPE, 1);
-}
-
 TEST_F(DialogSupport, ShowsAHelpWindowThatTheFrameWaitsFor) {
-    SetTimer(nullptr, 0, 10, lookAndClose);
+    PostMessageA(page, messageLook, 0, 0);
     help(page, 802);
     EXPECT_EQ(record, (Record{"Hilfe", "Mendwell", "&Schlie\xDF"}));
     EXPECT_TRUE(IsWindowEnabled(frame));
 }
 
 TEST_F(DialogSupport, AsksWithAMessageBox) {
-    SetTimer(nullptr, 0, 10, lookAndClose);
+    PostMessageA(page, messageLook, 0, 0);
     EXPECT_EQ(box(page, "Sicher?", "Frage", MB_OKCANCEL), IDCANCEL);
     ASSERT_FALSE(record.empty());
     EXPECT_EQ(record.front(), "Frage");

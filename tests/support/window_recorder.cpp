@@ -48,7 +48,6 @@ std::string WindowRecorder::take(const std::vector<UINT>& wanted, HWND window) {
         {WM_ERASEBKGND, "erase"},
         {WM_PAINT, "paint"},
         {WM_SETTEXT, "text"},
-        {WM_TIMER, "timer"},
         {WM_COMMAND, "command"},
         {WM_WINDOWPOSCHANGED, "changed"},
         {WM_WINDOWPOSCHANGING, "changing"},

@@ -21,7 +21,7 @@ class BoxUser : public winlayer::Peer {
 public:
     explicit BoxUser(std::vector<UINT> keys) : keys_(std::move(keys)) {}
 
-    void wait(std::optional<std::int64_t>) override {
+    void wait() override {
         if (next_ == keys_.size()) {
             // Nothing left to press: the box must not be there any more.
             ADD_FAILURE() << "the box does not end";

@@ -26,12 +26,12 @@ public:
     void stateChanged(HWND) override { log += "state "; }
     void focused(HWND window) override { log += window != nullptr ? "focused " : "unfocused "; }
     void painted(HWND) override { log += "painted "; }
-    void wait(std::optional<std::int64_t> until) override {
+    void wait() override {
         ++waits;
         if (onWait) {
             onWait();
         } else {
-            Peer::wait(until);
+            Peer::wait();
         }
     }
     std::string take() { return std::exchange(log, {}); }
@@ -143,34 +143,6 @@ TEST_F(WindowsMachine, KeysGoToTheFocusAndKeepTheirState) {
     EXPECT_FALSE(machine->windows.keysDown[VK_SHIFT]);
 }
 
-// While the clock stands still, waiting for a timer moves it there.
-TEST_F(WindowsMachine, TimersFollowTheMachinesClock) {
-    machine->clock.stop();
-    const HWND frame = makeFrame(WS_POPUP);
-    pumpMessages();
-    SetTimer(frame, 1, 500, nullptr);
-    SetTimer(frame, 2, 200, nullptr);
-    EXPECT_EQ(machine->windows.timerCount(), 2u);
-    MSG message{};
-    EXPECT_FALSE(PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE));
-    const std::int64_t start = machine->clock.now();
-    std::string order;
-    for (int i = 0; i < 4; ++i) {
-        GetMessageA(&message, nullptr, 0, 0);
-        const std::int64_t milliseconds = (machine->clock.now() - start) / 1'000'000;
-        order += std::to_string(message.wParam) + " at " + std::to_string(milliseconds) + ", ";
-    }
-    EXPECT_EQ(order, "2 at 200, 2 at 400, 1 at 500, 2 at 600, ");
-    machine->clock.advance(std::int64_t{5'000'000'000});
-    int missed = 0;
-    while (PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
-        ++missed;
-    }
-    EXPECT_EQ(missed, 2);  // one of each: periods that were missed are not made up for
-    DestroyWindow(frame);
-    EXPECT_EQ(machine->windows.timerCount(), 0u);
-}
-
 TEST_F(WindowsMachine, AWaitingThreadIsWokenFromAnother) {
     const HWND frame = makeFrame(WS_POPUP);
     pumpMessages();
@@ -247,7 +219,6 @@ TEST_F(WindowsMachine, TheGateFailsCallsOfWindows) {
          }},
         {"SetPropA", [&] { return SetPropA(frame, "p", frame) == FALSE; }},
         {"SetWindowTextA", [&] { return SetWindowTextA(frame, "x") == FALSE; }},
-        {"SetTimer", [&] { return SetTimer(frame, 1, 10, nullptr) == 0; }},
         {"PostMessageA", [&] { return PostMessageA(frame, WM_APP, 0, 0) == FALSE; }},
         {"GetMessageA", [&] { return GetMessageA(&message, nullptr, 0, 0) == -1; }},
         {"GetClientRect", [&] { return GetClientRect(frame, &rectangle) == FALSE; }},
@@ -265,7 +236,6 @@ TEST_F(WindowsMachine, TheGateFailsCallsOfWindows) {
         machine->gate.reset();
     }
     EXPECT_EQ(machine->windows.count(), 1u);
-    EXPECT_EQ(machine->windows.timerCount(), 0u);
     EXPECT_EQ(GetWindowTextLengthA(frame), 0);
     DestroyWindow(frame);
 }

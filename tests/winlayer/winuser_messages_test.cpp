@@ -54,28 +54,4 @@ TEST_F(Messages, WhatWasPostedGoesWithItsWindow) {
     EXPECT_EQ(SendMessageA(child_, WM_APP, 0, 0), 0);
 }
 
-int timerCalls;
-void CALLBACK countTimer(HWND, UINT, UINT_PTR, DWORD) {
-    ++timerCalls;
-}
-
-TEST_F(Messages, TimersTickForWindowsAndProcedures) {
-    timerCalls = 0;
-    EXPECT_NE(SetTimer(frame_, 7, 10, nullptr), 0u);
-    const UINT_PTR loose = SetTimer(nullptr, 0, 10, countTimer);
-    EXPECT_NE(loose, 0u);
-    MSG message{};
-    bool ticked = false;
-    for (int i = 0; i < 200 && (timerCalls == 0 || !ticked); ++i) {
-        ASSERT_GT(GetMessageA(&message, nullptr, 0, 0), 0);
-        ticked = ticked || (message.message == WM_TIMER && message.hwnd == frame_ && message.wParam == 7);
-        DispatchMessageA(&message);
-    }
-    EXPECT_TRUE(ticked);
-    EXPECT_GT(timerCalls, 0);
-    EXPECT_TRUE(KillTimer(frame_, 7));
-    EXPECT_FALSE(KillTimer(frame_, 7));
-    EXPECT_TRUE(KillTimer(nullptr, loose));
-}
-
 }  // namespace

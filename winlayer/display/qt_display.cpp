@@ -7,10 +7,8 @@
 #include <QFontMetrics>
 #include <QPixmap>
 #include <QScreen>
-#include <QTimer>
 #include <algorithm>
 #include <cerrno>
-#include <chrono>
 #include <cstdlib>
 
 #include "winlayer/base/clock.h"
@@ -189,18 +187,11 @@ void QtDisplay::poll() {
 }
 
 // A stopped clock moves only when it is told to, so there is nothing to wait for but what is there already.
-void QtDisplay::wait(std::optional<std::int64_t> until) {
-    const Clock& clock = winlayer::Clock::current();
-    if (clock.stopped()) {
+void QtDisplay::wait() {
+    if (winlayer::Clock::current().stopped()) {
         poll();
-        Peer::wait(until);
+        Peer::wait();
         return;
-    }
-    QTimer alarm;
-    if (until) {
-        const auto left = std::chrono::nanoseconds(std::max<std::int64_t>(0, *until - clock.now()));
-        alarm.setSingleShot(true);
-        alarm.start(std::chrono::ceil<std::chrono::milliseconds>(left));
     }
     QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents);
 }

@@ -29,7 +29,7 @@ public:
     RECT workArea() const override;
     SIZE textExtent(const std::string& text, const LOGFONTA& font, int width) const override;
     void poll() override;
-    void wait(std::optional<std::int64_t> until) override;
+    void wait() override;
     void wake() override;
     bool capture(HWND window, const std::string& file) override;
 

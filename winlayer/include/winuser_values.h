@@ -117,7 +117,6 @@ inline constexpr UINT WM_SYSKEYUP = 0x0105;
 inline constexpr UINT WM_SYSCHAR = 0x0106;
 inline constexpr UINT WM_INITDIALOG = 0x0110;
 inline constexpr UINT WM_COMMAND = 0x0111;
-inline constexpr UINT WM_TIMER = 0x0113;
 inline constexpr UINT WM_CTLCOLORMSGBOX = 0x0132;
 inline constexpr UINT WM_CTLCOLORSTATIC = 0x0138;
 inline constexpr UINT WM_MOUSEMOVE = 0x0200;
@@ -234,5 +233,3 @@ inline constexpr UINT DT_CALCRECT = 0x0400;
 inline constexpr int COLOR_WINDOW = 5;
 inline constexpr int COLOR_BTNFACE = 15;
 inline constexpr int COLOR_3DFACE = COLOR_BTNFACE;
-
-inline constexpr UINT USER_TIMER_MINIMUM = 0x0000000A;

@@ -1,7 +1,6 @@
 #include "winlayer/windows/message_queue.h"
 
 #include <algorithm>
-#include <chrono>
 
 namespace winlayer {
 
@@ -89,16 +88,10 @@ void MessageQueues::forget(HWND window) {
     }
 }
 
-void MessageQueues::wait(DWORD thread, std::optional<std::int64_t> until) {
+void MessageQueues::wait(DWORD thread) {
     std::unique_lock lock(mutex_);
     Queue& queue = queues_[thread];
-    const auto arrived = [&] { return queue.arrived || !queue.sent.empty(); };
-    if (until) {
-        arrival_.wait_until(lock, std::chrono::steady_clock::time_point(std::chrono::nanoseconds(*until)),
-                            arrived);
-    } else {
-        arrival_.wait(lock, arrived);
-    }
+    arrival_.wait(lock, [&] { return queue.arrived || !queue.sent.empty(); });
     queue.arrived = false;
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 #include <condition_variable>
-#include <cstdint>
 #include <deque>
 #include <functional>
 #include <map>
@@ -41,9 +40,8 @@ public:
     bool peekQuit(DWORD thread, bool remove, MSG& message);
     // Drops what was posted to a window.
     void forget(HWND window);
-    // Waits until something is posted or sent to the thread, or a time of the host's steady clock
-    // (nanoseconds; none: for ever).
-    void wait(DWORD thread, std::optional<std::int64_t> until);
+    // Waits until something is posted or sent to the thread.
+    void wait(DWORD thread);
 
 private:
     struct Queue {

@@ -1,6 +1,5 @@
 #include "winlayer/windows/message_retrieval.h"
 
-#include "winlayer/base/clock.h"
 #include "winlayer/windows/message_queue.h"
 #include "winlayer/windows/message_send.h"
 #include "winlayer/windows/window_focus.h"
@@ -69,12 +68,12 @@ bool lookForMessage(const MessageFilter& filter, bool remove, MSG& message) {
         message = {window, WM_PAINT, 0, 0, GetTickCount(), windows().cursor};
         return true;
     }
-    return windows().timers.takeDue(thread, Clock::current().now(), wanted, remove, message);
+    return false;
 }
 
 void waitForMessage(const MessageFilter& filter, MSG& message) {
     while (!lookForMessage(filter, true, message)) {
-        windows().peer().wait(windows().timers.nextDue(GetCurrentThreadId()));
+        windows().peer().wait();
     }
 }
 
@@ -93,11 +92,6 @@ bool translateMessage(const MSG& message) {
 }
 
 LRESULT dispatchMessage(const MSG& message) {
-    if (message.message == WM_TIMER && message.lParam != 0) {
-        const auto procedure = reinterpret_cast<TIMERPROC>(message.lParam);
-        procedure(message.hwnd, WM_TIMER, message.wParam, GetTickCount());
-        return 0;
-    }
     return message.hwnd != nullptr
                ? sendMessage(message.hwnd, message.message, message.wParam, message.lParam)
                : 0;

@@ -14,7 +14,7 @@ struct MessageFilter {
 };
 
 // One look at the calling thread's queue, after its pending sent messages were delivered: posted messages
-// come first, then the end of the loop (WM_QUIT, which passes every filter), painting, timers.
+// come first, then the end of the loop (WM_QUIT, which passes every filter), painting.
 bool lookForMessage(const MessageFilter& filter, bool remove, MSG& message);
 // Waits for a message and takes it.
 void waitForMessage(const MessageFilter& filter, MSG& message);

@@ -4,7 +4,6 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "winlayer/base/clock.h"
 #include "winlayer/windows/message_queue.h"
 
 namespace winlayer {
@@ -43,14 +42,8 @@ SIZE Peer::textExtent(const std::string& text, const LOGFONTA& font, int width) 
     return extent;
 }
 
-// While the machine's clock is stopped, time passes only by what is done on it: a wait for a timer moves it
-// there at once.
-void Peer::wait(std::optional<std::int64_t> until) {
-    if (until && Clock::current().stopped()) {
-        Clock::current().advance(std::max<std::int64_t>(0, *until - Clock::current().now()));
-        return;
-    }
-    MessageQueues::current().wait(GetCurrentThreadId(), until);
+void Peer::wait() {
+    MessageQueues::current().wait(GetCurrentThreadId());
 }
 
 }  // namespace winlayer

@@ -1,6 +1,4 @@
 #pragma once
-#include <cstdint>
-#include <optional>
 #include <string>
 
 #include "winlayer/include/windows.h"
@@ -51,8 +49,8 @@ public:
     // Called at each look at the queue: passes input on that has come, without waiting.
     virtual void poll() {}
     // Waits until something may have come for the calling thread's queue: a message, input that the peer
-    // passes on itself, wake(), or the time `until` (Clock::now; none: for ever). May return early.
-    virtual void wait(std::optional<std::int64_t> until);
+    // passes on itself, or wake(). May return early.
+    virtual void wait();
     // Ends a wait(); from any thread.
     virtual void wake() {}
 };

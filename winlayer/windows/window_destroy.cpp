@@ -87,7 +87,6 @@ void finish(HWND handle) {
 void strikeOff(const Window& window) {
     std::erase(siblingsOf(window), window.handle);
     MessageQueues::current().forget(window.handle);
-    windows().timers.killAll(window.handle);
     if (window.dialog != nullptr && window.dialog->ownFont != nullptr) {
         graphics().remove(window.dialog->ownFont);
     }

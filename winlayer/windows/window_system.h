@@ -5,7 +5,6 @@
 
 #include "winlayer/windows/peer.h"
 #include "winlayer/windows/window_table.h"
-#include "winlayer/windows/window_timers.h"
 
 namespace winlayer {
 
@@ -16,17 +15,16 @@ struct WindowContext {
 };
 
 // All that a machine knows of windows. A machine that ends with windows open drops them without a message.
-// Thread rule: windows, classes, timers and focus belong to the thread that works with windows; other threads
-// may post to it.
+// Thread rule: windows, classes and focus belong to the thread that works with windows; other threads may
+// post to it.
 class Windows {
 public:
     // The current machine's.
     static Windows& current();
 
     std::shared_ptr<Window> find(HWND window) const { return table.find(window); }
-    // Windows, timers, and device contexts on windows, that there are now.
+    // Windows, and device contexts on windows, that there are now.
     std::size_t count() const { return table.count(); }
-    std::size_t timerCount() const { return timers.count(); }
     std::size_t contextCount() const { return contexts.size(); }
 
     // Who shows the windows; null, as at the start: nobody. Not owned. Set it before the first window.
@@ -35,7 +33,6 @@ public:
 
     WindowTable table;
     WindowClasses classes;
-    WindowTimers timers;
     std::vector<HWND> topLevel;  // windows without a parent, the topmost first
     HWND focus = nullptr;
     HWND active = nullptr;

@@ -1,7 +1,4 @@
-// Messages and timers.
-#include <algorithm>
-
-#include "winlayer/base/clock.h"
+// Messages.
 #include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
 #include "winlayer/windows/message_queue.h"
@@ -99,26 +96,4 @@ LRESULT WINAPI CallWindowProcA(WNDPROC procedure, HWND window, UINT message, WPA
     entered(__func__);
     const auto target = findWindowOrSetLastError(window);
     return target != nullptr ? callProcedure(procedure, *target, message, wParam, lParam) : 0;
-}
-
-UINT_PTR WINAPI SetTimer(HWND window, UINT_PTR id, UINT milliseconds, TIMERPROC procedure) try {
-    if (denied(__func__) || (window != nullptr && findWindowOrSetLastError(window) == nullptr)) {
-        return 0;
-    }
-    const UINT_PTR given = windows().timers.set(GetCurrentThreadId(), window, id, milliseconds, procedure,
-                                                winlayer::Clock::current().now());
-    return std::max<UINT_PTR>(given, 1);
-} catch (const std::bad_alloc&) {
-    return outOfMemory(0U);
-}
-
-BOOL WINAPI KillTimer(HWND window, UINT_PTR id) {
-    if (denied(__func__)) {
-        return FALSE;
-    }
-    const bool killed = windows().timers.kill(GetCurrentThreadId(), window, id);
-    if (!killed) {
-        SetLastError(ERROR_INVALID_PARAMETER);
-    }
-    return killed ? TRUE : FALSE;
 }
