@@ -1,5 +1,6 @@
 #include <cstring>
 #include <memory>
+#include <new>
 
 #include "diskio.h"
 
@@ -76,7 +77,9 @@ DiskIO& DiskIO::operator>>(DWORD& number) {
 
 DiskIO& DiskIO::operator>>(UtilsString& text) {
     const DWORD length = ReadLength();
-    const auto buffer = std::make_unique<char[]>(std::size_t{length} + 1);
+    const std::size_t size = std::size_t{length} + 1;
+    if (size == 0) throw std::bad_alloc();  // in 32 bits
+    const auto buffer = std::make_unique<char[]>(size);
     ReadAndWait(buffer.get(), length);
     text = buffer.get();
     return *this;
