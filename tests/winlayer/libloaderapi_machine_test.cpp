@@ -76,22 +76,4 @@ TEST(ModulesMachine, StringsAreEachModulesOwn) {
     EXPECT_FAILS(LoadStringA(nullptr, 8000, buffer, sizeof buffer), ERROR_RESOURCE_NAME_NOT_FOUND);
 }
 
-TEST(ModulesMachine, MessagesOfAModuleComeBeforeTheSystems) {
-    ScopedMachine machine;
-    const HMODULE module = machine->modules.add("m.dll", "D:\\m.dll");
-    char buffer[256];
-    const auto message = [&](DWORD flags, DWORD id) {
-        return FormatMessageA(flags | FORMAT_MESSAGE_FROM_HMODULE, module, id, 0, buffer, sizeof buffer,
-                              nullptr);
-    };
-    EXPECT_EQ(message(0, 5), 0u);
-    EXPECT_EQ(GetLastError(), ERROR_RESOURCE_TYPE_NOT_FOUND);
-    machine->modules.addMessage(module, 5, "five");
-    EXPECT_EQ(message(FORMAT_MESSAGE_FROM_SYSTEM, 5), 4u);
-    EXPECT_STREQ(buffer, "five");
-    EXPECT_EQ(message(0, 6), 0u);
-    EXPECT_EQ(GetLastError(), ERROR_MR_MID_NOT_FOUND);
-    EXPECT_GT(message(FORMAT_MESSAGE_FROM_SYSTEM, 6), 4u);
-}
-
 }  // namespace

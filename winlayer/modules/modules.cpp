@@ -81,11 +81,6 @@ void Modules::addString(HMODULE module, UINT id, const std::string& ansiText) {
     require(module).strings[id] = ansiText;
 }
 
-void Modules::addMessage(HMODULE module, DWORD id, const std::string& ansiText) {
-    const std::lock_guard lock(mutex_);
-    require(module).messages[id] = ansiText;
-}
-
 void Modules::addFunction(HMODULE module, const std::string& name, FARPROC procedure) {
     const std::lock_guard lock(mutex_);
     require(module).functions[name] = procedure;
@@ -238,15 +233,6 @@ const Resource* Modules::resourceAt(HMODULE module, std::size_t place) const {
     const std::lock_guard lock(mutex_);
     const Module* found = get(module);
     return found != nullptr ? found->resources.at(place) : nullptr;
-}
-
-DWORD Modules::message(HMODULE module, DWORD id, std::string& text) const {
-    const std::lock_guard lock(mutex_);
-    const Module* found = get(module);
-    if (found == nullptr || found->messages.empty()) {
-        return found == nullptr ? ERROR_RESOURCE_DATA_NOT_FOUND : ERROR_RESOURCE_TYPE_NOT_FOUND;
-    }
-    return lookUp(found->messages, id, text) ? NO_ERROR : ERROR_MR_MID_NOT_FOUND;
 }
 
 FARPROC Modules::function(HMODULE module, const std::string& name) const {

@@ -36,7 +36,6 @@ public:
     // run when it is loaded first and freed last. Gives the handle that it has then.
     HMODULE addSystemModule(const std::string& name, Hook attach, Hook detach);
     void addString(HMODULE module, UINT id, const std::string& ansiText);
-    void addMessage(HMODULE module, DWORD id, const std::string& ansiText);
     void addFunction(HMODULE module, const std::string& name, FARPROC procedure);
     // Takes a function away again, as on a Windows that lacks it.
     void removeFunction(HMODULE module, const std::string& name);
@@ -61,8 +60,6 @@ public:
     DWORD findResource(HMODULE module, const ResourceId& type, const ResourceId& name,
                        std::size_t& place) const;
     const Resource* resourceAt(HMODULE module, std::size_t place) const;
-    // 0, or a Windows error code that tells whether the module, its messages or this one are missing.
-    DWORD message(HMODULE module, DWORD id, std::string& text) const;
 
     // Loads a module, or counts one more use of it when it is there, and gives the Windows error code. A name
     // without a folder is looked for in the program's folder, the current directory, the system and the
@@ -84,7 +81,6 @@ private:
         bool present = true;  // of the system's: whether it is loaded
         std::size_t uses = stays;
         std::map<UINT, std::string> strings;
-        std::map<DWORD, std::string> messages;
         std::map<std::string, FARPROC> functions;
         Resources resources;
         LoadedObject object;                 // where it is; base 0 when the host knows nothing of it

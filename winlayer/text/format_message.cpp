@@ -8,7 +8,6 @@
 #include "winlayer/base/last_error.h"
 #include "winlayer/base/local_memory.h"
 #include "winlayer/base/system_settings.h"
-#include "winlayer/modules/modules.h"
 #include "winlayer/text/message_text.h"
 #include "winlayer/text/system_messages.h"
 
@@ -25,15 +24,9 @@ DWORD findDefinition(DWORD flags, LPCVOID source, DWORD id, DWORD language, std:
         definition = static_cast<const char*>(source);
         return NO_ERROR;
     }
-    DWORD error = ERROR_INVALID_PARAMETER;
-    if ((flags & FORMAT_MESSAGE_FROM_HMODULE) != 0) {
-        const auto module = static_cast<HMODULE>(const_cast<void*>(source));
-        error = winlayer::Modules::current().message(module, id, definition);
-    }
-    if (error != NO_ERROR && (flags & FORMAT_MESSAGE_FROM_SYSTEM) != 0) {
-        error = systemMessage(SystemSettings::current(), id, language, definition);
-    }
-    return error;
+    return (flags & FORMAT_MESSAGE_FROM_SYSTEM) != 0
+               ? systemMessage(SystemSettings::current(), id, language, definition)
+               : ERROR_INVALID_PARAMETER;
 }
 
 std::vector<std::uint64_t> readArray(std::size_t count, const DWORD_PTR* array) {
