@@ -135,15 +135,14 @@ TEST_F(ZarProgram, CountsFilesAndWarnsOfNamesThatAreOneOrNone) {
     EXPECT_EQ(result["warnings"].size(), 3U) << "two of them, and a dot at an end";
     EXPECT_EQ(read("out/A.TXT") + read("out/D/Ä"), "34");
 
-    write("same.zar", test::newArchive({{"A", "1"}, {"A", "2"}, {"Q?\\B", "3"}}));
+    write("same.zar", test::newArchive({{"A", "1"}, {"A", "2"}, {"Q?", "3"}}));
     EXPECT_EQ(zar({"extract", "same.zar", "A", "-C", "one"}).out, "one: 1 file\n");
     EXPECT_EQ(read("one/A"), "2") << "as when everything is unpacked";
     const ProgramRun test = zar({"test", "same.zar"});
     EXPECT_EQ(test.exitCode, 0);
-    EXPECT_NE(test.err.find("Q?\\B has a character that no Windows takes"), std::string::npos) << test.err;
-    const ProgramRun stripped = zar({"extract", "same.zar", "-C", "short", "--strip-first"});
-    EXPECT_EQ(stripped.exitCode, 0);
-    EXPECT_EQ(stripped.err.find("no Windows takes"), std::string::npos) << "that element is dropped";
+    EXPECT_NE(test.err.find("Q? has a character that no Windows takes"), std::string::npos) << test.err;
+    write("first.zar", test::newArchive({{"Q?\\A", "1"}}));
+    EXPECT_EQ(zar({"extract", "first.zar", "-C", "short", "--strip-first", "--quiet"}).err, "");
 }
 
 TEST_F(ZarProgram, LeavesOldFilesAloneWhenItFails) {
@@ -198,7 +197,7 @@ TEST_F(ZarProgram, OnePathMeansOneFile) {
         EXPECT_EQ(run.exitCode, 2) << folder;
         EXPECT_NE(run.err.find(fs::path(folder).begin()->string() + "'"), std::string::npos) << run.err;
     }
-    for (const char* archive : {"fold./b.zar", "b.", "b\\.zar"}) {
+    for (const char* archive : {"fold./b.zar", "b.", "b\\.zar", "NUL"}) {
         const ProgramRun run = zar({"create", archive, "in"});
         EXPECT_EQ(run.exitCode, 2) << archive;
         EXPECT_NE(run.err.find(fs::path(archive).begin()->string() + "'"), std::string::npos) << run.err;

@@ -88,7 +88,8 @@ void requireWindowsPath(const Path& host) {
     const fs::path place =
         physicalPath(host.parent().empty() ? "." : host.parent()) / host.filename().string();
     try {
-        (void)winlayer::Machine::current().drives.fromHost(place);
+        const winlayer::Drives& drives = winlayer::Machine::current().drives;
+        (void)drives.toHost(drives.fromHost(place));  // there is none to a device's name
     } catch (const std::invalid_argument&) {
         throw unreachable(place);
     }
