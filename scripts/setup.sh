@@ -1,22 +1,22 @@
-# Sourced by ./run, ./test and .ci/run: installs what is missing and says so.
+# Sourced by ./run, ./test, .ci/run and scripts: installs missing packages and builds.
 
-# A compiler cache, where there is one, serves checkouts in any folder.
+# Lets a compiler cache, where there is one, share its entries between checkouts in different folders.
 export CCACHE_BASEDIR=$PWD CCACHE_NOHASHDIR=1
 
 say() { printf '%s\n' "$*"; }
 fail() { printf '%s: %s\n' "$(basename "$0")" "$*" >&2; exit 1; }
 
-# need PACKAGE...: installs the Debian packages that are not installed yet.
+# need PACKAGE...: installs the missing ones of these Debian packages.
 need() {
     local missing=() package
     for package in "$@"; do
         dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
     done
     [ ${#missing[@]} -eq 0 ] && return 0
-    command -v apt-get >/dev/null || fail "these packages are needed and there is no apt-get to install them: ${missing[*]}"
+    command -v apt-get >/dev/null || fail "there is no apt-get to install the missing packages: ${missing[*]}"
     local as_root=()
     if [ "$(id -u)" -ne 0 ]; then
-        command -v sudo >/dev/null || fail "these packages are needed; install them as root: ${missing[*]}"
+        command -v sudo >/dev/null || fail "install the missing packages as root: ${missing[*]}"
         as_root=(sudo)
     fi
     say "Installing: ${missing[*]}"
@@ -31,7 +31,7 @@ need() {
     rm -f "$log"
 }
 
-# build FOLDER CMAKE-ARGUMENT... [-- TARGET...]: configures quietly and builds. In CI warnings are errors.
+# build FOLDER CMAKE-ARGUMENT... [-- TARGET...]: configures quietly and builds. With CI set warnings are errors.
 build() {
     local folder=$1
     shift
@@ -49,9 +49,9 @@ build() {
 }
 
 packages_run="g++ cmake ninja-build libcli11-dev nlohmann-json3-dev"
-# What the wizard takes besides: a resource compiler, and Qt with a font for its window.
+# The wizard also needs a resource compiler, and Qt with a font for its window.
 packages_wizard="binutils-mingw-w64-i686 qt6-base-dev fonts-liberation"
-# What the product for Windows takes: what ships is built without the library of POSIX threads.
+# The Windows product is built with the compiler variant without POSIX threads.
 packages_windows="g++-mingw-w64-i686-win32 zip"
 packages_test="$packages_run $packages_wizard libgtest-dev libunicorn-dev qemu-system-x86 mtools dosfstools attr
     pkg-config man-db zsh fish dpkg-dev file"
