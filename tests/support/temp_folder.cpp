@@ -48,8 +48,9 @@ void removeTree(const std::string& folder) {
         if ((entry.dwFileAttributes & FILE_ATTRIBUTE_READONLY) != 0) {
             check(SetFileAttributesA(path.c_str(), FILE_ATTRIBUTE_NORMAL), "make writable", path);
         }
+        const bool isLink = (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
         if ((entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0) {
-            removeTree(path);
+            isLink ? check(RemoveDirectoryA(path.c_str()), "remove", path) : removeTree(path);
         } else {
             check(DeleteFileA(path.c_str()), "delete", path);
         }
