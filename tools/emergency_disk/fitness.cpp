@@ -19,9 +19,10 @@ constexpr DWORD sectorSize = boot_sector::size;
 constexpr DWORD entrySize = 32;
 constexpr DWORD freeMark = 0;
 constexpr DWORD badMark = 0xFF7;
-// Of this program alone, for what it has freed: no link has so many bits.
-constexpr DWORD ofFile = 0x1000;
-constexpr DWORD ofDirectory = 0x1001;
+// Of this program alone, for what it has freed: no link has so many bits. A directory is open as long as its
+// entries are not all deleted.
+constexpr DWORD released = 0x1000;
+constexpr DWORD ofOpenDirectory = 0x1001;
 
 using Bytes = std::vector<unsigned char>;
 
@@ -62,7 +63,7 @@ public:
         DWORD end;  // where its last link leads
     };
 
-    // Frees a chain as far as it is one, which may be damaged in any way. `mark`: whose it is.
+    // Frees a chain as far as it is one, which may be damaged in any way.
     Chain release(DWORD first, DWORD mark) {
         Chain chain{{}, first};
         while (chain.end >= firstCluster && chain.end < clusterEnd && !isFree(chain.end)) {
@@ -71,13 +72,17 @@ public:
         }
         return chain;
     }
+    void close(const Chain& chain) {
+        for (const DWORD cluster : chain.clusters) links_[cluster] = released;
+    }
 
     bool isBad(DWORD cluster) const { return links_[cluster] == badMark; }
-    bool isFree(DWORD cluster) const { return links_[cluster] == freeMark || links_[cluster] >= ofFile; }
-    // Whether such a chain leads to what was freed as a directory's, or as anything's if it is one's itself.
-    bool shares(const Chain& chain, DWORD mark) const {
-        return chain.end < clusterEnd && links_[chain.end] >= ofFile &&
-               (mark == ofDirectory || links_[chain.end] == ofDirectory);
+    bool isFree(DWORD cluster) const { return links_[cluster] == freeMark || links_[cluster] >= released; }
+    // Whether a directory's entries are lost to such a chain: those of an open one, or its own, which went
+    // with another entry.
+    bool losesDirectory(const Chain& chain, DWORD mark) const {
+        const DWORD other = chain.end < clusterEnd ? links_[chain.end] : freeMark;
+        return other == ofOpenDirectory || (other == released && mark == ofOpenDirectory);
     }
     std::vector<DWORD> free() const {
         std::vector<DWORD> clusters;
@@ -108,7 +113,6 @@ std::string nameOf(const unsigned char* entry) {
     return part(0, 8) + (extension.empty() ? "" : "." + extension);
 }
 
-// A directory cannot be read any more when its cluster has gone with another entry.
 [[noreturn]] void refuseShared(const unsigned char* entry, DWORD cluster) {
     throw Problem(ExitCode::refused, "the volume is damaged: cluster " + std::to_string(cluster) + " of " +
                                          nameOf(entry) + " belongs to another entry, too");
@@ -130,16 +134,17 @@ std::size_t eraseDirectory(DisketteView& diskette, Clusters& clusters, const Byt
             kept += std::exchange(longName, 0) + (deleted ? 0 : 1);
         } else if (!dots) {
             longName = 0;
-            const DWORD mark = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? ofDirectory : ofFile;
+            const DWORD mark = (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? ofOpenDirectory : released;
             const Clusters::Chain chain = clusters.release(wordAt(directory, at + 26), mark);
-            if (clusters.shares(chain, mark)) refuseShared(&directory[at], chain.end);
-            if (mark == ofFile) continue;
+            if (clusters.losesDirectory(chain, mark)) refuseShared(&directory[at], chain.end);
+            if (mark == released) continue;
             Bytes below;
             for (const DWORD cluster : chain.clusters) {
                 const Bytes sector = read(diskette, sectorOf(cluster), 1);
                 below.insert(below.end(), sector.begin(), sector.end());
             }
             eraseDirectory(diskette, clusters, below, false);
+            clusters.close(chain);
         }
     }
     return kept + longName;
