@@ -33,7 +33,7 @@ bool hasLongPathNames(WindowsVersion version) {
            version != WindowsVersion::NT4;
 }
 
-// A name that the ANSI code page cannot hold leaves the program at the root.
+// If the ANSI code page cannot represent the path, the program starts at the root.
 void startInHostDirectory(Machine& machine) {
     std::error_code error;
     const auto directory = std::filesystem::current_path(error);
@@ -44,8 +44,8 @@ void startInHostDirectory(Machine& machine) {
     }
 }
 
-// The program's own machine is never destroyed, because objects that outlive main() still take locks; only
-// what it left on the host goes at exit.
+// The program's own machine is never destroyed, because objects that outlive main() still take locks; at exit
+// only its files on the host are removed.
 Machine& defaultMachine() {
     static Machine* const machine = [] {
         auto made = std::make_unique<Machine>();
@@ -96,7 +96,7 @@ Machine& Machine::current() {
     return machine != nullptr ? *machine : defaultMachine();
 }
 
-// What the areas know of a machine: each its own part of the current one.
+// Each area gets its own part of the current machine.
 SystemSettings& SystemSettings::current() {
     return Machine::current();
 }
@@ -164,7 +164,7 @@ Installer& Installer::current() {
 ScopedMachine::ScopedMachine(WindowsVersion version)
     : machine_(version), previous_(currentMachine.exchange(&machine_, std::memory_order_acq_rel)) {}
 
-// What modules do when they are unloaded still meets the machine they were loaded on.
+// Code that modules run while they are unloaded still sees the machine that they were loaded on.
 ScopedMachine::~ScopedMachine() {
     machine_.modules.unloadAll();
     currentMachine.store(previous_, std::memory_order_release);

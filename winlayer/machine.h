@@ -21,11 +21,11 @@
 
 namespace winlayer {
 
-// Everything the layer pretends to be: a Windows XP (or what it is made as) with the drives C:, a private
-// folder with the Windows directories that is made on first use and removed with the machine, and Z:, the
-// host's root; the current directory is "C:\\". A program gets one on first use, which lasts until the
-// program ends and starts in the host's current directory, seen through Z:. A test makes its own with
-// ScopedMachine. The members are plain: a test or program sets what it wants before the product runs.
+// The simulated Windows: Windows XP, unless made as another version. Drive C: is a private folder with the
+// Windows directories, made on first use and removed with the machine; Z: is the host's root; the current
+// directory is "C:\\". A program gets a machine on first use; it lasts until the program ends and starts in
+// the host's current directory, seen through Z:. A test makes its own with ScopedMachine. The members are
+// public: a test or program sets what it needs before the product runs.
 class Machine : public SystemSettings {
 public:
     explicit Machine(WindowsVersion windowsVersion = WindowsVersion::XP);
@@ -35,8 +35,8 @@ public:
 
     static Machine& current();
 
-    // Puts MSI.DLL, which works on `installer`, among the system's modules; without it there is none. Gives
-    // its handle, so that a test can take functions away.
+    // Adds MSI.DLL, which works on `installer`, to the system's modules; without this call there is none.
+    // Returns its handle, so that a test can remove functions from it.
     HMODULE addInstallerLibrary();
 
     Gate gate;
@@ -56,7 +56,7 @@ public:
     Installer installer;
 };
 
-// Puts a machine of its own in place of the current one until the end of the scope. Scopes nest.
+// Replaces the current machine with one of its own until the end of the scope. Scopes nest.
 class ScopedMachine {
 public:
     explicit ScopedMachine(WindowsVersion version = WindowsVersion::XP);

@@ -4,8 +4,8 @@
 
 namespace winlayer {
 
-// The machine's clock. It follows the host's until a test stops it; from then on it only moves by advance()
-// and Sleep, which then costs no time.
+// The machine's clock. It follows the host's until a test stops it; after that it moves only through
+// advance() and Sleep, which then returns at once.
 class Clock {
 public:
     // The current machine's.
@@ -16,7 +16,7 @@ public:
     void stop();
     void advance(std::int64_t nanoseconds);
     bool stopped() const;
-    // What Sleep does.
+    // Implements Sleep.
     void sleep(std::int64_t nanoseconds);
     // Whether there is a high-resolution performance counter.
     bool hasPerformanceCounter = true;

@@ -78,7 +78,7 @@ DWORD Gate::enter(const char* function, bool canFail) {
     return error;
 }
 
-// Every fault counts the call, also when another one fails it, so that two plans do not shift each other.
+// Each fault counts every call, even one that another fault fails, so that two plans do not shift each other.
 DWORD Gate::plannedError(const char* function) {
     DWORD error = 0;
     if (countdown_ != always) {

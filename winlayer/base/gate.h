@@ -10,9 +10,9 @@
 
 namespace winlayer {
 
-// The one door through which every function of the layer is entered. It counts and, when asked, records the
-// calls, and fails those that the fault plan names. Without a plan and a record a call costs one relaxed
-// load. Thread rule: any thread may enter; the plan is changed while no other thread is inside the layer.
+// The call hook, which every function of the layer enters first. It counts calls, records them on request,
+// and fails those that the fault plan names. With neither a plan nor a record a call costs one relaxed load.
+// Thread rule: any thread may enter; change the plan only while no other thread is inside the layer.
 class Gate {
 public:
     // The current machine's.
@@ -25,27 +25,27 @@ public:
 
     static constexpr std::size_t always = std::numeric_limits<std::size_t>::max();
 
-    // Fails the k-th call from now on that can fail (0 = the next one) with the Windows error code.
+    // Fails the k-th call from now on (0 = the next) that can fail, with the Windows error code.
     void failCall(std::size_t k, DWORD error);
-    // Fails calls of this function: the first `skip` go through, the following `count` fail.
+    // Fails calls of this function: the first `skip` succeed, the next `count` fail.
     void failFunction(std::string function, DWORD error, std::size_t skip = 0, std::size_t count = always);
-    // Starts recording and counting from nothing.
+    // Starts recording with an empty record.
     void startRecording();
-    // Forgets plan and record.
+    // Clears the plan and the record.
     void reset();
 
-    // Names of the recorded calls in order, those that cannot fail included.
+    // Names of the recorded calls in order, including those that cannot fail.
     std::vector<std::string> calls() const;
-    // Recorded calls that can fail; the bound of a loop over failCall.
+    // Number of recorded calls that can fail: the bound of a loop over failCall.
     std::size_t fallibleCalls() const;
-    // Calls that the plan has failed since it was made.
+    // Number of calls that the plan has failed so far.
     std::size_t failedCalls() const;
 
-    // Entered at the start of each function: 0 to go on, otherwise the error to fail with.
+    // Called first by each function: 0 to continue, otherwise the error to fail with.
     DWORD enter(const char* function, bool canFail);
 
-    // Gates of this process that hold a plan or a record. Zero in ordinary running, which is all that an
-    // entering function then looks at.
+    // Call hooks of this process that have a plan or a record: zero in normal operation, where a call checks
+    // nothing else.
     static inline std::atomic<int> armed{0};
 
 private:
@@ -66,12 +66,12 @@ private:
     std::size_t countdown_ = always;
     DWORD countdownError_ = 0;
     std::vector<FunctionFault> faults_;
-    std::vector<const char*> calls_;  // function names have no end of life
+    std::vector<const char*> calls_;  // the names have static lifetime
     std::size_t fallible_ = 0;
     std::size_t failed_ = 0;
 };
 
-// The slow half of the three below: asks the current machine's gate.
+// The slow path of the three functions below: asks the current machine's hook.
 DWORD enterCurrentGate(const char* function, bool canFail);
 bool enterCurrentGateOrSetLastError(const char* function);
 
@@ -81,7 +81,7 @@ inline bool denied(const char* function) {
     return Gate::armed.load(std::memory_order_relaxed) != 0 && enterCurrentGateOrSetLastError(function);
 }
 
-// For functions that return the error code itself (the registry's): 0 to go on.
+// For functions that return the error code itself (the registry's): 0 to continue.
 inline DWORD deniedCode(const char* function) {
     return Gate::armed.load(std::memory_order_relaxed) != 0 ? enterCurrentGate(function, true) : 0;
 }

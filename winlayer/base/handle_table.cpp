@@ -25,7 +25,7 @@ HANDLE HandleTable::add(std::shared_ptr<KernelObject> object) {
         index = free_.back();
         free_.pop_back();
     } else if (slots_.size() <= indexMask) {
-        // A handle must be closable whatever memory there is then.
+        // Reserved now, so that closing a handle never allocates.
         free_.reserve(slots_.capacity() + 1);
         index = static_cast<std::uint32_t>(slots_.size());
         slots_.emplace_back();

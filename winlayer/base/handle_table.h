@@ -12,8 +12,8 @@
 
 namespace winlayer {
 
-// What a handle stands for: a file, device, event, search, token or registry key. Shared by its handles. The
-// classes of such objects have no further derived ones.
+// The object that a handle refers to: a file, device, event, search, token or registry key. Its handles share
+// it. Classes derived from it are final.
 class KernelObject {
 public:
     KernelObject() = default;
@@ -23,19 +23,19 @@ public:
 };
 
 // The process's handles. A handle is an index with a generation, so that a closed one is recognised even
-// after its place was given away. Values are multiples of 4 below 2^31 and never equal a pseudo handle or a
-// predefined key. Thread rule: every operation may be called from any thread.
+// after its slot was reused. Values are multiples of 4 below 2^31 and never equal a pseudo handle or a
+// predefined key. Thread rule: any thread may call every operation.
 class HandleTable {
 public:
     // The current machine's.
     static HandleTable& current();
 
-    // Null when all 65,536 places are taken (ERROR_TOO_MANY_OPEN_FILES to the caller).
+    // Null when all 65,536 slots are taken (the caller reports ERROR_TOO_MANY_OPEN_FILES).
     HANDLE add(std::shared_ptr<KernelObject> object);
 
-    // The object behind a handle, whatever it is; null for a stale or foreign handle.
+    // The object of a handle, of any type; null for a stale or foreign handle.
     std::shared_ptr<KernelObject> find(HANDLE handle) const;
-    // The same when it is one of kind T, else null.
+    // The same, but null unless the object is a T.
     template <class T>
     std::shared_ptr<T> get(HANDLE handle) const {
         static_assert(std::is_final_v<T>);
@@ -47,11 +47,10 @@ public:
         return std::static_pointer_cast<T>(std::move(object));
     }
 
-    // Takes the handle out of the table and gives its object back (null for a stale one), so that what
-    // closing costs or reports happens outside the table.
+    // Removes the handle and returns its object (null for a stale handle), so that closing it runs outside
+    // the table's lock.
     std::shared_ptr<KernelObject> remove(HANDLE handle);
 
-    // Handles open now.
     std::size_t openCount() const;
 
 private:

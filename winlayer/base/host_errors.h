@@ -3,7 +3,7 @@
 
 namespace winlayer {
 
-// The Windows error code for a host error number (errno); ERROR_GEN_FAILURE for one without a counterpart.
+// The Windows error code for a host error number (errno); ERROR_GEN_FAILURE when there is no counterpart.
 DWORD windowsError(int hostError);
 
 }  // namespace winlayer

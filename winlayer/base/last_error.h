@@ -6,8 +6,8 @@
 
 namespace winlayer {
 
-// How a function that reports through the last error ends with a code: true for 0, which leaves the last
-// error alone as Windows does.
+// Turns an error code into the result of a function that reports through the last error. True for 0, which
+// leaves the last error alone as Windows does.
 inline bool succeeded(DWORD code) {
     if (code != 0) {
         SetLastError(code);
@@ -15,7 +15,7 @@ inline bool succeeded(DWORD code) {
     return code == 0;
 }
 
-// The failure of any kind of result: 0, FALSE, null.
+// Converts to a failure result of any type: 0, FALSE, null.
 struct Failure {
     template <class Result>
     operator Result() const {
@@ -23,14 +23,14 @@ struct Failure {
     }
 };
 
-// How a function ends that fails: `return failed(ERROR_...);`.
+// Sets the last error and fails: `return failed(ERROR_...);`.
 inline Failure failed(DWORD error) {
     SetLastError(error);
     return {};
 }
 
-// How a function ends that has run out of memory: the layer's callers are C's as much as C++'s, so what is
-// thrown within it ends in the handler of its function-try-block.
+// The handler of a function-try-block. C programs call the layer as well, so no exception may leave its
+// functions.
 template <class Failure>
 Failure outOfMemory(Failure failure) {
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);

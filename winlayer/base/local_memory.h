@@ -6,9 +6,9 @@
 
 namespace winlayer {
 
-// Memory that a function of the layer hands to its caller (formatted messages, security identifiers). The one
-// place where the caller gets a host address, because it reads and writes there. A test can ask how many
-// blocks were not given back. Thread rule: every operation may be called from any thread.
+// Memory that a function of the layer hands to its caller (formatted messages, security identifiers): the one
+// place where the caller gets a host address, because it reads and writes there. A test can count the blocks
+// not yet freed. Thread rule: any thread may call every operation.
 class LocalMemory {
 public:
     // The current machine's.
@@ -16,7 +16,7 @@ public:
 
     // Zero-filled, at least one byte.
     void* allocate(std::size_t bytes);
-    // False when the address is no block of this memory.
+    // False when the address is not a block of this memory.
     bool release(const void* block);
     std::size_t blockCount() const;
 

@@ -7,12 +7,12 @@ namespace winlayer {
 
 enum class WindowsVersion { Windows95, Windows98, WindowsMe, NT351, NT4, Windows2000, XP, Later };
 
-// Windows NT and its successors: drives are reached by disk IOCTLs, others through VWIN32.
+// Windows NT and its successors reach drives by disk IOCTLs, the others through VWIN32.
 constexpr bool isNt(WindowsVersion version) {
     return version >= WindowsVersion::NT351;
 }
 
-// Which Windows the layer is.
+// The Windows that the layer simulates.
 struct SystemSettings {
     // The current machine's.
     static SystemSettings& current();
@@ -23,9 +23,9 @@ struct SystemSettings {
 
     WindowsVersion version = WindowsVersion::XP;
     std::string computerName = "WORKSTATION";  // ANSI
-    UINT ansiCodePage = 1252;                  // 1252 or 65001 ...: what code_pages.h supports
-    WORD language = 0x0407;                    // German; 0x0409 English: language of system messages
-    UINT errorMode = 0;                        // SetErrorMode's value
+    UINT ansiCodePage = 1252;                  // as code_pages.h supports: 1252, 65001 ...
+    WORD language = 0x0407;                    // of system messages: 0x0407 German, 0x0409 English
+    UINT errorMode = 0;                        // as set by SetErrorMode
 };
 
 }  // namespace winlayer

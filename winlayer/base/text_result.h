@@ -6,8 +6,8 @@
 
 namespace winlayer {
 
-// How a function with a caller's buffer hands out a text: its length without the zero when it fits, otherwise
-// the size that it needs, with the zero, and the buffer stays as it is.
+// Copies a text to a caller's buffer. Returns its length without the zero when it fits; otherwise the size
+// needed, including the zero, and leaves the buffer alone.
 inline DWORD giveText(const std::string& text, char* buffer, DWORD size) {
     const auto needed = static_cast<DWORD>(text.size() + 1);
     if (buffer == nullptr || size < needed) {

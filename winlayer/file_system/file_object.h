@@ -7,7 +7,7 @@
 
 namespace winlayer {
 
-// What the handles of one CreateFileA share: the open file, its position and what the caller may do with it.
+// What the handles of one CreateFileA share: the open file, its position and the access granted.
 class FileObject final : public KernelObject {
 public:
     FileObject(std::unique_ptr<OpenFile> opened, DWORD granted, bool isOverlapped)
@@ -23,11 +23,11 @@ public:
     const DWORD access;
     const bool overlapped;
 
-    // Held for a whole transfer at the position: such transfers of one file follow each other.
+    // Held during a complete transfer at the position, so that such transfers of one file do not overlap.
     std::mutex mutex;
     std::uint64_t position = 0;
 
-    // With FILE_FLAG_DELETE_ON_CLOSE: what goes with the last handle.
+    // With FILE_FLAG_DELETE_ON_CLOSE: the file to delete with the last handle.
     std::shared_ptr<FileSystem> deleteFrom;
     std::string deletePath;
 };

@@ -17,7 +17,7 @@ bool isLetter(char c) {
     return upper(c) >= 'A' && upper(c) <= 'Z';
 }
 
-// A table, because every name of every folder and path is looked through.
+// A table, because every character of every path and folder entry is checked.
 constexpr auto isNameCharacter = [] {
     std::array<bool, 256> allowed{};
     std::fill(allowed.begin() + 0x20, allowed.end(), true);
@@ -112,7 +112,7 @@ DWORD resolvePath(std::string_view path, std::string_view currentDirectory, Reso
         resolved.letter = upper(path[0]);
         path.remove_prefix(2);
     }
-    // Only the current drive has a directory to start from; on any other "X:name" starts at the root.
+    // Only the current drive has a current directory; on any other, "X:name" starts at the root.
     resolved.below.clear();
     const bool absolute = !path.empty() && isSeparator(path[0]);
     if (!absolute && resolved.letter == currentLetter && currentDirectory.size() > 3) {

@@ -6,7 +6,7 @@
 
 namespace winlayer {
 
-// What a handle of FindFirstFileA stands for. Only FindNextFileA and FindClose take it.
+// The object of a FindFirstFileA handle. Only FindNextFileA and FindClose accept it.
 class SearchObject final : public KernelObject {
 public:
     explicit SearchObject(std::unique_ptr<Listing> found) : listing(std::move(found)) {}

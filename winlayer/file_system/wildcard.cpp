@@ -34,7 +34,7 @@ bool Wildcard::dotMayEnd(std::size_t at) const {
            (pattern_[at + 1] == '*' || pattern_[at + 1] == '?');
 }
 
-// Walks both texts, and where they part goes back to the last "*" and lets it stand for one character more.
+// Compares both texts; at a mismatch backtracks to the last "*" and lets it match one more character.
 bool Wildcard::matches(std::string_view name) const {
     if (pattern_ == "*" && !withoutExtension_) {
         return true;
@@ -55,7 +55,7 @@ bool Wildcard::matches(std::string_view name) const {
             star = p++;
             starName = n;
         } else if (wanted == '?' ? atEnd || folded[n] == '.' : atEnd && wanted != '\0' && dotMayEnd(p)) {
-            ++p;  // it stands for no character here
+            ++p;  // it matches no character here
         } else if (wanted == '?') {
             ++p;
             n += characterLength(folded, n);

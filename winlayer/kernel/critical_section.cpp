@@ -11,9 +11,9 @@
 #include <sys/single_threaded.h>
 #endif
 
-// Every operation of a string takes two locks, so entering and leaving a free one must cost next to nothing:
-// one atomic instruction each, and none while the process has only one thread. A second thread can only be
-// started by the first, which publishes all it wrote, so a lock taken the plain way is seen as taken.
+// Every string operation takes two locks, so entering and leaving a free section must cost almost nothing:
+// one atomic instruction each, and none while the process has only one thread. Starting a second thread
+// publishes all that the first has written, so a lock taken without atomics is seen as taken.
 
 namespace {
 
@@ -21,7 +21,7 @@ constexpr std::uint32_t isFree = 0;
 constexpr std::uint32_t isTaken = 1;
 constexpr std::uint32_t isWaitedFor = 2;
 
-// Its address tells the threads apart.
+// Its address identifies the thread.
 thread_local char threadMark;
 
 std::uintptr_t thisThread() {
@@ -54,7 +54,7 @@ void take(CRITICAL_SECTION& section) {
     if (state.compare_exchange_strong(expected, isTaken, std::memory_order_acquire)) {
         return;
     }
-    // Who ever waited takes the section as waited for: it cannot know whether it was the last one waiting.
+    // A waiter leaves the section marked as waited for: it cannot know whether it was the last one.
     while (state.exchange(isWaitedFor, std::memory_order_acquire) != isFree) {
         sleepWhileWaitedFor(section.state);
     }
@@ -92,7 +92,7 @@ void WINAPI EnterCriticalSection(LPCRITICAL_SECTION section) {
     ++section->depth;
 }
 
-// As on Windows, whoever calls it gives back one entry; that it is the owner's is the caller's duty. A free
+// As on Windows, any caller releases one entry; the caller must make sure that it is the owner. A free
 // section stays free.
 void WINAPI LeaveCriticalSection(LPCRITICAL_SECTION section) {
     winlayer::entered(__func__);

@@ -3,8 +3,7 @@
 
 namespace winlayer {
 
-// The pseudo handles that stand for the caller's own process and thread. They are in no table and need no
-// closing.
+// The pseudo handles of the caller's own process and thread. They are in no table and need not be closed.
 inline HANDLE currentProcess() {
     return reinterpret_cast<HANDLE>(static_cast<LONG_PTR>(-1));
 }

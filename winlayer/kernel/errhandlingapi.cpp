@@ -8,8 +8,7 @@ namespace {
 thread_local DWORD lastError = 0;
 }
 
-// Neither enters the gate: a record of the calls must not change with how often its reader asks why one
-// failed.
+// Neither enters the call hook: reading the last error must not change a record of the calls.
 DWORD WINAPI GetLastError() {
     return lastError;
 }

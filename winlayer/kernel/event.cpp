@@ -34,7 +34,7 @@ void EventObject::pulse() {
     }
 }
 
-// Ends a wait when the event is signalled; an automatic one is not signalled afterwards.
+// Ends a wait if the event is signalled; resets an automatic event.
 bool EventObject::take() {
     if (!signalled_) {
         return false;

@@ -8,18 +8,18 @@ namespace winlayer {
 
 class Clock;
 
-// An event: signalled until someone resets it, or, an automatic one, until one wait has seen it.
+// An event: signalled until it is reset or, if automatic, until it has ended one wait.
 class EventObject final : public KernelObject {
 public:
     EventObject(bool manualReset, bool signalled) : manualReset_(manualReset), signalled_(signalled) {}
 
     void set();
     void reset();
-    // Lets go whoever waits at this moment (an automatic event: one of them) and leaves it not signalled.
+    // Releases the threads waiting at this moment (one, if automatic) and leaves the event not signalled.
     void pulse();
-    // Whether the event was signalled within the time; INFINITE waits for ever. While the machine's clock is
-    // stopped time passes only by what is done on it, so a wait that would last moves the clock forward by
-    // its milliseconds at once and ends unsignalled; one without a limit really waits.
+    // Whether the event was signalled within the time; INFINITE waits without limit. While the machine's
+    // clock is stopped, a wait that would block advances the clock by its milliseconds and ends unsignalled
+    // at once; one without a limit really waits.
     bool wait(DWORD milliseconds, Clock& clock);
 
 private:
@@ -30,7 +30,7 @@ private:
     std::condition_variable changed_;
     bool signalled_;
     unsigned waiting_ = 0;
-    unsigned released_ = 0;    // waits of an automatic event that a pulse let go and that have not ended yet
+    unsigned released_ = 0;    // waits of an automatic event released by a pulse and not yet ended
     unsigned generation_ = 0;  // pulses of a manual event
 };
 

@@ -10,7 +10,7 @@
 
 namespace {
 
-// What was written through one handle may not wait for the last one to be closed: nobody might look at that.
+// Flushes at every close, because an error at the last handle's close might be ignored.
 DWORD settle(winlayer::KernelObject& object) try {
     const auto* const file = dynamic_cast<winlayer::FileObject*>(&object);
     return file != nullptr ? file->file->settle() : 0;
@@ -24,8 +24,8 @@ bool isPseudoHandle(HANDLE handle) {
 
 }  // namespace
 
-// A close that the fault plan fails still takes the handle away: Windows refuses to close only what is not
-// open any more, so a caller must not be left with a handle it cannot get rid of.
+// The handle is closed even when the fault plan fails the call: Windows refuses only handles that are no
+// longer open, so a caller must not be left with one that it cannot close.
 BOOL WINAPI CloseHandle(HANDLE object) {
     const DWORD planned = winlayer::deniedCode(__func__);
     winlayer::HandleTable& handles = winlayer::HandleTable::current();
@@ -41,7 +41,7 @@ BOOL WINAPI CloseHandle(HANDLE object) {
     return TRUE;
 }
 
-// The copy stands for the same object, its position included, and grants what the source grants.
+// The copy refers to the same object, including its position, and has the same access rights.
 BOOL WINAPI DuplicateHandle(HANDLE sourceProcess, HANDLE source, HANDLE targetProcess, LPHANDLE target,
                             DWORD /*access*/, BOOL /*inherit*/, DWORD options) try {
     if (winlayer::denied(__func__)) {

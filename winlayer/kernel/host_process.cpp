@@ -12,8 +12,8 @@ namespace winlayer {
 
 namespace {
 
-// Runs between fork and exec, where only what a signal handler may do is allowed. It ends with the program,
-// which closes the pipe, or by writing the reason into it.
+// Runs between fork and exec, where only async-signal-safe calls are allowed. Ends by starting the program,
+// which closes the pipe, or by writing the reason into the pipe.
 [[noreturn]] void become(const char* program, char* const* arguments, const char* folder, int report) {
     const bool there = *folder == 0 || ::chdir(folder) == 0;
     if (there) {
@@ -37,7 +37,7 @@ int startDetached(const std::filesystem::path& program, const std::vector<std::s
     if (::pipe2(ends, O_CLOEXEC) != 0) {
         return errno;
     }
-    // The child in between ends at once, so that the program has no parent that waits for it.
+    // The intermediate child exits at once, so that no parent has to wait for the program.
     const pid_t between = ::fork();
     if (between == 0) {
         ::setsid();

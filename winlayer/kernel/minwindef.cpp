@@ -6,14 +6,14 @@
 
 namespace {
 
-// The last addresses handed out, each under a number of its own. A number is a multiple of 16, as a real
-// address of a structure would be, and its place in the ring follows from it; a number whose place was given
-// to a later address is known by the difference.
+// The last addresses handed out, each under its own number. A number is a multiple of 16, as a real address
+// of a structure would be, and determines the position in the ring; if a later address has taken that
+// position, the stored number differs.
 class AddressTable {
 public:
     ULONG add(const void* pointer) {
         const std::lock_guard lock(mutex_);
-        // Wraps around before it would pass 2^32, and never gives out 0.
+        // Wraps around before it exceeds 2^32, and is never 0.
         next_ = next_ == last ? first : next_ + 1;
         entries_[next_ % entries_.size()] = {pointer, next_};
         return next_ * step;

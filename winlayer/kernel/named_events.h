@@ -9,13 +9,13 @@
 
 namespace winlayer {
 
-// The events of the machine that were made with a name. A name lasts as long as a handle to its event.
+// The machine's named events. A name exists as long as an open handle to its event.
 class NamedEvents {
 public:
     // The current machine's.
     static NamedEvents& current();
 
-    // The event of this name if there is one (`existed`), otherwise a new one. A null or empty name is none.
+    // The existing event of this name (`existed`) or a new one. A null or empty name makes it unnamed.
     std::shared_ptr<EventObject> open(const char* name, bool& existed,
                                       const std::function<std::shared_ptr<EventObject>()>& make);
 

@@ -73,7 +73,7 @@ BOOL WINAPI PulseEvent(HANDLE event) {
     return TRUE;
 }
 
-// A file is always signalled: its transfers are complete when the call that started them returns.
+// A file is always signalled: its transfers are complete when the call that starts them returns.
 DWORD WINAPI WaitForSingleObject(HANDLE object, DWORD milliseconds) {
     if (winlayer::denied(__func__)) {
         return WAIT_FAILED;

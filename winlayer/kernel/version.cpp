@@ -1,4 +1,4 @@
-// Which Windows this is, and what its computer is called.
+// The Windows version and the computer's name.
 
 #include <cstring>
 
@@ -32,7 +32,7 @@ Release releaseOf(WindowsVersion version) {
         case WindowsVersion::XP:
             return {5, 1, 2600};
         default:
-            // What every Windows from 8 on tells a program that does not declare that it knows a newer one.
+            // Windows 8 and later report this to a program that does not declare support for a newer version.
             return {6, 2, 9200};
     }
 }
@@ -63,8 +63,8 @@ BOOL WINAPI GetVersionExA(LPOSVERSIONINFOA version) {
     return TRUE;
 }
 
-// The size counts the zero on entry and when it is too small, and not on success. Windows 95, 98 and Me want
-// room for the longest name.
+// The size includes the zero on entry and when the buffer is too small, but not on success. Windows 95, 98
+// and Me require a buffer for the longest possible name.
 BOOL WINAPI GetComputerNameA(LPSTR buffer, LPDWORD size) try {
     if (denied(__func__)) {
         return FALSE;

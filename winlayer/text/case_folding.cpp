@@ -9,7 +9,7 @@ namespace winlayer {
 
 namespace {
 
-// The host's table of all characters, independent of the locale that the program chose.
+// The host's tables for all characters, independent of the locale that the program has set.
 locale_t unicode() {
     static const locale_t locale = ::newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
     return locale;
@@ -17,7 +17,7 @@ locale_t unicode() {
 
 struct Character {
     std::uint32_t code;
-    std::size_t length;  // 0: no UTF-8
+    std::size_t length;  // 0: not UTF-8
 };
 
 Character decode(std::string_view text) {

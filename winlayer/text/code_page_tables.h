@@ -4,7 +4,7 @@
 
 namespace winlayer {
 
-// What the bytes 80 to FF stand for, sixteen a line. Bytes that a page leaves open stand for the control
+// The characters of bytes 80 to FF, sixteen per line. Bytes that a page leaves undefined map to the control
 // character of the same number.
 constexpr char16_t page1250[] =
     u"€\u0081‚\u0083„…†‡\u0088‰Š‹ŚŤŽŹ"
@@ -39,8 +39,8 @@ constexpr char16_t page1252[] =
     u"ðñòóôõö÷øùúûüýþÿ";
 static_assert(sizeof(page1252) == 129 * sizeof(char16_t));
 
-// Letters of these pages that are a plain letter with one accent: the accent, then plain and accented letter
-// in turn.
+// Letters of these pages that consist of a plain letter and one accent: the accent, then pairs of plain and
+// accented letter.
 struct Accent {
     char16_t mark;
     const char16_t* pairs;

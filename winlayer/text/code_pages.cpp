@@ -44,8 +44,8 @@ void appendCodePoint(std::u16string& wide, char32_t point) {
     wide.push_back(static_cast<char16_t>(0xDC00 + ((point - 0x10000) & 0x3FF)));
 }
 
-// What may follow a lead byte: how many bytes, and the range of the first of them, which rules out overlong
-// forms, surrogates and numbers past the last character.
+// What may follow a lead byte: the number of bytes, and the range of the first of them, which excludes
+// overlong forms, surrogates and numbers beyond the last character.
 struct Utf8Form {
     std::size_t following = 0;
     unsigned char low = 0x80;
@@ -70,7 +70,7 @@ Utf8Form formOf(unsigned char lead) {
     return {};
 }
 
-// Reads one character at the front of `text`, at least one byte; false when it is not well-formed.
+// Takes one character, at least one byte, from the start of `text`; false when it is not well-formed.
 bool takeUtf8(std::string_view& text, char32_t& point) {
     const auto lead = static_cast<unsigned char>(text.front());
     text.remove_prefix(1);
@@ -146,7 +146,7 @@ std::string narrowUtf8(std::u16string_view wide) {
     return text;
 }
 
-// The byte that stands for a unit; false when the page has none.
+// The byte of a unit; false when the page has none.
 bool byteFor(const char16_t* table, char16_t unit, char& byte) {
     if (unit < 0x80) {
         byte = static_cast<char>(unit);
@@ -158,7 +158,7 @@ bool byteFor(const char16_t* table, char16_t unit, char& byte) {
     return found != end;
 }
 
-// The letter that `plain` makes with the accent `mark`; 0 when there is none.
+// The letter composed of `plain` and the accent `mark`; 0 when there is none.
 char16_t accented(char16_t plain, char16_t mark) {
     for (const Accent& accent : accents) {
         for (const char16_t* pair = accent.pairs; accent.mark == mark && *pair != 0; pair += 2) {

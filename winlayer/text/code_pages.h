@@ -8,15 +8,15 @@ namespace winlayer {
 
 struct SystemSettings;
 
-// Text in an ANSI code page and what it means. Code pages 1250, 1251 and 1252 (the bytes they leave open
-// stand for the control characters of the same number, as on Windows) and 65001 (UTF-8).
+// Conversion between ANSI code pages and Unicode. Code pages 1250, 1251 and 1252 (undefined bytes map to the
+// control characters of the same number, as on Windows) and 65001 (UTF-8).
 
 bool isCodePage(UINT codePage);
-// CP_ACP becomes the machine's own code page; others stay.
+// CP_ACP becomes the machine's own code page; others are returned unchanged.
 UINT actualCodePage(const SystemSettings& settings, UINT codePage);
 
-// Units of UTF-16 for text in a code page; `valid` tells whether the text was well-formed. What is not
-// becomes U+FFFD (UTF-8 only; every byte means something in the other pages).
+// Converts text from a code page to UTF-16; `valid` reports whether it was well-formed. Malformed parts
+// become U+FFFD (UTF-8 only; in the other pages every byte is valid).
 std::u16string widen(UINT codePage, std::string_view text, bool& valid);
 
 struct Narrowing {
@@ -26,10 +26,9 @@ struct Narrowing {
 };
 std::string narrow(UINT codePage, std::u16string_view wide, Narrowing& how);
 
-// Between the machine's ANSI code page and the host, which speaks UTF-8.
+// Conversion between the machine's ANSI code page and the host's UTF-8.
 std::string toUtf8(const SystemSettings& settings, std::string_view ansi);
-// False when a character has no place in the machine's code page, or the text is not UTF-8; `ansi` is then
-// left alone.
+// False when the machine's code page lacks a character or the text is not UTF-8; `ansi` is then left alone.
 bool fromUtf8(const SystemSettings& settings, std::string_view utf8, std::string& ansi);
 
 }  // namespace winlayer

@@ -16,7 +16,7 @@ std::chrono::year_month_day dayOf(const SYSTEMTIME& time) {
     return {std::chrono::year(time.wYear), std::chrono::month(time.wMonth), std::chrono::day(time.wDay)};
 }
 
-// What stands for `count` equal letters of a picture; nothing for a letter that means itself.
+// The value of `count` equal letters of a picture; nothing for a letter that is literal.
 std::optional<std::string> datePart(const Locale& locale, const SYSTEMTIME& time, char letter,
                                     std::size_t count) {
     if (letter == 'd' && count > 2) {
@@ -59,7 +59,7 @@ std::optional<std::string> timePart(const Locale& locale, const SYSTEMTIME& time
     }
 }
 
-// The text between quotes that starts at `begin`; two quotes in it stand for one. `begin` moves behind it.
+// The quoted text that starts at `begin`; a doubled quote in it is one quote. Moves `begin` past it.
 std::string quoted(std::string_view picture, std::size_t& begin) {
     std::string text;
     for (++begin; begin < picture.size(); ++begin) {
@@ -112,7 +112,7 @@ std::string formatDate(const Locale& locale, const SYSTEMTIME& time, std::string
     return text;
 }
 
-// A part that is left out takes the characters between it and the part before it along.
+// Omitting a part also omits the characters between it and the part before it.
 std::string formatTime(const Locale& locale, const SYSTEMTIME& time, std::string_view picture, DWORD flags) {
     std::string text;
     std::string between;

@@ -1,4 +1,4 @@
-// FormatMessageA and the memory that it gives away.
+// FormatMessageA, and LocalFree for the memory that it returns.
 
 #include <algorithm>
 #include <cstdarg>
@@ -33,7 +33,7 @@ std::vector<std::uint64_t> readArray(std::size_t count, const DWORD_PTR* array) 
     return std::vector<std::uint64_t>(array, array + count);
 }
 
-// Each argument is read as what it was passed as. The list is used up, as Windows leaves it.
+// Reads each argument with the type it was passed as. The list is consumed, as on Windows.
 std::vector<std::uint64_t> readList(const std::vector<ArgumentKind>& kinds, va_list* arguments) {
     std::vector<std::uint64_t> values;
     // NOLINTBEGIN(clang-analyzer-valist.Uninitialized): the caller has started the list
@@ -69,7 +69,7 @@ DWORD format(DWORD flags, const std::string& definition, va_list* arguments, std
     return NO_ERROR;
 }
 
-// A buffer of its own is null when there is no text.
+// The allocated buffer is null when there is no text.
 void giveAllocated(const std::string& text, DWORD size, LPSTR buffer) {
     void* block = nullptr;
     if (!text.empty()) {
@@ -114,7 +114,7 @@ DWORD WINAPI FormatMessageA(DWORD flags, LPCVOID source, DWORD messageId, DWORD 
     return outOfMemory(0U);
 }
 
-// Null on success, the address itself when it is no such memory.
+// Null on success, otherwise the address itself.
 HLOCAL WINAPI LocalFree(HLOCAL memory) {
     entered(__func__);
     if (memory == nullptr || winlayer::LocalMemory::current().release(memory)) {

@@ -24,17 +24,17 @@ struct Locale {
     std::array<const char*, 12> shortMonths;
 };
 
-// Null for a locale that is not known here.
+// Null for an unknown locale.
 const Locale* findLocale(const SystemSettings& settings, LCID id);
 
-// A number that GetNumberFormatA takes ("-12.50"), written as the format says; nothing when it is no such
-// number or the format is none. Texts of the format and the result are in the same code page.
+// Formats a number that GetNumberFormatA accepts ("-12.50"); nothing when the number or the format is
+// invalid. Texts of the format and the result are in the same code page.
 std::optional<std::string> formatNumber(std::string_view value, const NUMBERFMTA& format);
 
-// Whether there is such a day, or time of day.
+// Whether the date, or the time of day, exists.
 bool isDate(const SYSTEMTIME& time);
 bool isTimeOfDay(const SYSTEMTIME& time);
-// The pictures' letters replaced by the parts of the time; quoted text and other characters stay. UTF-8.
+// Replaces the picture's letters with parts of the time; quoted text and other characters are copied. UTF-8.
 std::string formatDate(const Locale& locale, const SYSTEMTIME& time, std::string_view picture);
 std::string formatTime(const Locale& locale, const SYSTEMTIME& time, std::string_view picture, DWORD flags);
 

@@ -11,7 +11,6 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-// A view that is read from the front.
 class Reader {
 public:
     explicit Reader(std::string_view text) : rest_(text) {}
@@ -45,7 +44,7 @@ std::string takeAmount(Reader& reader) {
     return reader.take("*") ? "*" : reader.takeDigits(mostDigits);
 }
 
-// The size in front of a type: how many bits of a number, or which kind of text.
+// The size prefix of a type: the width of a number, or the kind of text.
 void takeSize(Reader& reader, MessageInsert& insert, bool& narrowText) {
     if (reader.take("I64") || reader.take("ll")) {
         insert.kind = ArgumentKind::LongNumber;
@@ -59,7 +58,7 @@ void takeSize(Reader& reader, MessageInsert& insert, bool& narrowText) {
     }
 }
 
-// "!-08.3ld!" after its first exclamation mark.
+// Parses "!-08.3ld!" after its first exclamation mark.
 bool takeFormat(Reader& reader, MessageInsert& insert) {
     while (!reader.atEnd() && std::string_view("-+ #0").find(reader.peek()) != std::string_view::npos) {
         insert.flags += reader.take();

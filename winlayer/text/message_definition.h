@@ -6,10 +6,10 @@
 
 namespace winlayer {
 
-// What the value of an insert is read as: 32 bits, 64 bits, or as much as an address takes.
+// How an insert's argument is read: 32 bits, 64 bits, or the size of an address.
 enum class ArgumentKind { Number, LongNumber, Address };
 
-// "%3!-08ld!": the number and how its value is to be written.
+// "%3!-08ld!": the number and the format of the value.
 struct MessageInsert {
     unsigned number = 0;    // 1 to 99
     std::string flags;      // of "-+ #0"
@@ -17,10 +17,10 @@ struct MessageInsert {
     std::string precision;  // "." and digits or "*", or nothing
     char type = 's';        // one of "sScCdiuoxXp"
     bool wide = false;      // text is in 16-bit units
-    bool isShort = false;   // only the low 16 bits count
+    bool isShort = false;   // only the low 16 bits are used
     ArgumentKind kind = ArgumentKind::Address;
 
-    // Values taken from the arguments for width and precision.
+    // Number of arguments that width and precision take.
     unsigned stars() const { return (width == "*" ? 1u : 0u) + (precision == ".*" ? 1u : 0u); }
 };
 
@@ -31,8 +31,8 @@ struct MessagePiece {
     MessageInsert insert;
 };
 
-// Takes a message definition apart, up to its end or a "%0". With `ignoreInserts` inserts stay text.
-// False when an insert is malformed or of a type that does not exist for messages.
+// Parses a message definition up to its end or a "%0". With `ignoreInserts`, inserts remain text. False when
+// an insert is malformed or of a type that messages do not have.
 bool parseMessage(std::string_view definition, bool ignoreInserts, std::vector<MessagePiece>& pieces);
 
 }  // namespace winlayer

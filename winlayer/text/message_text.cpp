@@ -20,7 +20,7 @@ Address addressOf(std::uint64_t value) {
     return reinterpret_cast<Address>(static_cast<std::uintptr_t>(value));
 }
 
-// Width and precision with the arguments put in; -1 for none.
+// Width and precision after their arguments were read; -1 for none.
 struct Measures {
     int width = -1;
     int precision = -1;
@@ -53,7 +53,7 @@ std::string narrowText(const SystemSettings& settings, const WCHAR* text, std::s
     return narrow(settings.ansiCodePage, std::u16string(text, text + length), how);
 }
 
-// At most `precision` characters are looked at, so that a text need not end in a zero.
+// Reads at most `precision` characters, so that a text need not end in a zero.
 template <class Unit>
 std::size_t lengthOf(const Unit* text, int precision) {
     std::size_t length = 0;
@@ -88,7 +88,7 @@ std::string padded(std::string text, const Measures& measures) {
     return text;
 }
 
-// Everything in the widest type, so that one call writes numbers of any size.
+// In the widest type, so that one call formats numbers of any size.
 long long signedValue(const MessageInsert& insert, std::uint64_t value) {
     if (insert.isShort) {
         return static_cast<std::int16_t>(value);
@@ -145,7 +145,7 @@ std::string insertText(const SystemSettings& settings, const MessageInsert& inse
     }
 }
 
-// Breaks a line at blanks so that no part is wider than asked, as far as there are blanks.
+// Breaks a line at blanks so that no part exceeds the width, as far as there are blanks.
 std::string wrapped(std::string line, std::size_t width) {
     std::string out;
     while (line.size() > width) {

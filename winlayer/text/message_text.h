@@ -9,25 +9,25 @@ namespace winlayer {
 
 struct SystemSettings;
 
-// Which argument each insert takes its value from, counted from 0 in the order in which they were passed. The
-// width and precision of an insert, if these are arguments, stand right before it. Insert numbers count them
-// too: in an array each of them, in an argument list all but the first of an insert.
+// Maps inserts to arguments, which count from 0 in the order in which they were passed. The width and
+// precision of an insert, if they are arguments, come right before it. Insert numbers count them too: in an
+// array each of them, in an argument list all but the first of an insert.
 class MessageArguments {
 public:
     MessageArguments(const std::vector<MessagePiece>& pieces, bool inArray);
 
-    // What each argument is to be read as, in order; those that no insert names are addresses.
+    // How to read each argument, in order; those that no insert names are addresses.
     const std::vector<ArgumentKind>& kinds() const { return kinds_; }
     std::size_t indexOf(const MessageInsert& insert) const;
 
 private:
     bool inArray_;
-    std::vector<unsigned> uncounted_;  // insert numbers in front of which an argument is not counted
+    std::vector<unsigned> uncounted_;  // insert numbers before which an argument is not counted
     std::vector<ArgumentKind> kinds_;
 };
 
-// Puts the values in and lays out the lines: 0 keeps line breaks as they are, 255 leaves only the hard ones,
-// any other width breaks lines of more characters at blanks.
+// Formats the values and lays out the lines: 0 keeps line breaks as they are, 255 keeps only the hard ones,
+// any other width breaks longer lines at blanks.
 std::string messageText(const SystemSettings& settings, const std::vector<MessagePiece>& pieces,
                         const MessageArguments& arguments, const std::vector<std::uint64_t>& values,
                         unsigned lineWidth);

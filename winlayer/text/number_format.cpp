@@ -32,7 +32,7 @@ void increment(std::string& digits) {
     digits.insert(digits.begin(), '1');
 }
 
-// The digits of the value with exactly `places` of them behind the point, rounded half away from zero.
+// The digits of the value with exactly `places` decimals, rounded half away from zero.
 std::string scaled(std::string_view whole, std::string_view fraction, std::size_t places) {
     std::string digits(whole);
     digits += fraction.substr(0, places);

@@ -9,14 +9,14 @@
 namespace winlayer {
 namespace {
 
-// The length stands in the last four bytes of the room before the text, which keeps the text aligned.
+// The length is in the last four bytes of the prefix, whose size keeps the text aligned.
 constexpr std::size_t room = alignof(std::max_align_t);
 
 BYTE* blockOf(BSTR text) {
     return reinterpret_cast<BYTE*>(text) - room;
 }
 
-// With a whole unit of zero behind the last byte.
+// Appends a full zero unit after the last byte.
 BSTR make(const void* bytes, std::size_t length) {
     if (length > std::numeric_limits<UINT>::max() - room - sizeof(OLECHAR)) {
         return nullptr;

@@ -1,4 +1,4 @@
-// Conversions between code pages and wide text.
+// Conversions between code pages and UTF-16.
 
 #include <algorithm>
 
@@ -13,7 +13,7 @@ namespace {
 constexpr DWORD widenFlags = MB_PRECOMPOSED | MB_USEGLYPHCHARS | MB_ERR_INVALID_CHARS;
 constexpr DWORD narrowFlags = WC_COMPOSITECHECK | WC_SEPCHARS | WC_NO_BEST_FIT_CHARS;
 
-// Copies units to a buffer of `size`, or only counts them when the size is 0.
+// Copies the text to a buffer of `size` units, or only counts them when the size is 0.
 template <class Text, class Unit>
 int give(const Text& text, Unit* buffer, int size) {
     const auto length = static_cast<int>(text.size());

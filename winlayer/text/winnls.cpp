@@ -12,7 +12,7 @@
 namespace winlayer {
 namespace {
 
-// Stores a text with its zero, or only counts it when the size is 0.
+// Stores a text including its zero, or only counts it when the size is 0.
 int give(const std::string& text, LPSTR buffer, int size) {
     const auto needed = static_cast<int>(text.size()) + 1;
     if (size < 0 || (size > 0 && buffer == nullptr)) {
@@ -34,7 +34,7 @@ int giveUtf8(const std::string& utf8, LPSTR buffer, int size) {
     return fits ? give(text, buffer, size) : failed(ERROR_NO_UNICODE_TRANSLATION);
 }
 
-// Null for a type that is not known here.
+// Null for an unknown type.
 const char* info(const Locale& locale, LCTYPE type) {
     switch (type) {
         case LOCALE_SDECIMAL:
