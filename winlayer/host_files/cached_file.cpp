@@ -8,7 +8,7 @@ namespace winlayer {
 namespace {
 
 constexpr std::size_t pieceSize = 65536;
-// What a call of the host costs less than to copy once more.
+// From this size a host call costs less than another copy.
 constexpr std::size_t largeTransfer = 4096;
 
 }  // namespace
@@ -18,7 +18,7 @@ CachedFile::CachedFile(std::unique_ptr<HostFile> file, std::uint64_t size)
     caching_ = file_->attach(*this);
 }
 
-// A failure that nobody heard of when the handle was closed cannot be told any more.
+// An error that was not reported when the handle was closed can no longer be reported.
 CachedFile::~CachedFile() {
     CachedFile::settle();
     file_->detach();
@@ -46,7 +46,7 @@ bool CachedFile::holds(std::uint64_t offset, std::size_t count) const {
     return offset >= ahead_.offset && offset <= ahead_.end() && count <= ahead_.end() - offset;
 }
 
-// Reaches further as long as the reads go forward piece by piece.
+// The length doubles while the reads move forward.
 bool CachedFile::readAhead(std::uint64_t offset) {
     const bool forward = offset >= ahead_.offset && offset - ahead_.offset <= 2 * reach_;
     reach_ = forward ? std::clamp(2 * reach_, largeTransfer, pieceSize) : largeTransfer;
@@ -75,8 +75,8 @@ Transfer CachedFile::write(std::uint64_t offset, std::span<const std::byte> data
     return {static_cast<DWORD>(data.size()), 0};
 }
 
-// A large write joins what is being gathered but does not begin it. Where something found no place, nothing
-// more is taken before it has.
+// A large write is appended to a pending piece but does not begin one. After a failed flush nothing more is
+// buffered until one succeeds.
 bool CachedFile::gathers(std::uint64_t offset, std::size_t count) const {
     if (!caching_ || stuck_ || offset > std::numeric_limits<std::int64_t>::max() - pieceSize) {
         return false;

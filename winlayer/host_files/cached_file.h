@@ -8,10 +8,9 @@
 
 namespace winlayer {
 
-// A host file of a machine that works alone, with what the kernel of Windows does for small transfers: reads
-// are served from a piece that was read ahead, writes gathered until they make a larger one, and the size is
-// known. That ends when the file is opened a second time. Flushes hand everything to the host but do not wait
-// for the medium.
+// A host file in exclusive mode, with the caching that the Windows kernel does: small reads are served from a
+// piece read ahead, small writes are gathered into larger ones, and the size is remembered. Caching ends when
+// the file is opened a second time. Flushes hand everything to the host but do not wait for the medium.
 class CachedFile : public OpenFile, private FileCache {
 public:
     // `size` is the file's.
@@ -26,7 +25,7 @@ public:
     DWORD settle() override;
 
 private:
-    // Bytes at a place in the file.
+    // Bytes and their position in the file.
     struct Piece {
         std::uint64_t offset = 0;
         std::vector<std::byte> bytes;
@@ -49,9 +48,9 @@ private:
     bool caching_ = true;
     std::uint64_t size_;
     Piece ahead_;
-    std::size_t reach_ = 0;  // of the next reading ahead
-    Piece behind_;           // written, and not yet known to the host
-    bool stuck_ = false;     // the host has refused the rest of it
+    std::size_t reach_ = 0;  // length of the last read-ahead
+    Piece behind_;           // written, but not yet passed to the host
+    bool stuck_ = false;     // the host refused to write behind_
 };
 
 }  // namespace winlayer

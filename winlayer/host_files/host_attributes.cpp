@@ -43,7 +43,7 @@ std::optional<DWORD> storedAttributes(Place place) {
     return value & keptAttributes;
 }
 
-// What an entry without the extended attribute has.
+// The attributes of an entry without the extended attribute.
 DWORD defaultAttributes(const struct stat& facts) {
     return S_ISDIR(facts.st_mode) ? 0 : FILE_ATTRIBUTE_ARCHIVE;
 }
@@ -72,8 +72,8 @@ DWORD removeText(const char* path) {
 }
 
 DWORD storeExtended(const char* path, const struct stat& facts, DWORD attributes) {
-    // A file's read-only attribute lies in its mode; written into the text too, it means the same to every
-    // reader.
+    // A file's read-only attribute is in its mode and needs no text; a text that is written contains it too,
+    // so that all readers agree.
     const DWORD besides = S_ISDIR(facts.st_mode) ? attributes : attributes & ~FILE_ATTRIBUTE_READONLY;
     if (besides == defaultAttributes(facts)) {
         return removeText(path);
@@ -90,7 +90,7 @@ DWORD changeMode(const char* path, const struct stat& facts, DWORD attributes) {
         return 0;
     }
     const mode_t mode = facts.st_mode & 07777;
-    // Writing comes back to the owner alone: whom else it was taken from is not known any more.
+    // Only the owner may write again: who else could before is not known any more.
     return ::chmod(path, readOnly ? mode & ~anyWrite : mode | S_IWUSR) == 0 ? 0 : windowsError(errno);
 }
 
@@ -104,8 +104,8 @@ DWORD attributesOf(int descriptor, const struct stat& facts) {
     return attributesAt(descriptor, facts);
 }
 
-// The host lets nobody write the extended attributes of a file whose mode forbids writing, so the mode is
-// changed first when it is to allow it and last when it is to forbid it.
+// The host forbids writing extended attributes of a file whose mode is read-only, so the mode changes first
+// to allow writing and last to forbid it.
 DWORD storeAttributes(const char* path, const struct stat& facts, DWORD attributes) {
     const DWORD kept = attributes & keptAttributes;
     if ((kept & FILE_ATTRIBUTE_READONLY) != 0) {

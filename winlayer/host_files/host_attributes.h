@@ -6,21 +6,19 @@
 
 namespace winlayer {
 
-// Attributes of host files. What the host itself knows comes from it: a directory is one, and a file that
-// nobody may write is read-only. The rest is kept as text ("0x22") in the extended attribute user.DOSATTRIB.
-// A file without one has the archive attribute alone, a directory none. A dot at the front of a name hides
-// nothing.
+// Attributes of host files. Some come from the host: a directory is one, and a file that nobody may write is
+// read-only. The rest is stored as text ("0x22") in the extended attribute user.DOSATTRIB. Without it a file
+// has just the archive attribute, a directory none. A leading dot in a name does not make it hidden.
 
-// What is kept; other bits that a caller sets are ignored, as Windows does.
+// The attributes stored; other bits that a caller sets are ignored, as on Windows.
 inline constexpr DWORD keptAttributes = 0x3127;
 
 DWORD attributesOf(const char* path, const struct stat& facts);
-// The same of a file that is open.
+// The same for an open file.
 DWORD attributesOf(int descriptor, const struct stat& facts);
 
-// Gives a file or directory exactly these attributes. ERROR_NOT_SUPPORTED, and nothing changed, when the
-// host's file system has no place for them; it needs none for the archive attribute of files and the
-// read-only one.
+// Sets exactly these attributes of a file or directory. ERROR_NOT_SUPPORTED, and nothing changed, when the
+// host's file system cannot store them; the archive attribute of files and the read-only one need no support.
 DWORD storeAttributes(const char* path, const struct stat& facts, DWORD attributes);
 
 }  // namespace winlayer

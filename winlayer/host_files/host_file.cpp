@@ -12,7 +12,7 @@ namespace winlayer {
 
 namespace {
 
-// Repeats a call that a signal interrupted before it did anything.
+// Repeats a call that a signal interrupted before it transferred anything.
 template <class Call>
 ssize_t uninterrupted(Call call) {
     ssize_t result = call();
@@ -22,7 +22,7 @@ ssize_t uninterrupted(Call call) {
     return result;
 }
 
-// The host counts positions with a sign.
+// Host offsets are signed.
 bool isHostOffset(std::uint64_t offset) {
     return offset <= static_cast<std::uint64_t>(std::numeric_limits<off_t>::max());
 }
@@ -44,7 +44,7 @@ Transfer HostFile::read(std::uint64_t offset, std::span<std::byte> buffer) {
     return count < 0 ? Transfer{0, windowsError(errno)} : Transfer{static_cast<DWORD>(count), 0};
 }
 
-// A host that writes less than asked is asked again for the rest, because only then does it say why.
+// After a partial write the rest is written again, because only then does the host report the reason.
 Transfer HostFile::write(std::uint64_t offset, std::span<const std::byte> data) {
     Transfer transfer;
     while (transfer.count < data.size() && transfer.error == 0) {

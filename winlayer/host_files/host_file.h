@@ -7,7 +7,7 @@
 
 namespace winlayer {
 
-// A descriptor of the host, closed with its owner.
+// A host descriptor, closed by the destructor.
 class HostDescriptor {
 public:
     explicit HostDescriptor(int number = -1) : number_(number) {}
@@ -22,10 +22,10 @@ private:
     int number_;
 };
 
-// A regular file of the host. Nothing is buffered: each transfer is one positioned call of the host.
+// A regular host file. Nothing is buffered: each transfer is one positioned host call.
 class HostFile : public OpenFile {
 public:
-    // `size` is given when only this open can change it; the host is then not asked for it.
+    // `size` is given when only this open can change it; the host is then not asked.
     HostFile(HostDescriptor descriptor, std::unique_ptr<ShareTable::Entry> share,
              std::optional<std::uint64_t> size)
         : descriptor_(std::move(descriptor)), share_(std::move(share)), size_(size.value_or(unknown)) {}
@@ -36,7 +36,7 @@ public:
     DWORD size(std::uint64_t& bytes) override;
     DWORD resize(std::uint64_t bytes) override;
 
-    // The cache that stands before this file; as the share table has it.
+    // The cache of this file; see ShareTable::Entry.
     bool attach(FileCache& cache) { return share_->attach(cache); }
     void detach() { share_->detach(); }
 

@@ -44,7 +44,7 @@ bool creates(const OpenRequest& request) {
            request.disposition == OPEN_ALWAYS;
 }
 
-// What is missing when something is to be made is the directory to make it in.
+// If creating fails because something is missing, it is the parent directory.
 DWORD errorOfMaking(int hostError) {
     return hostError == ENOENT ? ERROR_PATH_NOT_FOUND : windowsError(hostError);
 }
@@ -55,12 +55,12 @@ std::optional<std::uint64_t> lastingSize(const OpenRequest& request, std::uint64
     return soleWriter ? std::optional(size) : std::nullopt;
 }
 
-// What other opens of the file must share.
+// The access that other opens of the file must share.
 DWORD sharedAccess(const OpenRequest& request) {
     return request.access | (request.deleteOnClose ? deleteAccess : 0);
 }
 
-// What a path leads to, and whether it does so by a link at its end.
+// Gets the facts of a path's target, and whether the path itself is a link.
 bool look(const std::string& path, struct stat& facts, bool& link) {
     link = false;
     if (::lstat(path.c_str(), &facts) != 0) {
@@ -70,8 +70,7 @@ bool look(const std::string& path, struct stat& facts, bool& link) {
     return !link || ::stat(path.c_str(), &facts) == 0;
 }
 
-// A file that was a regular one a moment ago might have become a pipe: opening must not wait for its other
-// end.
+// A regular file might have become a pipe since it was examined: opening must not wait for its other end.
 int openFlags(const OpenRequest& request) {
     const bool writing = wants(request, GENERIC_WRITE) || truncates(request);
     const bool reading = wants(request, GENERIC_READ);
@@ -117,7 +116,7 @@ DWORD HostFolder::locate(const std::string& below, Found& found) {
     return error;
 }
 
-// For what concerns an entry itself: a link that leads nowhere, or back to itself, is there too.
+// For operations on the entry itself: a link that leads nowhere, or back to itself, exists too.
 DWORD HostFolder::locateEntry(const std::string& below, Found& found) {
     const DWORD error = locate(below, found);
     return error != 0 && found.link && ::lstat(found.path.c_str(), &found.facts) == 0 ? 0 : error;
@@ -133,7 +132,7 @@ DWORD HostFolder::find(const std::string& below, Found& found) {
     }
     DWORD error = locateWithoutCase(found.path);
     bool there = error == 0 && look(found.path, found.facts, found.link);
-    // What is remembered without a look may be a name that is not there any more.
+    // A name remembered without a check may no longer exist.
     if (error == 0 && !there && knowledge_->alone && knowledge_->names.forget()) {
         found.path = hostPath(below);
         error = locateWithoutCase(found.path);
@@ -142,7 +141,7 @@ DWORD HostFolder::find(const std::string& below, Found& found) {
     return error != 0 || there ? error : windowsError(errno);
 }
 
-// Mostly the folder is spelt as it is and only the last name is missing or spelt otherwise.
+// Usually the folder is spelt as stored and only the last name is missing or spelt differently.
 DWORD HostFolder::locateWithoutCase(std::string& path) {
     const auto [folder, name] = splitHostPath(path);
     std::string found;
@@ -180,7 +179,7 @@ DWORD HostFolder::walkWithoutCase(const std::string& wanted, std::string& path) 
     return 0;
 }
 
-// Whether it is certain without a look at the host that there is nothing of that name; then also its path.
+// Whether the name is known to be absent without reading its folder; sets its host path.
 bool HostFolder::isAbsent(const std::string& below, std::string& path) {
     path = hostPath(below);
     const auto [folder, name] = splitHostPath(path);
@@ -192,7 +191,7 @@ DWORD HostFolder::open(const std::string& below, const OpenRequest& request, std
     std::string path;
     if (creates(request) && isAbsent(below, path)) {
         existed = false;
-        // Another program may have been quicker.
+        // Another program may have created it first.
         const DWORD error = create(path, request, file);
         if (error != ERROR_FILE_EXISTS) {
             return error;
@@ -244,7 +243,7 @@ std::unique_ptr<OpenFile> HostFolder::fileFor(HostDescriptor descriptor,
     return file;
 }
 
-// Windows refuses to overwrite a hidden or system file by a request that does not name that attribute.
+// Windows refuses to overwrite a hidden or system file unless the request has that attribute too.
 DWORD HostFolder::mayOverwrite(const std::string& path, const struct stat& known,
                                const OpenRequest& request) const {
     const DWORD attributes = attributesOf(path.c_str(), known);
@@ -286,7 +285,7 @@ DWORD HostFolder::openExisting(const Found& found, const OpenRequest& request,
         }
     }
     const auto size = truncates(request) ? 0 : static_cast<std::uint64_t>(known.st_size);
-    // Nothing that is told of a file which nobody changes can differ from what its name leads to.
+    // As no other program changes the file, its descriptor and its path have the same facts.
     if (knowledge_->alone && access == GENERIC_READ && !link) {
         share->tellPath(path, descriptor.get());
     }
@@ -378,12 +377,12 @@ DWORD HostFolder::removeFile(const std::string& below) {
     return ::unlink(path.c_str()) == 0 ? 0 : windowsError(errno);
 }
 
-// What a link leads to may be read-only, which does not keep the link itself.
+// The target of a link may be read-only; the link itself can still be removed.
 bool HostFolder::isReadOnly(const Found& found) {
     return !found.link && (attributesOf(found.path.c_str(), found.facts) & FILE_ATTRIBUTE_READONLY) != 0;
 }
 
-// Of what is remembered, a path may lead elsewhere from now on.
+// Remembered paths may lead elsewhere from now on.
 void HostFolder::forgetPaths() {
     knowledge_->shares->forgetLast();
     if (knowledge_->alone) {
@@ -418,7 +417,7 @@ DWORD HostFolder::removeDirectory(const std::string& below) {
         return ERROR_ACCESS_DENIED;
     }
     forgetPaths();
-    // Of a link to a directory the link goes and the directory stays.
+    // Removes a link to a directory, not the directory.
     const int failed = found.link ? ::unlink(found.path.c_str()) : ::rmdir(found.path.c_str());
     return failed == 0 ? 0 : windowsError(errno);
 }

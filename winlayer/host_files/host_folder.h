@@ -15,35 +15,35 @@ namespace winlayer {
 class HostDescriptor;
 struct SystemSettings;
 
-// What the host folders of one machine share, since two of them may lead to the same files.
+// State that the host folders of one machine share, since two of them may contain the same files.
 struct HostKnowledge {
-    bool alone = false;  // as Drives::workAlone() says
+    bool alone = false;  // exclusive mode, see Drives::workAlone()
     std::shared_ptr<ShareTable> shares = std::make_shared<ShareTable>();
     NameIndex names;
 };
 
-// A host folder as a file system. Names are found as they are spelt, with one call of the host; only one that
-// is missing is looked for without case, element by element. Text becomes UTF-8 here. There are no short
-// names: a file has the one name that its folder shows.
+// A host folder as a file system. A name spelt as stored is found with one host call; only a missing one is
+// searched for without case, element by element. Text is converted to UTF-8 here. There are no short names: a
+// file has only the name that its folder shows.
 //
-// Links are followed, and shown as what they lead to with FILE_ATTRIBUTE_REPARSE_POINT; one that leads
-// nowhere shows as an empty file. Removing a link removes the link, and attributes that it is given do not
-// reach what it leads to: it has no place for any but the archive attribute (ERROR_NOT_SUPPORTED). A walk
-// that follows a link back into a directory it came through would not end, so listing a directory by such a
-// link fails with ERROR_CANT_RESOLVE_FILENAME. What is neither a regular file nor a directory shows as a file
-// and refuses to open (ERROR_ACCESS_DENIED). A name that Windows could not have fails the listing with
-// ERROR_INVALID_NAME, one that the code page cannot hold with ERROR_NO_UNICODE_TRANSLATION: none is left out.
+// Links are followed, and shown as their targets with FILE_ATTRIBUTE_REPARSE_POINT; one that leads nowhere is
+// shown as an empty file. Removing a link removes only the link, and attributes set on a link do not change
+// its target: a link can have only the archive attribute (otherwise ERROR_NOT_SUPPORTED). Listing a directory
+// by a link back to one of its own path's directories fails with ERROR_CANT_RESOLVE_FILENAME, because a
+// recursive walk would not end. Anything but a regular file or directory is shown as a file that does not
+// open (ERROR_ACCESS_DENIED). No name is left out: listing fails with ERROR_INVALID_NAME for one that Windows
+// cannot have, with ERROR_NO_UNICODE_TRANSLATION for one that the code page lacks.
 class HostFolder : public FileSystem {
 public:
     HostFolder(const SystemSettings& settings, std::shared_ptr<HostKnowledge> knowledge, std::string root);
 
-    // The folder itself, without a separator behind it ("" is the host's root).
+    // The folder's path, without a trailing separator ("" is the host's root).
     virtual const std::string& root();
-    // False for a folder that nobody has used yet, in which no host path can lie.
+    // False for a folder not made yet, which contains no host path.
     virtual bool isMade() const { return true; }
 
-    // The host path of a path below the root, spelt as the host has it; the last element may be missing
-    // (ERROR_FILE_NOT_FOUND), the path is then the one it would have.
+    // The host path of a path below the root, spelt as stored. If only the last element is missing
+    // (ERROR_FILE_NOT_FOUND), the path is the one it would have.
     DWORD locate(const std::string& below, std::string& path, struct stat& facts);
 
     DWORD open(const std::string& path, const OpenRequest& request, std::unique_ptr<OpenFile>& file,
@@ -61,10 +61,10 @@ public:
     DWORD openDevice(const OpenRequest& request, std::unique_ptr<OpenFile>& device) override;
 
 private:
-    // What is found under a path.
+    // The result of a path's search.
     struct Found {
         std::string path;
-        struct stat facts {};  // of what a link leads to
+        struct stat facts {};  // of a link's target
         bool link = false;
     };
 
@@ -89,8 +89,8 @@ private:
     const std::string root_;
 };
 
-// A folder in the host's temporary directory that only its machine knows: made when it is first used, with
-// the directories of a Windows installation in it, and removed with everything in it.
+// A folder in the host's temporary directory, private to its machine: made on first use, with the directories
+// of a Windows installation, and removed with all its contents.
 class PrivateFolder : public HostFolder {
 public:
     PrivateFolder(const SystemSettings& settings, std::shared_ptr<HostKnowledge> knowledge);
@@ -99,7 +99,7 @@ public:
     const std::string& root() override;
     bool isMade() const override { return isMade_; }
     DWORD facts(const std::string& path, FileFacts& facts) override;
-    // Removes it now; what is asked of it later finds nothing.
+    // Removes it now; later calls find nothing in it.
     void discard();
 
 private:

@@ -21,7 +21,7 @@ namespace {
 
 struct Name {
     std::string host;
-    std::string key;  // its place in the order
+    std::string key;  // sort key
 };
 
 FILETIME toFileTime(const timespec& time) {
@@ -31,7 +31,7 @@ FILETIME toFileTime(const timespec& time) {
     return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
 }
 
-// Whether a directory is one of those above it that its path leads through.
+// Whether a directory is one of those that its own path leads through.
 bool leadsBack(const std::string& path, const struct stat& directory) {
     for (std::size_t end = path.rfind('/'); end != std::string::npos;
          end = end == 0 ? std::string::npos : path.rfind('/', end - 1)) {
@@ -72,7 +72,7 @@ private:
         if (!look(name, known, AT_SYMLINK_NOFOLLOW)) {
             return windowsError(errno);
         }
-        // One that leads nowhere is shown by its own facts.
+        // A link that leads nowhere keeps its own facts.
         const bool link = S_ISLNK(known.st_mode);
         if (link) {
             look(name, known, 0);
@@ -113,7 +113,7 @@ DWORD obstacle(const SystemSettings& settings, std::string_view name) {
     return fromUtf8(settings, name, ansi) ? 0 : ERROR_NO_UNICODE_TRANSLATION;
 }
 
-// Every name must be one that can be shown, also when it does not match: it might have, under another name.
+// Every name must be one that can be shown, even if it does not match: under another name it might.
 DWORD readNames(const SystemSettings& settings, const HostDirectory& directory, DIR& open,
                 const Wildcard& pattern, std::vector<Name>& names) {
     for (errno = 0; const dirent* entry = ::readdir(&open); errno = 0) {

@@ -12,12 +12,12 @@ namespace winlayer {
 struct SystemSettings;
 class ShareTable;
 
-// All facts but the names.
+// All facts except the names.
 void fillHostFacts(const char* path, const struct stat& known, FileFacts& facts);
-// The same of a file that is open.
+// The same for an open file.
 void fillHostFacts(int descriptor, const struct stat& known, FileFacts& facts);
 
-// Of an entry that is a link to what the facts say.
+// Changes the facts of a link's target into those of the link.
 void showLink(FileFacts& facts);
 
 struct HostDirectory {
@@ -26,9 +26,9 @@ struct HostDirectory {
     bool isLink;
 };
 
-// Starts a walk over the entries whose names match the pattern (UTF-8): those that the directory has now, in
-// the order of their names without case. Their facts are asked for one by one; an entry that is gone by then
-// is left out. ERROR_CANT_RESOLVE_FILENAME for a link to a directory that its own path leads through.
+// Starts a listing of the entries that match the pattern (UTF-8) and exist now, ordered by name without case.
+// Facts are read one by one; an entry that has disappeared by then is skipped. ERROR_CANT_RESOLVE_FILENAME
+// for a link to a directory that its own path leads through.
 DWORD startHostListing(const SystemSettings& settings, ShareTable& shares, const HostDirectory& directory,
                        std::string_view pattern, std::unique_ptr<Listing>& listing);
 

@@ -89,7 +89,7 @@ NameIndex::Folder* NameIndex::current(const std::string& path, const struct stat
     return seen;
 }
 
-// The facts are older than the look: a change during it makes what was seen count as outdated.
+// The facts were read before the scan, so a change during it makes the result count as outdated.
 bool NameIndex::look(const std::string& path, const struct stat& facts, const std::string& folded,
                      std::string& found) {
     const std::unique_ptr<DIR, int (*)(DIR*)> directory(::opendir(path.empty() ? "/" : path.c_str()),
@@ -129,7 +129,7 @@ void NameIndex::drop(Folders::iterator folder) {
     folders_.erase(folder);
 }
 
-// The folder in use stays, however many names are made in it.
+// Keeps the folder in use, however many names it has.
 void NameIndex::dropTheOldest() {
     while (names_ > limit_ && folders_.size() > 1) {
         drop(std::prev(folders_.end()));

@@ -9,39 +9,38 @@
 
 namespace winlayer {
 
-// Finds names without case on a host that tells case apart. That takes a look at every name of a folder, so
-// what was seen is remembered, up to a number of names in all, as long as the folders have not changed: a
-// folder's time of change says so. Paths are of the host; any thread may ask.
+// Finds names without case on a case-sensitive host. That requires reading all names of a folder, so they are
+// remembered, up to a total number, until the folder's modification time changes. Paths are host paths.
+// Thread rule: any thread may call every operation.
 class NameIndex {
 public:
-    // Names that are remembered in all. Beyond it the folders that were not asked for lately are forgotten.
+    // Total of remembered names. Beyond it the least recently used folders are forgotten.
     static constexpr std::size_t usualLimit = 1'000'000;
     explicit NameIndex(std::size_t limit = usualLimit) : limit_(limit) {}
 
     // The name in the folder that differs from this one at most in case; "" when there is none. False when
-    // there is no such folder or its names are not to be read.
+    // the folder does not exist or cannot be read.
     bool find(const std::string& folder, std::string_view name, std::string& found);
-    // Whether it is certain, without a look at every name, that find() would find nothing.
+    // Whether find() is known to find nothing, without reading the folder.
     bool knowsAbsent(const std::string& folder, std::string_view name);
-    // Tells that a name which find() did not find was made since. A change by another program in the same
-    // instant goes unnoticed until the next one.
+    // Adds a name that find() did not find and that was created since. A change by another program at the
+    // same instant goes unnoticed until the next one.
     void made(const std::string& folder, std::string_view name);
 
-    // From now on what is remembered of a folder is taken to be all that can have changed, without a look at
-    // the host.
+    // From now on trusts what is remembered of a folder without checking it on the host.
     void trust() { trusting_ = true; }
-    // Forgets everything. False: there was nothing.
+    // Forgets everything. False if there was nothing.
     bool forget();
 
 private:
     struct Folder {
         std::string path;
         struct stat facts;
-        std::unordered_map<std::string, std::string> names;  // by their folded form
+        std::unordered_map<std::string, std::string> names;  // by folded name
     };
     using Folders = std::list<Folder>;
 
-    // What is known of the folder as it is now; null when that is nothing.
+    // The folder if what is remembered of it is still valid, otherwise null.
     Folder* current(const std::string& path, const struct stat& facts);
     Folder* known(const std::string& path);
     bool look(const std::string& path, const struct stat& facts, const std::string& folded,
@@ -54,8 +53,8 @@ private:
     const std::size_t limit_;
     bool trusting_ = false;
     std::mutex mutex_;
-    Folders folders_;                                                 // the one used last in front
-    std::unordered_map<std::string_view, Folders::iterator> byPath_;  // the paths are the folders' own
+    Folders folders_;                                                 // most recently used first
+    std::unordered_map<std::string_view, Folders::iterator> byPath_;  // keys refer to the folders' paths
     std::size_t names_ = 0;                                           // of all folders
 };
 

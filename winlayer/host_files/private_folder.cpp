@@ -26,12 +26,12 @@ void PrivateFolder::make() {
     std::error_code error;
     const fs::path temporary = fs::temp_directory_path(error);
     std::string pattern = ((error ? fs::path("/tmp") : temporary) / "windows-drive-XXXXXX").string();
-    // No path leads below the null device: without a folder nothing is found on the drive.
+    // No path exists below the null device: if the folder cannot be made, nothing is found on the drive.
     if (::mkdtemp(pattern.data()) == nullptr) {
         folder_ = "/dev/null";
         return;
     }
-    // Host paths are looked for in it without the links that lead here.
+    // Drives::fromHost() compares paths without links.
     const fs::path physical = fs::canonical(pattern, error);
     folder_ = error ? pattern : physical.string();
     for (std::string below : directories()) {
@@ -47,8 +47,8 @@ std::vector<std::string> PrivateFolder::directories() const {
     return {windows, madeFor_.systemDirectory().substr(3), windows + "\\TEMP"};
 }
 
-// A drive that nobody has used yet holds its directories and nothing else. A search for a file comes by in
-// each of them; making the drive for that would cost more than the whole search.
+// A drive not used yet contains only its directories. A file search looks in each of them; making the folder
+// for that would cost more than the search itself.
 DWORD PrivateFolder::facts(const std::string& path, FileFacts& facts) {
     return isSurelyAbsent(path) ? ERROR_FILE_NOT_FOUND : HostFolder::facts(path, facts);
 }

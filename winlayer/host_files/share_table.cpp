@@ -63,7 +63,7 @@ DWORD ShareTable::open(FileIdentity file, DWORD access, DWORD sharing, std::uniq
             return error;
         }
     }
-    Opens& opens = opens_[file];  // there before its entries, whose end looks for it
+    Opens& opens = opens_[file];  // inserted first, because ~Entry looks it up
     entry = std::make_unique<Entry>(shared_from_this(), access, sharing);
     entry->file_ = file;
     opens.change(access, sharing, true);
@@ -93,7 +93,7 @@ bool ShareTable::passOn(FileIdentity file) {
     identifyNew();
     const auto found = opens_.find(file);
     const bool cached = found != opens_.end() && found->second.cached != nullptr;
-    // A failure is told by the file's own next transfer.
+    // The file's next transfer reports the failure.
     return cached && found->second.cached->cache_->passOn() == 0;
 }
 

@@ -11,31 +11,31 @@
 
 namespace winlayer {
 
-// To delete a file, or to have it deleted when it is closed, is an access of its own.
+// Deleting a file, or having it deleted on closing, is an access right of its own.
 inline constexpr DWORD deleteAccess = 0x00010000;
 
-// A host file whatever its names.
+// Identifies a host file regardless of its names.
 struct FileIdentity {
     dev_t device = 0;
     ino_t node = 0;
     bool operator==(const FileIdentity&) const = default;
 };
 
-// What is kept of an open file's contents. It stays unseen as long as no other open of the file exists.
+// The cached contents of an open file. Nobody sees the difference while it is the only open of the file.
 class FileCache {
 public:
     virtual ~FileCache() = default;
-    // Passes what was written on to the host; what could not be written is kept.
+    // Writes buffered data to the host; data that could not be written is kept.
     virtual DWORD passOn() = 0;
-    // The same, and from then on nothing is kept. Nothing has changed when it fails.
+    // The same, then stops caching. Nothing has changed when it fails.
     virtual DWORD end() = 0;
 };
 
-// Who has which host file open in this settings, and what each of them lets others do. An open that asks for
-// none of reading, writing and deletion only looks on: it refuses nobody and is refused by nobody.
+// The open host files of one machine, with the access and sharing of each open. An open for none of reading,
+// writing and deletion takes no part: it conflicts with no other.
 class ShareTable : public std::enable_shared_from_this<ShareTable> {
 public:
-    // One open file's entry; ends it when destroyed.
+    // The entry of one open; removed from the table by its destructor.
     class Entry {
     public:
         Entry(std::shared_ptr<ShareTable> table, DWORD access, DWORD sharing)
@@ -44,11 +44,12 @@ public:
         Entry& operator=(const Entry&) = delete;
         ~Entry();
 
-        // Tells of a cache, which goes on until the file is opened once more. False: it is open already, so
-        // there must be none. The cache outlives this or is detached before.
+        // Registers a cache, which is used until the file is opened again. False if it is open already: then
+        // there must be no cache. The cache must outlive this entry or be detached before.
         bool attach(FileCache& cache);
         void detach();
-        // Tells under which path and descriptor, which outlives this, the file is open.
+        // Records the path and descriptor under which the file is open. The descriptor must outlive the
+        // entry.
         void tellPath(std::string path, int descriptor);
 
     private:
@@ -58,26 +59,25 @@ public:
         DWORD access_;
         DWORD sharing_;
         FileIdentity file_;
-        int descriptor_ = -1;  // the file, while nobody has asked which one it is
+        int descriptor_ = -1;  // until the file is identified
         FileCache* cache_ = nullptr;
     };
 
-    // ERROR_SHARING_VIOLATION: an earlier open does not share what this one asks for, or the other way round.
-    // Another code: what the earlier one wrote does not reach the host.
+    // ERROR_SHARING_VIOLATION: an earlier open does not share the requested access, or the other way round.
+    // Another code: data buffered by the earlier open cannot be written to the host.
     DWORD open(FileIdentity file, DWORD access, DWORD sharing, std::unique_ptr<Entry>& entry);
-    // For a file that was made just now, which nobody else can have open. Which file it is need not be asked
-    // unless another is opened while it is open. The descriptor must outlive the entry.
+    // For a newly created file, which nobody else can have open. It is identified only if another file is
+    // opened meanwhile. The descriptor must outlive the entry.
     std::unique_ptr<Entry> add(int descriptor, DWORD access, DWORD sharing);
-    // Whether every open of the file shares its deletion.
+    // Whether every open of the file shares deletion.
     bool mayDelete(FileIdentity file);
 
-    // Lets the host know all that was written to the file. False: it knew already.
+    // Writes all buffered data of the file to the host. False if there was no cache or writing failed.
     bool passOn(FileIdentity file);
-    // Ends all caches; what cannot be written is lost.
+    // Ends all caches; one whose data cannot be written stays.
     void endCaches();
 
-    // Does something with the descriptor of the file that was opened last if that is still open and this is
-    // its path.
+    // Calls `look` with the descriptor of the last file opened, if that is still open and has this path.
     template <class Look>
     bool lookAtLast(const std::string& path, const Look& look) {
         const std::lock_guard lock(mutex_);
@@ -87,12 +87,12 @@ public:
         }
         return open;
     }
-    // A path may lead elsewhere from now on.
+    // Call it when a path may lead elsewhere from now on.
     void forgetLast();
 
 private:
     struct Opens {
-        Entry* cached = nullptr;  // the one open, if it has a cache
+        Entry* cached = nullptr;  // the only open, if it has a cache
         unsigned onlookers = 0;
         unsigned count = 0;
         unsigned reading = 0;

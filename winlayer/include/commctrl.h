@@ -18,5 +18,5 @@ struct PBRANGE {
     int iHigh;
 };
 
-// Registers the classes of common controls; until then they cannot be created.
+// Registers the classes of common controls; before that they cannot be created.
 void WINAPI InitCommonControls();

@@ -1,7 +1,7 @@
 #pragma once
 #include <cstdint>
 
-// Basic types with the widths they have on 32-bit Windows, whatever the host's.
+// Basic types with their widths on 32-bit Windows, whatever the host.
 
 #define WINAPI
 #define CALLBACK
@@ -48,7 +48,7 @@ using WPARAM = UINT_PTR;
 using LPARAM = LONG_PTR;
 using LRESULT = LONG_PTR;
 
-// Handles are an index with a generation, never a host address: a stale one is recognised.
+// Handles are an index with a generation, never a host address, so that a stale one is recognised.
 using HANDLE = void*;
 using LPHANDLE = HANDLE*;
 using PHANDLE = HANDLE*;
@@ -56,7 +56,7 @@ using HLOCAL = HANDLE;
 using HGLOBAL = HANDLE;
 using HGDIOBJ = void*;
 
-// Distinct pointer types for the handles that Windows declares as such.
+// Distinct pointer types for these handles, as Windows declares them.
 struct HINSTANCE__;
 struct HWND__;
 struct HKEY__;
@@ -95,7 +95,7 @@ struct SYSTEMTIME {
     WORD wMilliseconds;
 };
 
-// The place and size of something on a surface, in pixels; the right and bottom edges lie outside it.
+// A rectangle in pixels; the right and bottom edges lie outside it.
 struct RECT {
     LONG left;
     LONG top;
@@ -109,7 +109,7 @@ struct SIZE {
 };
 using COLORREF = DWORD;
 
-// Of any number, as on Windows, where these are casts.
+// For any integer type, as on Windows, where these are casts.
 template <class Number>
 constexpr WORD LOWORD(Number value) {
     return static_cast<WORD>(static_cast<DWORD_PTR>(value) & 0xFFFF);
@@ -125,8 +125,8 @@ constexpr BYTE HIBYTE(DWORD_PTR value) {
     return static_cast<BYTE>((value >> 8) & 0xFF);
 }
 
-// A 32-bit address for a register block or packet that carries addresses in 32 bits. On 32-bit Windows the
-// address itself; here an entry of a table that holds the last 4096 addresses handed out.
+// A 32-bit address for a register block or packet with 32-bit addresses. On 32-bit Windows the address
+// itself; here an entry of a table that holds the last 4096 addresses handed out.
 ULONG PtrToUlong(const void* pointer);
-// The pointer that PtrToUlong stood for; null for a value that it never gave out or has since reused.
+// The pointer that was passed to PtrToUlong; null for a value that it never returned or has since reused.
 void* ULongToPtr(ULONG address);

@@ -2,7 +2,7 @@
 #include "minwindef.h"
 #include "winerror.h"
 
-// The functions of MSI.DLL. Not every Windows has that library: a program looks them up at run time.
+// The functions of MSI.DLL. Some versions of Windows lack it, so programs look them up at run time.
 
 using MSIHANDLE = ULONG;
 
@@ -19,7 +19,7 @@ enum INSTALLSTATE {
     INSTALLSTATE_LOCAL = 3,
 };
 
-// Codes go to buffers of MAX_GUID_CHARS + 1 characters, each of which may be null.
+// Codes are written to buffers of MAX_GUID_CHARS + 1 characters, each of which may be null.
 UINT WINAPI MsiGetShortcutTargetA(LPCSTR shortcut, LPSTR product, LPSTR feature, LPSTR component);
 // `used`, when not null, receives the length of the descriptor.
 UINT WINAPI MsiDecomposeDescriptorA(LPCSTR descriptor, LPSTR product, LPSTR feature, LPSTR component,

@@ -7,10 +7,10 @@ using LPCOLESTR = const OLECHAR*;
 // Where an object may run.
 enum CLSCTX { CLSCTX_INPROC_SERVER = 1, CLSCTX_INPROC_HANDLER = 2, CLSCTX_LOCAL_SERVER = 4 };
 
-// Makes a thread ready for objects: S_OK the first time, S_FALSE when it was ready. Each success is taken
-// back by one CoUninitialize. `reserved` is null.
+// Initialises COM for a thread: S_OK the first time, S_FALSE if it was initialised already. Each success
+// needs one CoUninitialize. `reserved` is null.
 HRESULT WINAPI CoInitialize(LPVOID reserved);
 void WINAPI CoUninitialize();
-// Makes an object of the system, of which the layer has the shell link. The caller releases it.
+// Creates an object of the system; the layer has only the shell link. The caller releases it.
 HRESULT WINAPI CoCreateInstance(REFCLSID classId, LPUNKNOWN outer, DWORD context, REFIID interfaceId,
                                 LPVOID* object);

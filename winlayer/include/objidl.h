@@ -3,7 +3,7 @@
 
 inline constexpr DWORD STGM_READ = 0;
 
-// What an object keeps in a file. The functions that nobody calls are left out.
+// Loads and saves an object. Functions that the product does not call are left out.
 struct IPersistFile : IUnknown {
     virtual HRESULT STDMETHODCALLTYPE Load(LPCOLESTR fileName, DWORD mode) = 0;
     // A null name saves to the file of the last Load or remembered Save.

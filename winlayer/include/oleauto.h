@@ -1,12 +1,12 @@
 #pragma once
 #include "objbase.h"
 
-// A text with its length in bytes in the four bytes before it and a zero behind it, both not counted in the
-// length. A null one is an empty text. Who gets one frees it.
+// A text preceded by its length in bytes (four bytes) and followed by a zero; the length counts neither. A
+// null one is an empty text. The caller that receives one frees it.
 using BSTR = OLECHAR*;
 
-// Each gives null when there is no memory. A null text makes null, or with a length a text of that many bytes
-// without a content.
+// Each returns null when out of memory. A null text gives null, or with a length a text of that many
+// uninitialised bytes.
 BSTR WINAPI SysAllocString(const OLECHAR* text);
 BSTR WINAPI SysAllocStringByteLen(LPCSTR bytes, UINT length);
 void WINAPI SysFreeString(BSTR text);

@@ -1,9 +1,9 @@
 #pragma once
 #include "shobjidl.h"
 
-// What every data block of a link begins with.
+// The start of every data block of a link.
 struct DATABLOCK_HEADER {
-    DWORD cbSize;  // of the whole block, in bytes
+    DWORD cbSize;  // of the entire block, in bytes
     DWORD dwSignature;
 };
 

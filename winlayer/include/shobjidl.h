@@ -2,7 +2,7 @@
 #include "fileapi.h"
 #include "objidl.h"
 
-// Link flags that a program looks at or sets.
+// Link flags that programs read or set.
 inline constexpr DWORD SLDF_HAS_ID_LIST = 0x0001;
 inline constexpr DWORD SLDF_HAS_LINK_INFO = 0x0002;
 inline constexpr DWORD SLDF_HAS_NAME = 0x0004;
@@ -15,16 +15,16 @@ inline constexpr DWORD SLR_NO_UI = 0x01;
 inline constexpr DWORD SLR_ANY_MATCH = 0x02;
 inline constexpr DWORD SLR_NOSEARCH = 0x10;
 
-// A shortcut to a file or directory; texts in the ANSI code page. The functions that nobody calls are left
-// out.
+// A shortcut to a file or directory; texts in the ANSI code page. Functions that the product does not call
+// are left out.
 struct IShellLinkA : IUnknown {
-    // Cut to the buffer's size; S_FALSE and an empty text when the link has no path.
+    // Truncated to the buffer's size; S_FALSE and an empty text when the link has no path.
     virtual HRESULT STDMETHODCALLTYPE GetPath(LPSTR path, int size, WIN32_FIND_DATAA* found, DWORD flags) = 0;
     virtual HRESULT STDMETHODCALLTYPE GetDescription(LPSTR text, int size) = 0;
     virtual HRESULT STDMETHODCALLTYPE SetDescription(LPCSTR text) = 0;
-    // S_FALSE when what the link points to is not there; nothing is searched for.
+    // S_FALSE when the link's target does not exist; no search is made.
     virtual HRESULT STDMETHODCALLTYPE Resolve(HWND window, DWORD flags) = 0;
-    // Completed with the current directory; what it names need not exist.
+    // Made absolute with the current directory; the target need not exist.
     virtual HRESULT STDMETHODCALLTYPE SetPath(LPCSTR path) = 0;
 };
 

@@ -2,8 +2,8 @@
 #include "guiddef.h"
 #include "winerror.h"
 
-// The layout of an object is what its functions' order makes it: the table of functions comes first, and
-// holds nothing but these.
+// The order of the functions determines the layout of an object: the function table comes first and holds
+// nothing else.
 
 #define STDMETHODCALLTYPE
 #define STDAPI extern "C" HRESULT WINAPI

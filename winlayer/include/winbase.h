@@ -9,7 +9,7 @@ inline constexpr DWORD FORMAT_MESSAGE_FROM_STRING = 0x0400;
 inline constexpr DWORD FORMAT_MESSAGE_FROM_SYSTEM = 0x1000;
 inline constexpr DWORD FORMAT_MESSAGE_ARGUMENT_ARRAY = 0x2000;
 
-// ALLOCATE_BUFFER stores the text's address at *buffer, to be freed with LocalFree.
+// With FORMAT_MESSAGE_ALLOCATE_BUFFER, stores the text's address at *buffer; free it with LocalFree.
 DWORD WINAPI FormatMessageA(DWORD flags, LPCVOID source, DWORD messageId, DWORD languageId, LPSTR buffer,
                             DWORD size, va_list* arguments);
 HLOCAL WINAPI LocalFree(HLOCAL memory);

@@ -97,7 +97,7 @@ constexpr bool SUCCEEDED(HRESULT result) {
 constexpr bool FAILED(HRESULT result) {
     return result < 0;
 }
-// A Windows error code as a result; what is a result already stays.
+// Converts a Windows error code to a result; a value that is a result already is returned unchanged.
 constexpr HRESULT HRESULT_FROM_WIN32(DWORD error) {
     return static_cast<HRESULT>(error) <= 0 ? static_cast<HRESULT>(error)
                                             : static_cast<HRESULT>((error & 0xFFFF) | 0x80070000);

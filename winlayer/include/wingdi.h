@@ -1,8 +1,8 @@
 #pragma once
 #include "windef.h"
 
-// Drawing objects and device contexts. Handles that a function gives are freed by whoever asked for them;
-// stock objects, and what a context had selected at the start, need no freeing.
+// Drawing objects and device contexts. The caller frees handles that it has created or obtained; stock
+// objects, and those that a context has selected initially, need no freeing.
 
 constexpr COLORREF RGB(BYTE red, BYTE green, BYTE blue) {
     return static_cast<COLORREF>(red | (green << 8) | (blue << 16));
@@ -10,8 +10,8 @@ constexpr COLORREF RGB(BYTE red, BYTE green, BYTE blue) {
 
 inline constexpr DWORD SRCCOPY = 0x00CC0020;
 
-// What becomes of pixels that a smaller picture has no room for: all dark ones stay, all bright ones stay,
-// they are dropped, or they are mixed.
+// How pixels are combined when a picture shrinks: dark ones win, bright ones win, surplus ones are dropped,
+// or they are averaged.
 inline constexpr int BLACKONWHITE = 1;
 inline constexpr int WHITEONBLACK = 2;
 inline constexpr int COLORONCOLOR = 3;
@@ -43,7 +43,7 @@ struct LOGBRUSH {
 };
 
 struct LOGFONTA {
-    LONG lfHeight;  // pixels; negative: of the characters without the room above them
+    LONG lfHeight;  // pixels; negative: of the characters without internal leading
     LONG lfWidth;
     LONG lfEscapement;
     LONG lfOrientation;
@@ -67,17 +67,16 @@ HGDIOBJ WINAPI SelectObject(HDC context, HGDIOBJ object);
 // FALSE for an object that is selected into a context.
 BOOL WINAPI DeleteObject(HGDIOBJ object);
 HGDIOBJ WINAPI GetStockObject(int index);
-// A BITMAP, LOGBRUSH or LOGFONTA. Gives the bytes stored, or needed without a buffer.
+// A BITMAP, LOGBRUSH or LOGFONTA. Returns the bytes stored or, without a buffer, those needed.
 int WINAPI GetObjectA(HGDIOBJ object, int size, LPVOID description);
 
-// Black at the start.
+// Initially black.
 HBITMAP WINAPI CreateCompatibleBitmap(HDC context, int width, int height);
 HBRUSH WINAPI CreateSolidBrush(COLORREF color);
 HFONT WINAPI CreateFontIndirectA(const LOGFONTA* description);
 
 int WINAPI SetStretchBltMode(HDC context, int mode);
-// Pixels that one of the two contexts does not have are left alone; a negative width or height mirrors. The
-// operation is SRCCOPY.
+// Pixels outside either context are skipped; a negative width or height mirrors. The operation is SRCCOPY.
 BOOL WINAPI BitBlt(HDC to, int x, int y, int width, int height, HDC from, int fromX, int fromY,
                    DWORD operation);
 BOOL WINAPI StretchBlt(HDC to, int x, int y, int width, int height, HDC from, int fromX, int fromY,
@@ -86,10 +85,10 @@ BOOL WINAPI StretchBlt(HDC to, int x, int y, int width, int height, HDC from, in
 COLORREF WINAPI GetPixel(HDC context, int x, int y);
 COLORREF WINAPI SetPixel(HDC context, int x, int y, COLORREF color);
 
-// The bitmap resource of a name or number: uncompressed, with 1, 4, 8, 24 or 32 bits to a pixel.
+// The bitmap resource of a name or number: uncompressed, with 1, 4, 8, 24 or 32 bits per pixel.
 HBITMAP WINAPI LoadBitmapA(HINSTANCE module, LPCSTR name);
-// The brush may be a system colour plus one.
+// The brush may be a system colour number plus one.
 int WINAPI FillRect(HDC context, const RECT* area, HBRUSH brush);
 DWORD WINAPI GetSysColor(int index);
-// The system's own; not to be deleted.
+// Owned by the system; not to be deleted.
 HBRUSH WINAPI GetSysColorBrush(int index);

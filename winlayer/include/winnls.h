@@ -37,7 +37,7 @@ inline constexpr DWORD TIME_NOTIMEMARKER = 0x04;
 inline constexpr DWORD TIME_FORCE24HOURFORMAT = 0x08;
 
 struct NUMBERFMTA {
-    UINT NumDigits;  // behind the decimal separator, 0 to 9
+    UINT NumDigits;  // after the decimal separator, 0 to 9
     UINT LeadingZero;
     UINT Grouping;  // size of a group, 0 for none; 32: three, then twos
     LPSTR lpDecimalSep;
@@ -45,13 +45,13 @@ struct NUMBERFMTA {
     UINT NegativeOrder;  // 0 "(1)", 1 "-1", 2 "- 1", 3 "1-", 4 "1 -"
 };
 
-// The following give the length of the text with its zero, also when `size` is 0 and nothing is stored, or 0.
+// These return the length of the text including its zero, even when `size` is 0 and nothing is stored, or 0.
 int WINAPI GetLocaleInfoA(LCID locale, LCTYPE type, LPSTR buffer, int size);
-// `value` is digits with at most one "-" in front, which stays also in front of zeros, and one "." among
-// them; digits beyond those asked for are rounded, halves away from zero. Without a format the locale's.
+// `value` is digits with at most one leading "-", which is kept before zeros too, and at most one ".";
+// surplus decimals are rounded, halves away from zero. Without a format the locale's is used.
 int WINAPI GetNumberFormatA(LCID locale, DWORD flags, LPCSTR value, const NUMBERFMTA* format, LPSTR buffer,
                             int size);
-// Without a time the present one on the host's clock; without a picture the locale's.
+// A null time means the current one of the host's clock; a null picture the locale's.
 int WINAPI GetDateFormatA(LCID locale, DWORD flags, const SYSTEMTIME* time, LPCSTR picture, LPSTR buffer,
                           int size);
 int WINAPI GetTimeFormatA(LCID locale, DWORD flags, const SYSTEMTIME* time, LPCSTR picture, LPSTR buffer,

@@ -53,7 +53,7 @@ struct WINDOWPOS {
     UINT flags;
 };
 
-// Sizes of windows, in pixels; WM_GETMINMAXINFO asks a window for other ones.
+// Sizes of windows, in pixels; WM_GETMINMAXINFO lets a window change them.
 struct MINMAXINFO {
     POINT ptReserved;
     POINT ptMaxSize;
@@ -76,7 +76,7 @@ struct PAINTSTRUCT {
     BYTE rgbReserved[32];
 };
 
-// A dialog template's head; the arrays that follow it are read from memory as they stand.
+// The header of a dialog template; the arrays after it are read from memory as they are.
 #pragma pack(push, 2)
 struct DLGTEMPLATE {
     DWORD style;
@@ -175,11 +175,11 @@ HDC WINAPI BeginPaint(HWND window, PAINTSTRUCT* paint);
 BOOL WINAPI EndPaint(HWND window, const PAINTSTRUCT* paint);
 HDC WINAPI GetDC(HWND window);
 int WINAPI ReleaseDC(HWND window, HDC context);
-// With DT_CALCRECT only, which measures: texts are drawn by what shows the windows.
+// Only with DT_CALCRECT, which measures; the display backend draws text.
 int WINAPI DrawTextA(HDC context, LPCSTR text, int length, LPRECT place, UINT format);
 
-// Messages. PeekMessageA and GetMessageA first deliver the calling thread's pending sent messages; window:
-// null for any, otherwise that window and its children.
+// Messages. PeekMessageA and GetMessageA first deliver the calling thread's pending sent messages. A null
+// window means any, otherwise that window and its children.
 LRESULT WINAPI SendMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 BOOL WINAPI PostMessageA(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
 BOOL WINAPI PostThreadMessageA(DWORD thread, UINT message, WPARAM wParam, LPARAM lParam);
