@@ -10,7 +10,7 @@ namespace {
 
 constexpr std::size_t entrySize = 32;
 constexpr std::size_t entriesPerSector = sectorSize / entrySize;
-constexpr std::size_t mostEntries = 65536;  // of a directory below the root
+constexpr std::size_t mostEntries = 65536;  // of a directory other than the root
 
 // Offsets in an entry.
 constexpr std::size_t atAttributes = 11;
@@ -19,11 +19,11 @@ constexpr std::size_t atDate = 24;
 constexpr std::size_t atCluster = 26;
 constexpr std::size_t atSize = 28;
 
-constexpr BYTE endMark = 0x00;      // in the first byte: no entry here nor behind
+constexpr BYTE endMark = 0x00;      // in the first byte: this and all later entries are free
 constexpr BYTE deletedMark = 0xE5;  // in the first byte
 constexpr BYTE longNameAttributes = 0x0F;
 constexpr BYTE longNameMask = 0x3F;
-constexpr BYTE lastLongPart = 0x40;  // in the first byte of a long name's entry: the foremost one
+constexpr BYTE lastLongPart = 0x40;  // in the first byte of a long name's first entry on the disk
 
 bool isLongName(std::span<const std::byte> raw) {
     return (get8(raw, atAttributes) & longNameMask) == longNameAttributes;
@@ -177,7 +177,7 @@ std::size_t Directory::freeSlot() {
     return slot;
 }
 
-// Nobody promises that what lies behind the end is empty.
+// Entries after the end mark may hold anything.
 void Directory::endBehind(std::size_t slot) {
     if (slot + 1 < slots() && kind(slot + 1) != SlotKind::End) {
         const EntryPlace next = place(slot + 1);

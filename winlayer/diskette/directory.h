@@ -12,7 +12,7 @@
 
 namespace winlayer {
 
-// What the volume's operations work with.
+// The parts that the volume's operations work on.
 struct VolumeParts {
     explicit VolumeParts(SectorStore& store);
 
@@ -21,7 +21,7 @@ struct VolumeParts {
     FatTable fat;
 };
 
-// Where a directory entry lies.
+// The position of a directory entry on the medium.
 struct EntryPlace {
     DWORD sector = 0;
     DWORD offset = 0;
@@ -41,9 +41,9 @@ struct DirectoryEntry {
     bool isDirectory() const { return (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0; }
 };
 
-// The entry at a place. ERROR_FILE_INVALID when there is none of a file or directory (any more).
+// The entry at a position. ERROR_FILE_INVALID when it is not a file or directory (any more).
 DirectoryEntry readEntry(VolumeParts& parts, const EntryPlace& place);
-// Changes the fields in the cache; what else the entry holds stays.
+// Changes these fields in the cache; the rest of the entry stays.
 void changeEntry(VolumeParts& parts, const EntryPlace& place, const DirectoryEntry& entry);
 
 struct FoundEntry {
@@ -52,22 +52,22 @@ struct FoundEntry {
     std::string text;  // the name as text
 };
 
-// One directory: the root, or a chain of clusters. Entries of long names are passed over and go with the
-// entry that they belong to. Failures are thrown as DiskError; changes wait for the cache's commit.
+// A directory: the root, or a chain of clusters. Entries of long names are skipped and removed with the entry
+// that they belong to. Failures are thrown as DiskError; changes are written by the cache's commit.
 class Directory {
 public:
     // firstCluster = 0: the root.
     Directory(VolumeParts& parts, DWORD firstCluster);
 
     DWORD firstCluster() const { return firstCluster_; }
-    // Files and directories in their order on the disk, "." and ".." included below the root.
+    // Files and directories in disk order, including "." and ".." except in the root.
     std::vector<FoundEntry> entries() const;
-    // Without case; never "." or "..".
+    // Ignores case; never finds "." or "..".
     std::optional<FoundEntry> find(std::string_view name) const;
     std::optional<FoundEntry> label() const;
 
-    // Takes the first free place, growing the directory when there is none. ERROR_CANNOT_MAKE when the root
-    // is full, ERROR_DISK_FULL when no cluster is free.
+    // Uses the first free slot, or else grows the directory. ERROR_CANNOT_MAKE when the root is full,
+    // ERROR_DISK_FULL when no cluster is free.
     EntryPlace add(const DirectoryEntry& entry);
     void remove(const EntryPlace& place);
 

@@ -3,7 +3,7 @@
 
 namespace winlayer {
 
-// Thrown inside the volume; the drive turns it into a result.
+// Thrown inside the volume; the drive turns it into an error code.
 struct DiskError {
     DWORD code;
 };

@@ -20,7 +20,7 @@ DWORD resultOf(Work work) {
     }
 }
 
-// What an open asks of a file that is there.
+// Checks a request to open an existing file.
 DWORD admit(const FoundEntry& found, const OpenRequest& request) {
     const bool replacing = request.disposition == CREATE_ALWAYS || request.disposition == TRUNCATE_EXISTING;
     if (request.disposition == CREATE_NEW) {
@@ -33,7 +33,7 @@ DWORD admit(const FoundEntry& found, const OpenRequest& request) {
     if (changing && (found.entry.attributes & FILE_ATTRIBUTE_READONLY) != 0) {
         return ERROR_ACCESS_DENIED;
     }
-    // A hidden or system file is replaced only by one that is that, too.
+    // A hidden or system file is overwritten only if the request has that attribute too.
     const DWORD guarded = found.entry.attributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
     const bool unlike = request.disposition == CREATE_ALWAYS && (guarded & ~request.attributes) != 0;
     return unlike ? ERROR_ACCESS_DENIED : NO_ERROR;
@@ -71,7 +71,7 @@ DisketteState DisketteDrive::state() const {
     return state_;
 }
 
-// Without what is known of the medium, so that faults show in whatever is read next.
+// Forgets what is cached of the medium, so that faults appear with the next read.
 void DisketteDrive::setState(const DisketteState& state) {
     const std::lock_guard lock(mutex_);
     state_ = state;
@@ -100,8 +100,8 @@ DWORD DisketteDrive::settle() {
     return error;
 }
 
-// Sectors have been written below the volume, or may have changed: with sector 0 the parameters are read
-// anew.
+// Call after sectors were written below the volume or may have changed; for sector 0 the parameters are read
+// again.
 void DisketteDrive::notice(DWORD first, std::size_t count) {
     bool same = false;
     resultOf([&] { same = volume_->notice(first, count); });
@@ -185,7 +185,7 @@ void DisketteDrive::underLock(const std::function<void()>& work) {
 
 DWORD DisketteDrive::open(const std::string& path, const OpenRequest& request,
                           std::unique_ptr<OpenFile>& file, bool& existed) {
-    file.reset();  // outside the lock, which a file of this drive takes when it goes
+    file.reset();  // outside the lock, which the destructor of a file of this drive takes
     return onVolume([&](Fat12Volume& volume) {
         auto found = volume.find(path);
         existed = found.has_value();
@@ -212,7 +212,7 @@ DWORD DisketteDrive::open(const std::string& path, const OpenRequest& request,
 }
 
 DWORD DisketteDrive::facts(const std::string& path, FileFacts& facts) {
-    // Paths are mostly asked about because they may be absent: that is not worth an exception.
+    // Many paths are checked only to see that they are absent: not worth an exception.
     bool found = true;
     const DWORD error = onVolume([&](Fat12Volume& volume) {
         if (auto known = volume.facts(path)) {

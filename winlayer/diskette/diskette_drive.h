@@ -15,47 +15,47 @@ namespace winlayer {
 
 class Fat12Volume;
 
-// A 3.5-inch diskette drive: a FAT12 volume with its files (8.3 names), and the raw device below it. Files
-// and device see the same bytes; what a call has changed is on the medium when the call returns. Names and
-// labels are in code page 1252 and lie on the diskette in code page 850.
+// A 3.5-inch diskette drive: a FAT12 volume with its files (8.3 names), and the raw device below it. Both see
+// the same bytes, and changes are on the medium when a call returns. Names and labels are in code page 1252,
+// on the diskette in code page 850.
 //
 // Mount it with machine.drives.mount('A', DisketteDrive::make(...), DRIVE_REMOVABLE). Open files keep the
-// drive alive. Every operation may be called from any thread; one lock per drive.
+// drive alive. Thread rule: any thread may call every operation; one lock per drive.
 class DisketteDrive : public FileSystem, public std::enable_shared_from_this<DisketteDrive> {
     struct Private {};
 
 public:
-    // A drive with the medium in it, or an empty one.
+    // A drive with this medium in it, or an empty one.
     static std::shared_ptr<DisketteDrive> make(std::unique_ptr<SectorStore> medium = nullptr);
     explicit DisketteDrive(Private);
     ~DisketteDrive() override;
 
-    // Puts a medium in. Files that are open on the one before fail with ERROR_FILE_INVALID from then on.
+    // Inserts a medium. Files open on the previous one then fail with ERROR_FILE_INVALID.
     void insert(std::unique_ptr<SectorStore> medium);
-    // Takes the medium out and gives it to the caller; null when there is none.
+    // Removes the medium and returns it; null when there is none.
     std::unique_ptr<SectorStore> eject();
 
     DisketteState state() const;
     void setState(const DisketteState& state);
 
-    // Where the times of files come from; the host's clock at first.
+    // The clock for file times; initially the host's.
     void setClock(std::function<std::time_t()> clock);
 
-    // Brings everything onto the medium.
+    // Syncs the medium.
     DWORD flush();
-    // The same, and forgets what is known of the medium, so that whatever is read afterwards is what it
-    // really holds. A write that the medium lost shows only then.
+    // The same, and discards the caches, so that later reads show what the medium really holds: only they
+    // find a lost write.
     DWORD settle();
 
-    // The media that the drive takes, the largest first, and the one in it.
+    // The media that the drive supports, the largest first, and the current one.
     std::vector<DiskGeometry> supportedGeometries() const;
     DWORD mediumGeometry(DiskGeometry& geometry) const;
-    // Whether there is a medium in the drive that cannot be written.
+    // Whether there is a write-protected medium in the drive.
     bool writeProtected() const;
     // The parameter block of the volume in the drive.
     DWORD layout(Fat12Layout& layout);
 
-    // Whole sectors of the medium; ERROR_SECTOR_NOT_FOUND, and nothing moved, when one lies past the end.
+    // Complete sectors; ERROR_SECTOR_NOT_FOUND, and nothing transferred, if one lies past the end.
     DWORD readSectors(DWORD first, std::span<std::byte> buffer);
     DWORD writeSectors(DWORD first, std::span<const std::byte> data);
 
@@ -69,21 +69,20 @@ public:
     DWORD removeDirectory(const std::string& path) override;
     DWORD volume(VolumeFacts& facts) override;
     DWORD setLabel(const std::string& label) override;
-    // Like the system, for reading or writing only when the drive is ready.
+    // Opening it for reading or writing requires a ready drive, as on Windows.
     DWORD openDevice(const OpenRequest& request, std::unique_ptr<OpenFile>& device) override;
 
-    // What the files and devices that this drive has opened call. A file keeps the volume on which it was
-    // opened.
+    // For the files and devices that this drive has opened. A file keeps the volume on which it was opened.
     using VolumeWork = std::function<void(Fat12Volume&)>;
-    // Does the work on the volume in the drive under the drive's lock, mounting it before when necessary; the
-    // DiskError that it throws is the result.
+    // Runs the work on the current volume under the drive's lock, mounting it first if necessary; returns the
+    // code of a DiskError that it throws.
     DWORD onVolume(const VolumeWork& work);
-    // The same, if the volume is still the one in the drive; ERROR_FILE_INVALID if not.
+    // The same if this volume is still in the drive, otherwise ERROR_FILE_INVALID.
     DWORD onVolume(const std::shared_ptr<Fat12Volume>& opened, const VolumeWork& work);
     void underLock(const std::function<void()>& work);
 
 private:
-    // Why the drive cannot be used now; 0 when it can.
+    // Why the drive cannot be used now; 0 if it can.
     DWORD obstacle() const;
     Fat12Volume& mounted();
     void notice(DWORD first, std::size_t count);
@@ -91,7 +90,7 @@ private:
     mutable std::mutex mutex_;
     DisketteState state_;
     std::unique_ptr<ConditionedStore> medium_;
-    std::shared_ptr<Fat12Volume> volume_;  // null until the first use
+    std::shared_ptr<Fat12Volume> volume_;  // null until first used
     std::function<std::time_t()> clock_;
 };
 

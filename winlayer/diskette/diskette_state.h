@@ -7,7 +7,7 @@
 
 namespace winlayer {
 
-// What happens to transfers of one sector.
+// A fault in transfers of one sector.
 struct SectorFault {
     static constexpr unsigned always = std::numeric_limits<unsigned>::max();
 
@@ -15,36 +15,36 @@ struct SectorFault {
     DWORD sector = 0;
     Kind kind = Kind::AccessFails;
     DWORD error = ERROR_CRC;  // not for WriteLost, which reports success
-    unsigned times = always;  // transfers it happens to, counted down
+    unsigned times = always;  // transfers it affects, counted down
 };
 
-// The condition of a drive and of the medium in it, for tests and for trying out what a program does.
+// The state of a drive and its medium, for tests and for trying out a program.
 struct DisketteState {
     bool noMedium = false;         // ERROR_NOT_READY
     bool writeProtected = false;   // writing: ERROR_WRITE_PROTECT
-    bool unformatted = false;      // no sector can be told: ERROR_UNRECOGNIZED_MEDIA
-    bool lowDensityDrive = false;  // a 720 KB drive, which cannot tell the sectors of a 1.44 MB medium either
+    bool unformatted = false;      // no sector can be found: ERROR_UNRECOGNIZED_MEDIA
+    bool lowDensityDrive = false;  // a 720 KB drive: the same error for a 1.44 MB medium
     std::vector<SectorFault> faults;
 
-    // Why the drive cannot use a medium of this many sectors; 0 when it can.
+    // Why the drive cannot use a medium of this many sectors; 0 if it can.
     DWORD obstacle(DWORD sectors) const;
 };
 
-// Adds the state that a text names to those already there: one of stateNames, N being a sector number from 0
-// to 2879. False, and nothing changed, for any other text.
+// Adds the state with this name to `state`: one of stateNames, where N is a sector number from 0 to 2879.
+// False, and nothing changed, for any other text.
 bool parseState(std::string_view text, DisketteState& state);
 
-// The names that parseState knows, for help texts, as in "bad-sector=N".
+// The names that parseState accepts, for help texts, as in "bad-sector=N".
 std::vector<std::string_view> stateNames();
 
-// A medium as a drive in some state sees it. It refers to the state, which its owner may change between
-// calls.
+// A store that applies a drive's state to a medium. It refers to the state, which its owner may change
+// between calls.
 class ConditionedStore : public SectorStore {
 public:
     ConditionedStore(std::unique_ptr<SectorStore> medium, DisketteState& state);
     ~ConditionedStore() override;
 
-    // Gives the medium away.
+    // Returns the medium and keeps none.
     std::unique_ptr<SectorStore> take();
 
     DWORD sectors() const override;
@@ -54,7 +54,7 @@ public:
     bool writeProtected() const override;
 
 private:
-    // The fault that meets this transfer, counted; null for none.
+    // The fault for this transfer, which is counted; null if there is none.
     const SectorFault* meet(DWORD sector, bool writing);
     bool faultIn(DWORD first, std::size_t count) const;
 

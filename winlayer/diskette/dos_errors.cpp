@@ -17,7 +17,7 @@ constexpr Row rows[] = {
     {ERROR_NOT_READY, 0x8002, 0x80},
     {ERROR_CRC, 0x1004, 0x10},
     {ERROR_SEEK, 0x4006, 0x40},
-    {ERROR_UNRECOGNIZED_MEDIA, 0x0207, 0x02},  // no address mark: the medium is not one that the driver knows
+    {ERROR_UNRECOGNIZED_MEDIA, 0x0207, 0x02},  // no address mark: the driver does not know the medium
     {ERROR_UNRECOGNIZED_VOLUME, 0x0207, 0x02},
     {ERROR_SECTOR_NOT_FOUND, 0x0408, 0x04},
     {ERROR_WRITE_FAULT, 0x200A, 0x20},

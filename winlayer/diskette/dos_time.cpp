@@ -25,7 +25,7 @@ DosTime toDosTime(std::time_t moment) {
     if (year < 0) {
         return earliest;
     }
-    const int second = std::min(local.tm_sec, 59);  // a leap second has no place
+    const int second = std::min(local.tm_sec, 59);  // no leap seconds in FAT times
     return {static_cast<WORD>(year << 9 | (local.tm_mon + 1) << 5 | local.tm_mday),
             static_cast<WORD>(local.tm_hour << 11 | local.tm_min << 5 | second / 2)};
 }

@@ -35,7 +35,7 @@ constexpr std::size_t atSignature = 0x1FE;
 constexpr BYTE extendedSignature = 0x29;
 constexpr DWORD mostFat12Clusters = 4084;  // one more and the entries are 16 bits wide
 
-// Whether the figures fit each other; none of them has been believed before.
+// Whether the values are consistent; none has been checked before.
 bool isSane(const Fat12Layout& layout, DWORD sectors) {
     const bool powerOfTwo = (layout.sectorsPerCluster & (layout.sectorsPerCluster - 1)) == 0;
     if (layout.sectorsPerCluster == 0 || !powerOfTwo || layout.reservedSectors == 0 || layout.fats < 1 ||
@@ -138,7 +138,7 @@ DWORD formatDiskette(SectorStore& store, DWORD serial) {
     std::copy(boot.begin(), boot.end(), system.begin());
     for (DWORD fat = 0; fat < layout.fats; ++fat) {
         const std::size_t at = std::size_t{layout.reservedSectors + fat * layout.sectorsPerFat} * sectorSize;
-        put8(system, at, layout.media);  // entries 0 and 1 hold the media byte and nothing else
+        put8(system, at, layout.media);  // entries 0 and 1: the media byte, all other bits set
         put16(system, at + 1, 0xFFFF);
     }
     return store.write(0, system);

@@ -8,7 +8,7 @@
 
 namespace winlayer {
 
-// Sides and tracks of a medium; its type as Windows, MS-DOS and the BIOS number it.
+// Geometry of a medium; its type as Windows, MS-DOS and the BIOS number it.
 struct DiskGeometry {
     DWORD cylinders = 0;
     DWORD heads = 0;
@@ -23,7 +23,7 @@ struct DiskGeometry {
 inline constexpr DiskGeometry geometry1440{80, 2, 18, F3_1Pt44_512, 7, 4};
 inline constexpr DiskGeometry geometry720{80, 2, 9, F3_720_512, 2, 3};
 
-// The parameter block of a FAT12 volume, and the places that follow from it.
+// The parameter block of a FAT12 volume, and the sector numbers computed from it.
 struct Fat12Layout {
     DWORD sectorsPerCluster = 1;
     DWORD reservedSectors = 1;
@@ -48,19 +48,19 @@ struct Fat12Layout {
     bool operator==(const Fat12Layout&) const = default;
 };
 
-// Reads the parameter block of a boot sector (512 bytes). ERROR_UNRECOGNIZED_VOLUME when it is not that of a
-// FAT12 volume which fits into `sectors` sectors; every figure is checked, so that the places above lie on
-// the medium.
+// Reads the parameter block of a boot sector (512 bytes). ERROR_UNRECOGNIZED_VOLUME unless it describes a
+// FAT12 volume that fits into `sectors` sectors; every value is checked, so the computed sectors lie on the
+// medium.
 DWORD readLayout(std::span<const std::byte> bootSector, DWORD sectors, Fat12Layout& layout);
 
 // The serial number in a boot sector; 0 when it has none.
 DWORD volumeSerial(std::span<const std::byte> bootSector);
 
-// The layout that a blank diskette of 2,880 or 1,440 sectors gets.
+// The layout of a blank diskette of 2,880 or 1,440 sectors.
 Fat12Layout standardLayout(DWORD sectors);
 
-// Writes a blank FAT12 volume over a medium of 2,880 or 1,440 sectors: a boot sector that starts nothing, two
-// FATs and an empty root directory; the data area stays as it is. Any other size: ERROR_UNRECOGNIZED_MEDIA.
+// Writes a blank FAT12 volume to a medium of 2,880 or 1,440 sectors: a boot sector that boots nothing, two
+// FATs and an empty root directory; the data area is not written. Other sizes: ERROR_UNRECOGNIZED_MEDIA.
 DWORD formatDiskette(SectorStore& store, DWORD serial);
 
 }  // namespace winlayer

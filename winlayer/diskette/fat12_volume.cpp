@@ -64,14 +64,14 @@ void Fat12Volume::change(Work work) {
     }
 }
 
-// Also when there is nothing to write, as the system does.
+// Checked even if there is nothing to write, as on Windows.
 void Fat12Volume::requireWritable() const {
     if (store_.writeProtected()) {
         throw DiskError{ERROR_WRITE_PROTECT};
     }
 }
 
-// A directory that is its own ancestor would have no end.
+// A directory that is its own ancestor would make paths endless.
 Directory Fat12Volume::openDirectory(const std::string& path) {
     Directory directory(parts_, 0);
     std::vector<DWORD> ancestors{0};

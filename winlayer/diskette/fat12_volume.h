@@ -11,28 +11,28 @@
 
 namespace winlayer {
 
-// A FAT12 volume on a medium. Paths as FileSystem has them. Every operation that changes something has it on
-// the medium when it returns; when it fails, the FATs and directories are as before, as far as the medium
-// allows. Failures are thrown as DiskError. Not locked.
+// A FAT12 volume on a medium. Paths are as in FileSystem. An operation has its changes on the medium when it
+// returns; if it fails, the FATs and directories are as before, as far as the medium allows. Failures are
+// thrown as DiskError. Not thread-safe.
 class Fat12Volume {
 public:
-    // Reads the parameters; ERROR_UNRECOGNIZED_VOLUME when there are none. The store and the clock must
-    // outlive it.
+    // Reads the parameters; ERROR_UNRECOGNIZED_VOLUME if there are none. The store and the clock must outlive
+    // it.
     Fat12Volume(SectorStore& store, const std::function<std::time_t()>& clock);
 
     const Fat12Layout& layout() const { return parts_.layout; }
     OpenFiles& openFiles() { return openFiles_; }
 
-    // Nothing when the path's last element is not there. ERROR_PATH_NOT_FOUND when one before is missing or
-    // no directory; ERROR_ACCESS_DENIED for the root, which has no entry.
+    // Nothing if only the path's last element is missing. ERROR_PATH_NOT_FOUND if an earlier one is missing
+    // or not a directory; ERROR_ACCESS_DENIED for the root, which has no entry.
     std::optional<FoundEntry> find(const std::string& path);
-    // The same of an entry's facts, but the root has some.
+    // The facts of the entry; also for the root.
     std::optional<FileFacts> facts(const std::string& path);
     std::vector<FileFacts> list(const std::string& path);
 
-    // A new, empty file. ERROR_INVALID_NAME for a name that is not 8.3.
+    // Creates an empty file. ERROR_INVALID_NAME for a name that is not 8.3.
     FoundEntry createFile(const std::string& path, DWORD attributes);
-    // Makes a file empty and gives it new attributes.
+    // Truncates a file and sets its attributes.
     void replaceFile(const EntryPlace& place, DWORD attributes);
     void setAttributes(const std::string& path, DWORD attributes);
     void removeFile(const std::string& path);
@@ -49,8 +49,8 @@ public:
     DWORD serial();
     void setLabel(const std::string& label);
 
-    // For sectors that were written below the volume. False when the parameters have changed with them, and
-    // the volume must be mounted anew.
+    // Call after sectors were written below the volume. False if that has changed the parameters, and the
+    // volume must be mounted again.
     bool notice(DWORD first, std::size_t count);
     void forgetAll();
 
@@ -60,7 +60,7 @@ private:
         std::string name;  // the path's last element
     };
 
-    // Does the work and commits; a failure discards what was changed.
+    // Runs the work and commits; on failure discards the changes.
     template <class Work>
     void change(Work work);
     void requireWritable() const;

@@ -8,7 +8,7 @@ namespace winlayer {
 namespace {
 
 constexpr DWORD freeCluster = 0;
-constexpr DWORD firstEndMark = 0xFF8;  // this and above: the chain ends here
+constexpr DWORD firstEndMark = 0xFF8;  // from here up: the last cluster of a chain
 constexpr DWORD endMark = 0xFFF;
 
 }  // namespace

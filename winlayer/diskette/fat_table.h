@@ -6,24 +6,24 @@
 
 namespace winlayer {
 
-// The file allocation table: which cluster follows which. Every number found in it is checked. Changes wait
-// for the cache's commit; failures are thrown as DiskError.
+// The file allocation table: the successor of each cluster. Every number read from it is checked. Changes are
+// written by the cache's commit; failures are thrown as DiskError.
 class FatTable {
 public:
     FatTable(SectorCache& cache, const Fat12Layout& layout);
 
-    // The clusters of a chain in order; none for first = 0. ERROR_FILE_CORRUPT when it leaves the volume,
-    // runs into free or unusable clusters, or never ends.
+    // The clusters of a chain in order; none for first = 0. ERROR_FILE_CORRUPT if it leaves the volume,
+    // reaches free or unusable clusters, or never ends.
     std::vector<DWORD> chain(DWORD first);
 
-    // Lengthens a chain by up to `count` clusters, the lowest free ones first; fewer when there are no more.
+    // Extends a chain by up to `count` clusters, the lowest free ones first; by fewer if the volume is full.
     void extend(std::vector<DWORD>& chain, DWORD count);
-    // Shortens a chain to its first `keep` clusters.
+    // Truncates a chain to its first `keep` clusters.
     void cut(std::vector<DWORD>& chain, DWORD keep);
-    // Frees a chain as far as it is one.
+    // Frees the valid part of a chain.
     void release(DWORD first);
 
-    // After clusters may have become free by other ways than these.
+    // Call after clusters may have been freed in other ways.
     void forget() { lowestFree_ = 2; }
 
 private:

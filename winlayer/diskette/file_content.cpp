@@ -10,13 +10,13 @@ namespace {
 
 constexpr std::uint64_t largestFile = 0xFFFFFFFF;
 
-// The sectors of one chain, in runs that lie side by side on the medium.
+// The sectors of one chain, in runs of consecutive sectors.
 class Content {
 public:
     Content(VolumeParts& parts, const std::vector<DWORD>& chain) : parts_(parts), chain_(chain) {}
 
     void read(DWORD offset, std::span<std::byte> buffer);
-    // Where a sector is written in part, its bytes below `valid` stay.
+    // In a sector that is written in part, bytes below `valid` are kept.
     void write(DWORD offset, std::span<const std::byte> data, DWORD valid);
 
 private:
@@ -64,7 +64,7 @@ void Content::read(DWORD offset, std::span<std::byte> buffer) {
     }
 }
 
-// What lies beyond the valid bytes does not count, so a sector of nothing else is not read.
+// Bytes from `valid` on do not matter, so a sector with no others is not read.
 Sector Content::present(DWORD index, DWORD valid) {
     Sector bytes{};
     if (index * sectorSize < valid) {
@@ -97,7 +97,7 @@ DWORD clustersFor(const VolumeParts& parts, std::uint64_t bytes) {
     return static_cast<DWORD>((bytes + cluster - 1) / cluster);
 }
 
-// The file's chain, which must hold what the entry says.
+// The file's chain, which must be long enough for its size.
 std::vector<DWORD> chainOf(VolumeParts& parts, const DirectoryEntry& entry) {
     std::vector<DWORD> chain = parts.fat.chain(entry.firstCluster);
     if (chain.size() < clustersFor(parts, entry.size)) {
@@ -106,8 +106,7 @@ std::vector<DWORD> chainOf(VolumeParts& parts, const DirectoryEntry& entry) {
     return chain;
 }
 
-// Lengthens the chain for `size` bytes as far as there is room; gives the bytes it then holds, at most
-// `size`.
+// Extends the chain for `size` bytes as far as space allows; returns the bytes it then holds, at most `size`.
 std::uint64_t reserve(VolumeParts& parts, std::vector<DWORD>& chain, std::uint64_t size) {
     const DWORD needed = clustersFor(parts, size);
     if (needed > chain.size()) {

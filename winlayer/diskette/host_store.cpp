@@ -54,7 +54,7 @@ DWORD HostStore::read(DWORD first, std::span<std::byte> buffer) {
     while (!buffer.empty()) {
         const ssize_t count = ::pread(descriptor_, buffer.data(), buffer.size(), at);
         if (count == 0) {
-            return ERROR_SECTOR_NOT_FOUND;  // somebody has cut the image short
+            return ERROR_SECTOR_NOT_FOUND;  // another program has truncated the image
         }
         if (count < 0 && errno != EINTR) {
             return hostError();
@@ -92,19 +92,19 @@ DWORD HostStore::settle() {
     if (!protected_ && ::fsync(descriptor_) != 0) {
         return hostError();
     }
-    // Only a hint: pages that are clean now are read from the medium the next time.
+    // Only a hint, so that later reads come from the medium.
     ::posix_fadvise(descriptor_, 0, 0, POSIX_FADV_DONTNEED);
     return NO_ERROR;
 }
 
-// The permissions are a medium's write-protect tab, which holds for the superuser, too.
+// The permissions act as the write-protect tab, even for the superuser.
 bool nobodyMayWrite(int descriptor) {
     constexpr mode_t writing = S_IWUSR | S_IWGRP | S_IWOTH;
     struct stat facts {};
     return ::fstat(descriptor, &facts) == 0 && (facts.st_mode & writing) == 0;
 }
 
-// Opens for reading and writing, or else for reading alone.
+// Opens for reading and writing, or else for reading only.
 std::unique_ptr<HostStore> openHost(const std::filesystem::path& path, int flags, DWORD& error) {
     error = NO_ERROR;
     int descriptor = ::open(path.c_str(), O_RDWR | O_CLOEXEC | flags, 0666);
@@ -119,7 +119,7 @@ std::unique_ptr<HostStore> openHost(const std::filesystem::path& path, int flags
     return std::make_unique<HostStore>(descriptor, writeProtected || nobodyMayWrite(descriptor));
 }
 
-// What only the kernel knows of a block device.
+// Gets the properties of a block device from the kernel.
 DWORD examineDevice(HostStore& store) {
     std::uint64_t bytes = 0;
     int logicalSector = 0;

@@ -4,8 +4,7 @@
 
 #include "winlayer/include/windows.h"
 
-// Fields of on-disk structures and register blocks. `at` counts bytes and lies in the block with its whole
-// field.
+// Fields of on-disk structures and register blocks. `at` is in bytes; the entire field must lie in the block.
 
 namespace winlayer {
 

@@ -10,7 +10,7 @@ bool shares(DWORD sharing, DWORD access) {
            ((access & GENERIC_WRITE) == 0 || (sharing & FILE_SHARE_WRITE) != 0);
 }
 
-// Who neither reads nor writes disturbs nobody.
+// An open for neither reading nor writing conflicts with no other.
 bool agree(const OpenFiles::Open& a, const OpenFiles::Open& b) {
     return a.access == 0 || b.access == 0 || (shares(a.sharing, b.access) && shares(b.sharing, a.access));
 }

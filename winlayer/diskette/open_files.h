@@ -5,7 +5,7 @@
 
 namespace winlayer {
 
-// The files of a volume that are open, with what each open may do and lets others do.
+// The open files of a volume, with the access and sharing of each open.
 class OpenFiles {
 public:
     struct Open {
@@ -15,7 +15,7 @@ public:
     };
     using Ticket = std::list<Open>::iterator;
 
-    // ERROR_SHARING_VIOLATION when an earlier open does not share this access, or this one not the earlier's.
+    // ERROR_SHARING_VIOLATION if an earlier open does not share this access, or this one not the earlier's.
     DWORD check(const Open& wanted) const;
     Ticket enter(const Open& open) { return open_.insert(open_.end(), open); }
     void leave(Ticket ticket) { open_.erase(ticket); }

@@ -21,7 +21,7 @@ DISK_GEOMETRY windowsGeometry(const DiskGeometry& geometry) {
     return described;
 }
 
-// As many whole records as fit.
+// As many complete records as fit.
 DWORD answer(const std::vector<DiskGeometry>& geometries, std::span<std::byte> out, DWORD& returned) {
     const std::size_t count = std::min(geometries.size(), out.size() / sizeof(DISK_GEOMETRY));
     for (std::size_t i = 0; i < count; ++i) {

@@ -44,11 +44,11 @@ Sector& SectorCache::replace(DWORD sector) {
     }
     auto& slot = slots_[sector];
     if (!slot || !slot->original) {
-        changed_.push_back(sector);  // first: what is not noted there must not be taken for the medium's
+        changed_.push_back(sector);  // first: a slot not listed here must match the medium
         if (!slot) {
             slot = std::make_unique<Slot>();
         }
-        slot->original = Sector{};  // what was there is free space: zeros undo it as well as anything
+        slot->original = Sector{};  // the old content is free space, so undoing it with zeros is right
     }
     slot->data.fill(std::byte{0});
     return slot->data;
@@ -74,7 +74,7 @@ void SectorCache::undo(std::size_t written) {
         writeCopies(changed_[i], *slots_[changed_[i]]->original);
     }
     for (const DWORD sector : changed_) {
-        slots_[sector].reset();  // nobody knows what the medium holds now
+        slots_[sector].reset();  // the content of the medium is now unknown
     }
     changed_.clear();
 }

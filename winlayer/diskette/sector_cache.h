@@ -10,39 +10,39 @@ namespace winlayer {
 
 using Sector = std::array<std::byte, sectorSize>;
 
-// The sectors of FATs and directories, kept in memory, with changes that reach the medium together: an
-// operation changes sectors and then commits, or fails and discards. Failures are thrown as DiskError.
-// References to sectors hold until the next discard or forget.
+// Caches the sectors of FATs and directories. Changes are written together: an operation changes sectors and
+// then commits, or fails and discards. Failures are thrown as DiskError. References to a sector are valid
+// until the cache drops it.
 class SectorCache {
 public:
     explicit SectorCache(SectorStore& store);
 
-    // The first FAT's place and the number of FATs: its sectors are written to each of them.
+    // The position and size of the first FAT, and the number of FATs, which all get its changes.
     void setFats(DWORD first, DWORD count, DWORD copies);
 
     const Sector& read(DWORD sector);
-    // To be changed by the caller before the next commit.
+    // The caller may change it until the next commit.
     Sector& change(DWORD sector);
-    // The same for a sector whose content no longer matters: all zero, and not read.
+    // The same for a sector whose old content does not matter: zero-filled, not read.
     Sector& replace(DWORD sector);
 
-    // Writes the changes in the order in which they were begun. When a write fails, those before it are
-    // undone as far as the medium lets them, all changes are forgotten, and the failure is thrown.
+    // Writes the changes in the order in which they were begun. If a write fails, it and the earlier ones are
+    // undone as far as the medium allows, all changes are dropped, and the failure is thrown.
     void commit();
     void discard();
 
-    // File contents: whole sectors past the cache, which forgets what it held of them.
+    // File contents: complete sectors that bypass the cache; writing drops its unchanged copies.
     void readContent(DWORD first, std::span<std::byte> buffer);
     void writeContent(DWORD first, std::span<const std::byte> data);
 
-    // For sectors that were written behind the cache's back.
+    // Call after sectors were written without the cache.
     void forget(DWORD first, std::size_t count);
     void forgetAll();
 
 private:
     struct Slot {
         Sector data{};
-        std::optional<Sector> original;  // as it is on the medium, while a change is under way
+        std::optional<Sector> original;  // its content on the medium, while a change is pending
     };
 
     Slot& load(DWORD sector);

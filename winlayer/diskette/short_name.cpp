@@ -10,8 +10,8 @@ constexpr std::size_t baseLength = 8;
 constexpr std::size_t extensionLength = 3;
 constexpr std::byte blank{' '};
 
-// Code page 850 from 80h up in code page 1252. The box-drawing characters, which 1252 lacks, take the places
-// that are left over.
+// Code page 850 from 80h up in code page 1252. The box-drawing characters, which 1252 lacks, get the
+// remaining values.
 constexpr std::uint8_t ansiOfOem[128] = {
     0xC7, 0xFC, 0xE9, 0xE2, 0xE4, 0xE0, 0xE5, 0xE7, 0xEA, 0xEB, 0xE8, 0xEF, 0xEE, 0xEC, 0xC4, 0xC5,  //
     0xC9, 0xE6, 0xC6, 0xF4, 0xF6, 0xF2, 0xFB, 0xF9, 0xFF, 0xD6, 0xDC, 0xF8, 0xA3, 0xD8, 0xD7, 0x83,  //
@@ -51,7 +51,7 @@ bool isForbidden(char c) {
     return isControl(c) || std::string_view("\"*+,./:;<=>?[\\]|").find(c) != std::string_view::npos;
 }
 
-// Characters of code page 1252 that code page 850 really has: all but those below A0h, where it shares one.
+// Characters of code page 1252 that code page 850 really has: from A0h up all, below just one.
 bool hasOem(char c) {
     const auto value = static_cast<std::uint8_t>(c);
     return value < 0x80 || value >= 0xA0 || value == 0x83;
@@ -62,7 +62,7 @@ char shown(std::byte oem) {
     return isControl(c) || std::string_view("\"*./:<>?\\|").find(c) != std::string_view::npos ? '_' : c;
 }
 
-// One padded part of a name, without its padding.
+// One part of a name without its padding.
 std::string partText(const std::byte* first, std::size_t length) {
     while (length > 0 && first[length - 1] == blank) {
         --length;
@@ -81,7 +81,7 @@ bool parsePart(std::string_view text, std::byte* place, std::size_t length) {
     return true;
 }
 
-// E5h in the first place would mark a deleted entry; 05h stands for it.
+// E5h as the first byte would mark a deleted entry; 05h is stored instead.
 constexpr std::byte deletedMark{0xE5};
 constexpr std::byte deletedStandIn{0x05};
 

@@ -35,7 +35,7 @@ Transfer VolumeFile::write(std::uint64_t offset, std::span<const std::byte> data
     return done;
 }
 
-// Every write is on the medium already, as far as this program can bring it there.
+// Writes have gone to the store already; this syncs it.
 DWORD VolumeFile::flush() {
     return drive_->flush();
 }

@@ -6,8 +6,8 @@
 
 namespace winlayer {
 
-// A file that is open on a diskette. It keeps the drive alive, and knows by the volume whether the diskette
-// is still the one it was opened on.
+// A file open on a diskette. It keeps the drive alive, and its volume shows whether the diskette has been
+// changed.
 class VolumeFile : public OpenFile {
 public:
     VolumeFile(std::shared_ptr<DisketteDrive> drive, std::shared_ptr<Fat12Volume> volume,

@@ -48,8 +48,7 @@ public:
         // there must be no cache. The cache must outlive this entry or be detached before.
         bool attach(FileCache& cache);
         void detach();
-        // Records the path and descriptor under which the file is open. The descriptor must outlive the
-        // entry.
+        // Records the path and descriptor of the open file; the descriptor must outlive this entry.
         void tellPath(std::string path, int descriptor);
 
     private:
