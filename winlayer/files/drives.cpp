@@ -26,9 +26,9 @@ std::string withoutEndingSlash(std::string path) {
     return path;
 }
 
-// The host path without links on its way, so that ".." is the folder that the host takes it for. The last
-// name stays even if it is a link's: it is the name that was asked for. Throws std::invalid_argument for a
-// relative path when the current directory is gone.
+// The host path with the links in its folder resolved, so that ".." is the folder that the host means. A link
+// as the last name is kept: that name was asked for. Throws std::invalid_argument for a relative path when
+// the current directory no longer exists.
 std::string physicalPath(const fs::path& hostPath) {
     std::error_code error;
     const fs::path path = withoutEndingSlash(fs::absolute(hostPath, error).string());
@@ -43,14 +43,14 @@ std::string physicalPath(const fs::path& hostPath) {
     return withoutEndingSlash((named ? folder / path.filename() : folder).string());
 }
 
-// Whether every name on the way is one that Windows neither cuts short nor takes apart.
+// Whether Windows takes each element of the path as one unchanged name.
 bool hasWindowsNames(const std::string& below) {
     const fs::path path = below;
     return std::all_of(path.begin(), path.end(),
                        [](const fs::path& name) { return isWindowsName(name.string()); });
 }
 
-// Whether a host path lies in a folder, and then what is below it.
+// Whether a host path is a folder or lies in it; `below` is the rest of the path.
 bool liesIn(const std::string& path, const std::string& folder, std::string& below) {
     if (path.compare(0, folder.size(), folder) != 0) {
         return false;

@@ -14,12 +14,12 @@ struct SystemSettings;
 struct HostKnowledge;
 
 struct Drive {
-    std::shared_ptr<FileSystem> files;  // null: a drive letter without anything behind it
+    std::shared_ptr<FileSystem> files;  // null: the drive letter has no file system
     UINT type = DRIVE_FIXED;            // what GetDriveTypeA reports
 };
 
-// The drive letters A to Z, the current directory, and the way from a Windows path to a file system. Drives
-// are mounted before the product runs; the current directory may change at any time, on any thread.
+// The drive letters A to Z, the current directory, and the resolution of Windows paths. Drives are mounted
+// before the product runs; the current directory may change at any time, on any thread.
 class Drives {
 public:
     // The current machine's.
@@ -28,17 +28,17 @@ public:
     explicit Drives(const SystemSettings& settings);
     ~Drives();
 
-    // For a program whose files on the host no other program changes meanwhile or reads before it has closed
-    // them, and which puts them on the medium itself where that matters: from now on files are read ahead,
-    // small writes gathered, flushes left to the host, and folders remembered. Before the product runs.
+    // Exclusive mode, for a program that syncs files itself where that matters and whose host files no other
+    // program changes meanwhile or reads before they are closed: reads ahead, gathers small writes, leaves
+    // flushes to the host and remembers folders. Call it before the product runs.
     void workAlone();
-    // Ends that for the files that are open: the host gets what is still kept of them.
+    // Ends exclusive mode and writes all cached data of open files to the host.
     void settle();
 
     void mount(char letter, std::shared_ptr<FileSystem> files, UINT type);
-    // A host folder as a drive.
+    // Mounts a host folder as a drive.
     void mountFolder(char letter, const std::filesystem::path& folder, UINT type = DRIVE_FIXED);
-    // A folder of the machine's own, made when it is first used and removed with the drive.
+    // A folder private to the machine, made on first use and removed with the drive.
     void mountPrivateFolder(char letter, UINT type = DRIVE_FIXED);
     void unmount(char letter);
     // Null when the letter has no drive.
@@ -50,17 +50,17 @@ public:
     std::string currentDirectory() const;
     DWORD setCurrentDirectory(const std::string& path);
 
-    // Splits any Windows path (relative ones against the current directory; "." and ".." resolved; forward
-    // slashes taken as backslashes) into its drive and the path below it. ERROR_PATH_NOT_FOUND when there is
-    // no such drive, ERROR_NOT_READY when nothing is behind it, ERROR_INVALID_NAME for a name that no file
-    // can have.
+    // Splits a Windows path (relative ones are resolved against the current directory; "." and ".." are
+    // resolved; forward slashes count as backslashes) into its drive and the path below it.
+    // ERROR_PATH_NOT_FOUND if there is no such drive, ERROR_NOT_READY if it has no file system,
+    // ERROR_INVALID_NAME for a name that no file can have.
     DWORD resolve(const std::string& path, std::shared_ptr<FileSystem>& files, std::string& below) const;
 
-    // The Windows path of a host path, through the drive whose folder holds it ("Z:" holds everything). Links
-    // on the way are followed. Throws std::invalid_argument when a name ends in a dot or a blank or has a
-    // character that Windows names or the ANSI code page lack.
+    // The Windows path of a host path, on the drive whose folder contains it ("Z:" contains everything).
+    // Links in the path are followed. Throws std::invalid_argument if a name ends in a dot or a blank or has
+    // a character that Windows names or the ANSI code page cannot contain.
     std::string fromHost(const std::filesystem::path& hostPath) const;
-    // The host path behind a Windows path. Throws std::invalid_argument when it is on no host folder.
+    // The host path of a Windows path. Throws std::invalid_argument if its drive is not a host folder.
     std::filesystem::path toHost(const std::string& path) const;
 
 private:

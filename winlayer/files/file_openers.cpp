@@ -26,7 +26,7 @@ bool equalsWithoutCase(std::string_view text, std::string_view upperCase) {
     return true;
 }
 
-// The drives of Windows 95, 98 and Me have no raw devices: VWIN32 stands in for them.
+// Drives of Windows 95, 98 and Me have no raw devices; VWIN32 replaces them.
 DWORD openDrive(std::string_view device, const OpenRequest& request, OpenedFile& opened) {
     const Drive* drive =
         isNt(SystemSettings::current().version) ? Drives::current().find(device[0]) : nullptr;
@@ -67,7 +67,7 @@ DWORD openByName(const std::string& name, const OpenRequest& request, OpenedFile
     if (const DWORD error = findTarget(name.c_str(), opened.target); error != 0) {
         return error;
     }
-    // The name of what is not there yet must not end like that of a directory.
+    // The name of a new file must not end in a separator.
     const bool creates = request.disposition != OPEN_EXISTING && request.disposition != TRUNCATE_EXISTING;
     if (creates && endsWithSeparator(name)) {
         return ERROR_INVALID_NAME;

@@ -10,12 +10,12 @@ namespace winlayer {
 struct OpenedFile {
     std::unique_ptr<OpenFile> file;
     bool existed = false;
-    // Where the file was found; without a file system for a device.
+    // The file's location; a device has no file system.
     PathTarget target;
 };
 
-// Opens what a name stands for: a device when it starts with "\\\\.\\" (a drive's raw device as in
-// "\\\\.\\A:", or VWIN32), otherwise a file on a drive.
+// Opens a device if the name starts with "\\\\.\\" (a drive's raw device as in "\\\\.\\A:", or VWIN32),
+// otherwise a file on a drive.
 DWORD openByName(const std::string& name, const OpenRequest& request, OpenedFile& opened);
 
 }  // namespace winlayer

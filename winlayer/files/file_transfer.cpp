@@ -7,7 +7,7 @@ namespace winlayer {
 
 namespace {
 
-// The lowest bit of the event handle is a flag for completion ports and no part of the handle.
+// The lowest bit of the event handle is a flag for completion ports, not part of the handle.
 std::shared_ptr<EventObject> eventOf(const OVERLAPPED& overlapped) {
     const auto value = reinterpret_cast<std::uintptr_t>(overlapped.hEvent) & ~std::uintptr_t{1};
     return HandleTable::current().get<EventObject>(reinterpret_cast<HANDLE>(value));

@@ -6,11 +6,11 @@
 
 namespace winlayer {
 
-// The file behind a handle if it grants the access (0: any); otherwise null, the last error being set.
+// The file of a handle that grants this access (0: any); otherwise null, with the last error set.
 std::shared_ptr<FileObject> fileWith(HANDLE handle, DWORD access);
 
-// What a transfer or command with an OVERLAPPED block leaves in it: the number of bytes, the error code, and
-// its event signalled. The work is then already done, so nothing is ever pending.
+// Set the results of a transfer or command in its OVERLAPPED block: the number of bytes, the error code, the
+// event signalled. By then the work is done, so nothing is ever pending.
 void beginOverlapped(OVERLAPPED& overlapped);
 void endOverlapped(OVERLAPPED& overlapped, Transfer transfer);
 

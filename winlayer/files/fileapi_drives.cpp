@@ -11,7 +11,7 @@ namespace {
 
 using winlayer::Drive;
 
-// The drive that a root directory such as "A:\" names; a null one is that of the current directory.
+// The drive of a root directory such as "A:\"; of the current directory if null.
 DWORD driveOfRoot(LPCSTR root, const Drive*& drive) {
     winlayer::ResolvedPath resolved;
     const std::string path = root != nullptr ? root : "\\";
@@ -23,7 +23,7 @@ DWORD driveOfRoot(LPCSTR root, const Drive*& drive) {
     return drive == nullptr ? ERROR_PATH_NOT_FOUND : resolved.below.empty() ? 0 : ERROR_DIR_NOT_ROOT;
 }
 
-// The file system of a root given with its separator; otherwise an error code.
+// The file system of a root that ends in a separator; otherwise an error code.
 DWORD volumeOf(LPCSTR root, std::shared_ptr<winlayer::FileSystem>& files) {
     if (root != nullptr && !winlayer::endsWithSeparator(root)) {
         return ERROR_INVALID_NAME;

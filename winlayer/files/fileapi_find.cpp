@@ -16,7 +16,7 @@ using winlayer::FileSystem;
 using winlayer::Listing;
 using winlayer::SearchObject;
 
-// The one entry that a pattern without wildcards names.
+// The single entry of a pattern without wildcards.
 class SingleListing : public Listing {
 public:
     explicit SingleListing(FileFacts entry) : entry_(std::move(entry)) {}
@@ -35,7 +35,7 @@ private:
     bool given_ = false;
 };
 
-// The first part is empty or ends with its separator or colon.
+// The first part is empty or ends with a separator or colon.
 std::pair<std::string, std::string> splitPattern(const std::string& pattern) {
     const std::size_t end = pattern.find_last_of("\\/:");
     const std::size_t start = end == std::string::npos ? 0 : end + 1;
@@ -46,7 +46,7 @@ DWORD findOne(const std::string& path, std::unique_ptr<Listing>& listing) {
     std::shared_ptr<FileSystem> files;
     std::string below;
     DWORD error = winlayer::Drives::current().resolve(path, files, below);
-    // A drive's root is in no directory.
+    // A drive's root is not in any directory.
     if (error == 0 && below.empty()) {
         error = ERROR_FILE_NOT_FOUND;
     }
@@ -142,7 +142,7 @@ BOOL WINAPI FindNextFileA(HANDLE search, LPWIN32_FIND_DATAA data) try {
     return winlayer::outOfMemory(FALSE);
 }
 
-// Like CloseHandle, a close that the fault plan fails takes the handle away.
+// As with CloseHandle, the handle is closed even when the fault plan fails the call.
 BOOL WINAPI FindClose(HANDLE search) {
     const DWORD planned = winlayer::deniedCode(__func__);
     winlayer::HandleTable& handles = winlayer::HandleTable::current();

@@ -10,7 +10,7 @@ namespace {
 using winlayer::FileFacts;
 using winlayer::FileSystem;
 
-// Does the work on the file system that a path leads to; true on success, otherwise the last error is set.
+// Runs the work on the file system of a path; true on success, otherwise the last error is set.
 template <class Work>
 bool onPath(LPCSTR path, const Work& work) {
     winlayer::PathTarget target;
@@ -21,7 +21,7 @@ bool onPath(LPCSTR path, const Work& work) {
     return winlayer::succeeded(error);
 }
 
-// The current directory must stay: Windows NT has it open, the others refuse by rule.
+// The current directory cannot be removed: Windows NT has it open, the others forbid it.
 DWORD refuseCurrentDirectory(const FileSystem& files, const std::string& below) {
     winlayer::PathTarget current;
     if (findTarget(".", current) != 0 || current.files.get() != &files ||

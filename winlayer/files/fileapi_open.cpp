@@ -9,7 +9,7 @@ using winlayer::FileObject;
 using winlayer::OpenedFile;
 using winlayer::OpenRequest;
 
-// Attributes share their parameter with the flags, which begin here.
+// The attributes share their parameter with the flags, which begin here.
 constexpr DWORD attributeMask = 0x0000FFFF;
 
 DWORD checkRequest(LPCSTR name, const OpenRequest& request) {

@@ -13,7 +13,7 @@ std::uint64_t offsetOf(const OVERLAPPED& overlapped) {
     return std::uint64_t{overlapped.OffsetHigh} << 32 | overlapped.Offset;
 }
 
-// A transfer at the file's position, which it advances.
+// Transfers at the file's position and advances it.
 template <class Work>
 Transfer atPosition(FileObject& file, const Work& work) {
     const std::lock_guard lock(file.mutex);
@@ -22,8 +22,8 @@ Transfer atPosition(FileObject& file, const Work& work) {
     return transfer;
 }
 
-// A transfer at the block's offset. One on a file that was not opened for overlapped transfers moves the
-// file's position behind it.
+// Transfers at the block's offset. On a file that was not opened for overlapped transfers, also sets the
+// file's position to the end of the transfer.
 template <class Work>
 Transfer atOffset(FileObject& file, OVERLAPPED& overlapped, const Work& work) {
     const std::uint64_t offset = offsetOf(overlapped);
@@ -37,7 +37,7 @@ Transfer atOffset(FileObject& file, OVERLAPPED& overlapped, const Work& work) {
     return transfer;
 }
 
-// An OVERLAPPED block may take the count's place, and must on a file opened for overlapped transfers.
+// An OVERLAPPED block may replace the count, and must for a file opened for overlapped transfers.
 bool hasPlaces(const FileObject& file, LPDWORD transferred, LPOVERLAPPED overlapped) {
     return overlapped != nullptr || (transferred != nullptr && !file.overlapped);
 }
@@ -61,8 +61,7 @@ BOOL transferThrough(FileObject& file, LPDWORD transferred, LPOVERLAPPED overlap
 
 }  // namespace
 
-// At the end of the file a plain read succeeds with nothing read; one with an OVERLAPPED block says so by its
-// error.
+// At the end of the file a plain read succeeds with no bytes; one with an OVERLAPPED block fails.
 BOOL WINAPI ReadFile(HANDLE file, LPVOID buffer, DWORD count, LPDWORD transferred,
                      LPOVERLAPPED overlapped) try {
     if (transferred != nullptr) {
@@ -108,7 +107,7 @@ BOOL WINAPI WriteFile(HANDLE file, LPCVOID buffer, DWORD count, LPDWORD transfer
 
 namespace {
 
-// What the position is moved from; an error code when it cannot be told.
+// The position that a move starts from, or an error code if it cannot be determined.
 DWORD startOfMove(FileObject& file, DWORD method, std::int64_t& start) {
     std::uint64_t size = 0;
     DWORD error = 0;
@@ -140,7 +139,7 @@ DWORD movePosition(FileObject& file, std::int64_t distance, DWORD method, bool w
     if (target < 0) {
         return ERROR_NEGATIVE_SEEK;
     }
-    // Without a place for the high half a position beyond 32 bits cannot be reported.
+    // Without a pointer for the high half a position beyond 32 bits cannot be returned.
     if (!wide && target > std::numeric_limits<DWORD>::max()) {
         return ERROR_INVALID_PARAMETER;
     }

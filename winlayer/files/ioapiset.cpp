@@ -37,7 +37,7 @@ BOOL WINAPI DeviceIoControl(HANDLE device, DWORD code, LPVOID in, DWORD inSize, 
     return winlayer::outOfMemory(FALSE);
 }
 
-// Nothing is ever pending here, so there is nothing to wait for.
+// Nothing is ever pending, so there is nothing to wait for.
 BOOL WINAPI GetOverlappedResult(HANDLE file, LPOVERLAPPED overlapped, LPDWORD transferred, BOOL /*wait*/) {
     if (winlayer::denied(__func__)) {
         return FALSE;

@@ -15,9 +15,8 @@ using winlayer::FileFacts;
 using winlayer::giveText;
 using winlayer::isSeparator;
 
-// Rewrites each element of a path as `rewrite` tells from the facts of what it names; drive, separators, "."
-// and
-// ".." stay as they are.
+// Replaces each element of a path by the result of `rewrite` for its facts; drive, separators, "." and ".."
+// stay as they are.
 template <class Rewrite>
 DWORD rewriteElements(const std::string& path, const Rewrite& rewrite, std::string& rewritten) {
     const winlayer::Drives& drives = winlayer::Drives::current();

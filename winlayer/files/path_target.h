@@ -6,13 +6,13 @@
 
 namespace winlayer {
 
-// What a path leads to.
+// The file system and the path in it that a Windows path leads to.
 struct PathTarget {
     std::shared_ptr<FileSystem> files;
     std::string below;
 };
 
-// Resolves a path; one that ends in a separator must not be that of a file (ERROR_INVALID_NAME).
+// Resolves a path; one that ends in a separator must not lead to a file (ERROR_INVALID_NAME).
 DWORD findTarget(const char* path, PathTarget& target);
 
 }  // namespace winlayer

@@ -33,7 +33,7 @@ constexpr DWORD removableWithChangeLine = 0x02;  // device attributes: bit 0 cle
 
 constexpr std::size_t packetSize = 10;
 
-// A service that cannot even be tried: the command fails.
+// Thrown when a service cannot even be tried: the command fails.
 struct CommandError {
     DWORD code;
 };
@@ -80,7 +80,7 @@ public:
                   DWORD& returned) override;
 
 private:
-    // The diskette drive of a number (0 = A); null when the letter has none.
+    // The diskette drive of this number (0 = A); null if the letter has none.
     std::shared_ptr<DisketteDrive> drive(DWORD number) const;
     void ioctl(DosRegisters& registers) const;
     void absoluteTransfer(DosRegisters& registers, bool writing) const;
@@ -128,7 +128,7 @@ void Vwin32::ioctl(DosRegisters& registers) const {
     if (LOWORD(registers.eax) != genericBlockDeviceRequest || LOWORD(registers.ecx) != getDeviceParameters) {
         return registers.fail(dosInvalidFunction);
     }
-    const DWORD number = LOBYTE(LOWORD(registers.ebx));  // 0, the current drive, is never a diskette's
+    const DWORD number = LOBYTE(LOWORD(registers.ebx));  // 0, the current drive, is never a diskette drive
     const auto found = number == 0 ? nullptr : drive(number - 1);
     if (!found) {
         return registers.fail(dosInvalidDrive);
@@ -181,7 +181,7 @@ void Vwin32::bios(DosRegisters& registers) const {
     biosTransfer(registers, *found, function == 0x03);
 }
 
-// Sectors are counted from 1, and a transfer stays on its track, as the controller has it.
+// Sectors count from 1, and a transfer stays on its track, as in the controller.
 void Vwin32::biosTransfer(DosRegisters& registers, DisketteDrive& drive, bool writing) const {
     DiskGeometry medium;
     DWORD error = drive.mediumGeometry(medium);

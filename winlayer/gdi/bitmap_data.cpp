@@ -20,7 +20,7 @@ struct Header {
     unsigned bits = 0;
     DWORD compression = 0;
     DWORD colors = 0;
-    unsigned colorSize = 4;  // bytes to an entry of the table
+    unsigned colorSize = 4;  // bytes per entry of the table
 };
 
 WORD wordAt(std::span<const BYTE> data, std::size_t offset) {
@@ -67,7 +67,7 @@ bool isReadable(const Header& header) {
     return known && header.compression == 0 && header.width > 0 && header.height > 0;
 }
 
-// The colours that a pixel's number may mean. Numbers beyond those that the file gives are black.
+// The colours of pixel values. Values beyond the colours in the file are black.
 std::vector<std::uint32_t> readColors(std::span<const BYTE> table, const Header& header) {
     std::vector<std::uint32_t> colors(std::size_t{1} << header.bits, black);
     for (std::size_t i = 0; i < colors.size() && (i + 1) * header.colorSize <= table.size(); ++i) {

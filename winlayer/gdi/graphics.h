@@ -20,7 +20,7 @@ struct Font {
     LOGFONTA description{};
 };
 
-// Where drawing goes. Windows' own have their surface; a memory context draws on the bitmap selected into it.
+// A drawing target: a window's context has its own surface, a memory context that of its bitmap.
 struct DeviceContext {
     std::shared_ptr<Surface> surface;
     bool ofWindow = false;
@@ -30,8 +30,8 @@ struct DeviceContext {
     int stretchMode = BLACKONWHITE;
 };
 
-// A machine's drawing objects and device contexts. Handles are numbers that are never given twice, so that a
-// stale one is known. Thread rule: used by the thread that works with windows.
+// A machine's drawing objects and device contexts. Handles are numbers that are never reused, so that a stale
+// one is recognised. Thread rule: used by the thread that works with windows.
 class Graphics {
 public:
     // The current machine's.
@@ -39,13 +39,13 @@ public:
 
     Graphics();
 
-    // A context on a surface that the window side keeps, until it is closed. False when it is none such.
+    // A context for a surface that its window keeps. close() is false for any other context.
     HDC open(std::shared_ptr<Surface> surface);
     bool close(HDC context);
     HDC createMemoryContext();
-    // False when it is no memory context.
+    // False when it is not a memory context.
     bool deleteContext(HDC context);
-    // Null for a handle that is none, or not of this kind.
+    // Null if the handle is not that of a context.
     DeviceContext* context(HDC context);
 
     template <class Object>
@@ -57,21 +57,21 @@ public:
         const auto found = objects_.find(object);
         return found == objects_.end() ? nullptr : std::get_if<Object>(&found->second.value);
     }
-    // The description of a font; null when it is none.
+    // The description of a font; null if it is not a font.
     const LOGFONTA* font(HFONT font);
-    // Whether there is such an object; what it was selected instead of is in `previous`. False also for a
-    // bitmap that cannot be selected there.
+    // False if there is no such object, or for a bitmap that cannot be selected there. `previous` is the
+    // object that was selected before.
     bool select(DeviceContext& context, HGDIOBJ object, HGDIOBJ& previous);
-    // Stock objects stay, which is a success. False for one that is selected into a context.
+    // True for stock objects, which stay. False for an object that is selected into a context.
     bool remove(HGDIOBJ object);
-    // Null for a number without a stock object.
+    // Null for a number that has no stock object.
     HGDIOBJ stock(int index) const;
-    // The colour of a brush, or of a system colour plus one in its place; false for neither.
+    // The colour of a brush, or of a system colour number plus one; false for anything else.
     bool brushColor(HBRUSH brush, COLORREF& color);
-    // Null for a number without a colour.
+    // Null for a number that has no colour.
     HBRUSH systemBrush(int index) const;
 
-    // Objects and contexts that are open now; stock objects are not counted.
+    // Open objects and contexts; stock objects are not counted.
     std::size_t count() const;
 
 private:
@@ -80,7 +80,7 @@ private:
         bool isStock;
     };
 
-    // Above the numbers that stand for resources and system colours.
+    // Above the numbers used for resources and system colours.
     static constexpr ULONG_PTR firstHandle = 0x10000;
 
     ULONG_PTR nextHandle();
@@ -91,7 +91,7 @@ private:
     std::map<HDC, DeviceContext> contexts_;
     std::map<int, HGDIOBJ> stock_;
     std::map<int, HGDIOBJ> systemBrushes_;
-    HGDIOBJ noBitmap_ = nullptr;  // what a memory context has at the start: one pixel
+    HGDIOBJ noBitmap_ = nullptr;  // initially selected in a memory context: one pixel
     ULONG_PTR lastHandle_ = firstHandle;
 };
 
@@ -99,7 +99,7 @@ inline Graphics& graphics() {
     return Graphics::current();
 }
 
-// The colour of a COLOR_... number; false when there is none.
+// The colour of a COLOR_... number; false if there is none.
 bool systemColor(int index, COLORREF& color);
 
 }  // namespace winlayer

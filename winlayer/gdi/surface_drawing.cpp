@@ -15,7 +15,7 @@ struct Range {
     int end;
 };
 
-// One direction of a stretch: which pixels of the source make one of the target.
+// One dimension of a stretch: maps a target pixel to its source pixels.
 class Axis {
 public:
     Axis(int from, int fromSize, int to, int toSize)
@@ -25,11 +25,10 @@ public:
           toSize_(std::abs(toSize)),
           mirrored_((fromSize < 0) != (toSize < 0)) {}
 
-    // Target pixels that the surface has.
+    // Target pixels within the surface.
     Range targets(int size) const { return {std::max(0, to_), std::min<int>(size, to_ + toSize_)}; }
 
-    // What becomes of source pixels [first, end) of a surface of `size`; at least one, before what the
-    // surface lacks is taken away.
+    // Source pixels of a target pixel: at least one, then clipped to a surface of `size`.
     Range sources(int target, int size) const {
         const std::int64_t step = mirrored_ ? toSize_ - 1 - (target - to_) : target - to_;
         const std::int64_t first = step * fromSize_ / toSize_;
@@ -108,7 +107,7 @@ void stretch(const Surface& from, const Placement& source, Surface& to, const Pl
         return;
     }
     if (&from == &to) {
-        // What is drawn must not be read again.
+        // From a copy, because drawing overwrites the source.
         const auto before = std::make_unique<Surface>(from);
         stretch(*before, source, to, target, mode);
         return;
@@ -117,7 +116,7 @@ void stretch(const Surface& from, const Placement& source, Surface& to, const Pl
     const Axis down(source.y, source.height, target.y, target.height);
     const Range rows = down.targets(to.height);
     const Range columns = across.targets(to.width);
-    std::vector<Range> fromColumns;  // the same in each row
+    std::vector<Range> fromColumns;  // the same for each row
     for (int x = columns.first; x < columns.end; ++x) {
         fromColumns.push_back(across.sources(x, from.width));
     }

@@ -11,7 +11,7 @@ constexpr COLORREF toColor(std::uint32_t pixel) {
     return ((pixel & 0xFF) << 16) | (pixel & 0xFF00) | ((pixel >> 16) & 0xFF);
 }
 
-// All pixels in one colour. The sizes are not negative.
+// All pixels in one colour. Width and height must not be negative.
 Surface makeSurface(int width, int height, std::uint32_t pixel);
 bool contains(const Surface& surface, int x, int y);
 inline std::size_t indexOf(const Surface& surface, int x, int y) {
@@ -25,18 +25,18 @@ inline std::uint32_t pixelAt(const Surface& surface, int x, int y) {
     return surface.pixels[indexOf(surface, x, y)];
 }
 
-// Only the part of the area that the surface has.
+// Clips the area to the surface.
 void fill(Surface& surface, const RECT& area, std::uint32_t pixel);
 
-// A place with a direction: a negative width or height mirrors.
+// A rectangle with a direction: a negative width or height mirrors.
 struct Placement {
     int x;
     int y;
     int width;
     int height;
 };
-// Copies one place onto another; `mode` is one of the modes of SetStretchBltMode. Pixels that one of the two
-// surfaces does not have are left alone. The two may be the same surface.
+// Copies one rectangle to another; `mode` is a mode of SetStretchBltMode. Pixels outside either surface are
+// skipped. Both may be the same surface.
 void stretch(const Surface& from, const Placement& source, Surface& to, const Placement& target, int mode);
 
 }  // namespace winlayer

@@ -25,7 +25,7 @@ BITMAP describe(const Bitmap& bitmap) {
     return description;
 }
 
-// Stores what fits, or says what is needed.
+// Copies what fits, or returns the size needed.
 template <class Description>
 int give(const Description& description, int size, LPVOID buffer) {
     const auto whole = static_cast<int>(sizeof description);

@@ -1,4 +1,4 @@
-// Bitmaps and what is drawn with them.
+// Bitmaps and drawing with them.
 
 #include <limits>
 #include <utility>
@@ -16,7 +16,7 @@ namespace {
 constexpr std::uint32_t black = 0xFF000000;
 constexpr std::int64_t mostPixels = 1 << 26;
 
-// Null, with the last error set, for what is no context.
+// Null, with the last error set, for an invalid context.
 DeviceContext* contextOf(HDC handle) {
     DeviceContext* const context = graphics().context(handle);
     if (context == nullptr) {

@@ -3,14 +3,14 @@
 #include <algorithm>
 #include <cstring>
 
-// The header of the file that this code was loaded from; the linker puts the name there.
+// The header of the file that contains this code; the symbol is defined by the linker.
 extern "C" __attribute__((visibility("hidden"))) const ElfW(Ehdr) __ehdr_start;
 
 namespace winlayer {
 
 namespace {
 
-// As many whole records as the bytes hold.
+// As many complete records as the bytes hold.
 template <class Record>
 std::vector<Record> recordsIn(const std::vector<BYTE>& bytes) {
     std::vector<Record> records(bytes.size() / sizeof(Record));
@@ -20,7 +20,7 @@ std::vector<Record> recordsIn(const std::vector<BYTE>& bytes) {
     return records;
 }
 
-// Of a table of texts; empty behind its end.
+// A text of a string table; empty beyond its end.
 std::string textAt(const std::vector<BYTE>& texts, std::size_t offset) {
     if (offset >= texts.size()) {
         return {};

@@ -12,19 +12,19 @@
 
 namespace winlayer {
 
-// A program or shared object of the host, read from its file: what the host's loader does not tell. Whatever
-// the file holds, reading it only ever finds less.
+// A program or shared object of the host, read from its file for what the host's loader does not report. A
+// malformed file only yields less data.
 class ElfFile {
 public:
     explicit ElfFile(const std::filesystem::path& path);
 
-    // Whether it is one that this process could load.
+    // Whether this process could load it.
     bool isLoadable() const { return loadable_; }
-    // Offset of the entry point from where it is loaded; 0 for none.
+    // Offset of the entry point from the load address; 0 for none.
     ElfW(Addr) entry() const { return header_.e_entry; }
-    // The content of the section of this name; empty when there is none.
+    // The content of a section; empty if there is none of this name.
     std::vector<BYTE> section(const std::string& name);
-    // Names of the shared objects that it needs.
+    // Names of the shared objects that it depends on.
     std::vector<std::string> needed();
 
 private:

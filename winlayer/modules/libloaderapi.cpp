@@ -46,7 +46,7 @@ HMODULE WINAPI GetModuleHandleA(LPCSTR name) try {
     return outOfMemory(nullptr);
 }
 
-// A path that does not fit is cut: up to Windows XP without a zero and without an error, later with both.
+// A path that does not fit is truncated: up to Windows XP with neither a zero nor an error, later with both.
 DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR buffer, DWORD size) try {
     if (denied(__func__)) {
         return 0;
@@ -79,7 +79,7 @@ FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name) try {
     if (!modules.exists(module)) {
         return failed(ERROR_MOD_NOT_FOUND);
     }
-    // There are no functions without a name, which are asked for by number.
+    // Functions have names only; none can be requested by number.
     const bool isName = reinterpret_cast<ULONG_PTR>(name) > 0xFFFF;
     const FARPROC procedure = isName ? modules.function(module, name) : nullptr;
     if (procedure == nullptr) {

@@ -11,14 +11,14 @@
 namespace winlayer {
 namespace {
 
-// A run of addresses that the host treats alike; it is free when it has no rights entry.
+// Consecutive addresses with the same rights; a region without rights is free.
 struct Region {
     ULONG_PTR start = 0;
     ULONG_PTR end = 0;
     std::string rights;  // as in "r-xp"
 };
 
-// Lines of the host's map: "start-end rights ...", in hexadecimal, the lowest first.
+// Lines of the host's map: "start-end rights ...", in hexadecimal, lowest first.
 Region regionAt(ULONG_PTR address) {
     std::ifstream map("/proc/self/maps");
     Region region;

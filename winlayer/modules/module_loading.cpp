@@ -1,4 +1,4 @@
-// How modules come and go.
+// Loading and unloading of modules.
 
 #include <algorithm>
 #include <cstdlib>
@@ -42,8 +42,8 @@ std::string folderOf(const std::string& path) {
     return path.substr(0, path.rfind('\\'));
 }
 
-// The program's own machine lasts longer than the modules' static objects, which may still need it and each
-// other: so they go before any of them is destroyed.
+// The program's own machine outlives the modules' static objects, which may still need it and each other: so
+// modules are unloaded before any of these is destroyed.
 void unloadAtExit() {
     Modules::current().unloadAll();
 }
@@ -83,7 +83,7 @@ DWORD Modules::searchFile(const std::string& name, std::filesystem::path& file) 
                 file = drives_.toHost(candidate);
                 return NO_ERROR;
             } catch (const std::invalid_argument&) {
-                return ERROR_NOT_SUPPORTED;  // the host can load what lies on the host
+                return ERROR_NOT_SUPPORTED;  // the host can only load files of the host
             }
         }
     }
@@ -102,7 +102,7 @@ DWORD Modules::loadFile(const std::filesystem::path& file, HMODULE& module) {
         return lacksFunction ? ERROR_PROC_NOT_FOUND : ERROR_MOD_NOT_FOUND;
     }
     std::atexit(unloadAtExit);
-    // Static objects of the module may have asked for its handle already.
+    // The module's static objects may have requested its handle already.
     module = at({object->base(), file});
     if (module == nullptr) {
         return ERROR_NO_UNICODE_TRANSLATION;
@@ -117,7 +117,7 @@ DWORD Modules::loadFile(const std::filesystem::path& file, HMODULE& module) {
     return error != NO_ERROR ? error : attach(module);
 }
 
-// What a step of loading gives; when it fails, the module goes again.
+// Returns the result of a loading step; if it fails, unloads the module.
 template <class Step>
 DWORD Modules::orUnload(HMODULE module, Step step) {
     DWORD error = ERROR_NOT_ENOUGH_MEMORY;
@@ -196,14 +196,14 @@ void Modules::unload(HMODULE module, bool processEnds) {
     Module& unloaded = require(module);
     unloaded.uses = 0;
     if (std::erase(attached_, module) != 0) {
-        // Windows tells the end of the process by an address that is not null and means nothing else.
+        // As on Windows, a non-null address means only that the process is ending.
         callEntryPoint(module, unloaded, DLL_PROCESS_DETACH, processEnds ? this : nullptr);
         if (unloaded.detach) {
             unloaded.detach();
         }
     }
     const bool ofTheHost = unloaded.kept != nullptr;
-    unloaded.kept.reset();  // the module's static objects end here and may still use its handle
+    unloaded.kept.reset();  // destroys the module's static objects, which may still use its handle
     const std::vector<HMODULE> needed = std::move(unloaded.needed);
     {
         const std::lock_guard lock(mutex_);

@@ -13,7 +13,7 @@
 namespace winlayer {
 namespace {
 
-// Module handles are addresses of loaded images on Windows: multiples of 64 KiB.
+// On Windows, module handles are addresses of loaded images: multiples of 64 KiB.
 constexpr ULONG_PTR handleStep = 0x10000;
 constexpr ULONG_PTR programHandle = handleStep;
 

@@ -13,7 +13,7 @@ namespace winlayer {
 namespace {
 
 constexpr WORD numberFollows = 0xFFFF;
-constexpr std::size_t sizesLength = 8;  // of the data and of the header, in front of the type
+constexpr std::size_t sizesLength = 8;  // of the data and of the header, before the type
 constexpr std::size_t tailLength = 16;  // data version, flags, language, version, characteristics
 constexpr std::size_t unitLength = 2;
 constexpr UINT stringsInBlock = 16;
@@ -34,7 +34,7 @@ DWORD dwordAt(std::span<const BYTE> bytes, std::size_t offset) {
     return wordAt(bytes, offset) | (DWORD{wordAt(bytes, offset + 2)} << 16);
 }
 
-// One entry's header, read front to back; offsets count from the start of the file.
+// Reads one entry's header; offsets count from the start of the file.
 class HeaderReader {
 public:
     HeaderReader(std::span<const BYTE> file, std::size_t start, std::size_t end)
@@ -76,7 +76,7 @@ private:
     std::size_t offset_;
 };
 
-// An empty entry of type 0 marks the file as one of 32-bit Windows; files put together carry several.
+// An empty entry of type 0 marks a file of 32-bit Windows; concatenated files contain several.
 bool isMarker(const Resource& entry) {
     return entry.type == ResourceId(WORD{0}) && entry.data.empty();
 }
@@ -102,7 +102,7 @@ Resource readEntry(std::span<const BYTE> bytes, std::size_t& offset) {
     return {type, name, header.readLanguage(), bytes.subspan(dataStart, dataSize)};
 }
 
-// Names of resources are told apart without case.
+// Resource names are case-insensitive.
 std::string nameKey(std::u16string_view text) {
     Narrowing how;
     return foldCase(narrow(CP_UTF8, text, how));
@@ -161,7 +161,7 @@ bool stringInBlock(std::span<const BYTE> block, UINT id, std::u16string& text) {
 
 void Resources::add(std::vector<BYTE> file) {
     const std::vector<Resource> found = parseResourceFile(file);
-    files_.push_back(std::move(file));  // moving it leaves its bytes where they are
+    files_.push_back(std::move(file));  // a move keeps the bytes at their address
     entries_.insert(entries_.end(), found.begin(), found.end());
 }
 

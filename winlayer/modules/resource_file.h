@@ -11,13 +11,13 @@
 
 namespace winlayer {
 
-// The type or the name of a resource: a number, or a text whose case does not matter.
+// The type or the name of a resource: a number, or a case-insensitive text.
 class ResourceId {
 public:
     ResourceId(WORD number) : number_(number) {}
     // UTF-16.
     explicit ResourceId(std::u16string_view text);
-    // As the API takes it: a number in place of an address, "#" and a decimal number, or a text in the
+    // From an API parameter: a number in place of an address, "#" and a decimal number, or a text in the
     // machine's ANSI code page.
     explicit ResourceId(LPCSTR numberOrText);
 
@@ -36,25 +36,25 @@ struct Resource {
     std::span<const BYTE> data;
 };
 
-// The resources in a compiled resource file (.res), in their order; `data` points into the bytes. Throws
-// std::invalid_argument, with the place in the file, for bytes that are not such a file.
+// The resources in a compiled resource file (.res), in file order; `data` points into the bytes. Throws
+// std::invalid_argument, with the file offset, for bytes that are not such a file.
 std::vector<Resource> parseResourceFile(std::span<const BYTE> bytes);
 
-// Text `id` of the string-table block that holds it (the block named id / 16 + 1). False when the block ends
+// Text `id` of the string-table block that contains it (the block named id / 16 + 1). False if the block ends
 // before the text does.
 bool stringInBlock(std::span<const BYTE> block, UINT id, std::u16string& text);
 
-// The resources of one module. The data stays at its address until this object ends.
+// The resources of one module. The data stays at its address until this object is destroyed.
 class Resources {
 public:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
-    // Adds those of a compiled resource file. Throws as parseResourceFile does and then adds nothing.
+    // Adds those of a compiled resource file. Throws as parseResourceFile does, and then adds nothing.
     void add(std::vector<BYTE> file);
 
     bool empty() const { return entries_.empty(); }
     bool hasType(const ResourceId& type) const;
-    // The place of the first with this type and name, whatever its language.
+    // The index of the first with this type and name, whatever its language; `none` if there is none.
     std::size_t find(const ResourceId& type, const ResourceId& name) const;
     // Null beyond the end.
     const Resource* at(std::size_t place) const;

@@ -1,4 +1,3 @@
-// The functions that find resources.
 
 #include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
@@ -7,7 +6,7 @@
 namespace winlayer {
 namespace {
 
-// A HRSRC is the place of the resource among those of its module, counted from 1.
+// An HRSRC is the index of the resource in its module, plus one.
 HRSRC asHandle(std::size_t place) {
     return reinterpret_cast<HRSRC>(place + 1);
 }
@@ -43,13 +42,13 @@ HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC handle) try {
         return nullptr;
     }
     const Resource* const resource = resourceOf(module, handle);
-    // Whoever loads a resource may read it only.
+    // The caller may only read the resource.
     return resource != nullptr ? const_cast<BYTE*>(resource->data.data()) : nullptr;
 } catch (const std::bad_alloc&) {
     return outOfMemory(nullptr);
 }
 
-// Loaded data is at its address already.
+// Loaded data needs no further step to be accessible.
 LPVOID WINAPI LockResource(HGLOBAL data) {
     return denied(__func__) ? nullptr : data;
 }

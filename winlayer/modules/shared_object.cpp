@@ -72,7 +72,7 @@ SharedObject::~SharedObject() {
 }
 
 FARPROC functionOf(const LoadedObject& object, const std::string& name) {
-    // The program has no file name, which is also what the host's loader wants of whoever asks for it.
+    // The program's file name is empty; dlopen takes null for it.
     const char* const file = object.file.empty() ? nullptr : object.file.c_str();
     void* const handle = ::dlopen(file, RTLD_NOW | RTLD_NOLOAD);
     if (handle == nullptr) {

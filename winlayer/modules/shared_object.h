@@ -8,22 +8,22 @@
 
 namespace winlayer {
 
-// Where the host's loader put an object: an address that tells it from others, and the file it came from
-// (empty for the program itself).
+// An object loaded by the host: a base address that identifies it, and its file (empty for the program
+// itself).
 struct LoadedObject {
     ULONG_PTR base = 0;
     std::filesystem::path file;
 };
 
-// The object whose code or data lies at an address.
+// The object whose code or data contains an address.
 std::optional<LoadedObject> objectAt(const void* address);
-// The object that was loaded from a file of this name, in whatever folder; case does not matter.
+// The object loaded from a file of this name in any folder, ignoring case.
 std::optional<LoadedObject> objectNamed(const std::string& fileName);
 
-// A shared object that is kept loaded as long as this one lives.
+// Keeps a shared object loaded during its lifetime.
 class SharedObject {
 public:
-    // Null, with the host's reason, when it cannot be loaded.
+    // Null if it cannot be loaded; `reason` is then the host's.
     static std::unique_ptr<SharedObject> load(const std::filesystem::path& file, std::string& reason);
     ~SharedObject();
     SharedObject(const SharedObject&) = delete;
@@ -38,7 +38,7 @@ private:
     ULONG_PTR base_;
 };
 
-// A function that the object itself exports, not one that it uses; null when there is none.
+// A function that the object itself exports, not one that it imports; null if there is none.
 FARPROC functionOf(const LoadedObject& object, const std::string& name);
 
 }  // namespace winlayer

@@ -42,7 +42,7 @@ FILETIME systemTime() {
     return {static_cast<DWORD>(ticks), static_cast<DWORD>(ticks >> 32)};
 }
 
-// The names of a path; a path must not begin with a backslash and may end with one.
+// Splits a path, which must not begin with a backslash and may end with one, into its names.
 LONG split(std::string_view path, std::vector<std::string>& names) {
     if (!path.empty() && path.front() == '\\') {
         return ERROR_BAD_PATHNAME;
@@ -60,7 +60,7 @@ LONG split(std::string_view path, std::vector<std::string>& names) {
     return ERROR_SUCCESS;
 }
 
-// Walks down as far as there are keys and drops their names from the front.
+// Descends as far as keys exist and removes their names from the front.
 KeyPointer descend(KeyPointer key, std::vector<std::string>& names) {
     std::size_t known = 0;
     while (known < names.size()) {

@@ -8,11 +8,10 @@
 
 namespace winlayer {
 
-// The machine's registry: in memory, empty roots at the start. Names are matched without case and keep the
-// case of their making; subkeys are numbered in the order of their names, values in the order of their
-// making. Paths are subkey names separated by backslashes; an empty path is the key itself. Each operation
-// returns a Windows error code, ERROR_KEY_DELETED for a key that is gone. Thread rule: every operation may be
-// called from any thread.
+// The machine's registry: in memory, with empty roots at first. Names are case-insensitive and keep the case
+// they were created with; subkeys are numbered in the order of their names, values in order of creation.
+// Paths are subkey names separated by backslashes; an empty path is the key itself. Each operation returns a
+// Windows error code, ERROR_KEY_DELETED for a deleted key. Thread rule: any thread may call every operation.
 class Registry {
 public:
     // The current machine's.
@@ -30,13 +29,13 @@ public:
         std::vector<BYTE> data;
     };
 
-    // The root behind a predefined handle; null for any other.
+    // The root of a predefined handle; null for any other.
     KeyPointer root(HKEY key) const;
 
     LONG open(const KeyPointer& from, const std::string& path, KeyPointer& key) const;
-    // Makes what is missing of the path; `existed` tells whether all of it was there.
+    // Creates the missing keys of the path; `existed` reports whether none was missing.
     LONG create(const KeyPointer& from, const std::string& path, KeyPointer& key, bool& existed);
-    // ERROR_ACCESS_DENIED for a root, and for a key with subkeys unless these may go with it.
+    // ERROR_ACCESS_DENIED for a root, and for a key with subkeys unless `withSubkeys`.
     LONG remove(const KeyPointer& from, const std::string& path, bool withSubkeys);
     LONG subkey(const KeyPointer& key, DWORD index, std::string& name, FILETIME& written) const;
 

@@ -15,13 +15,13 @@ struct TokenGroups {
     static TokenGroups users();
 };
 
-// Whom the process and the calling thread run as.
+// The groups that the process and the calling thread run with.
 struct Security {
     // The current machine's.
     static Security& current();
 
     TokenGroups process = TokenGroups::administrators();
-    // Set while the thread impersonates someone; GetCurrentThread's token is then this one.
+    // Set while the thread impersonates another user; then its token has these groups.
     std::optional<TokenGroups> thread;
 };
 

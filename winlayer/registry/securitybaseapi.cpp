@@ -36,7 +36,7 @@ BOOL openToken(const GroupList& groups, DWORD access, PHANDLE token) {
     return *token != nullptr ? TRUE : failed(ERROR_TOO_MANY_OPEN_FILES);
 }
 
-// The list with its identifiers behind it, as one block.
+// The size of the list and its identifiers in one block.
 std::size_t groupListSize(const GroupList& list) {
     std::size_t size = offsetof(TOKEN_GROUPS, Groups) + list.groups.size() * sizeof(SID_AND_ATTRIBUTES);
     for (const std::vector<BYTE>& identifier : list.groups) {
@@ -151,7 +151,7 @@ BOOL WINAPI EqualSid(PSID first, PSID second) {
     return winlayer::identifierSize(second) == size && std::memcmp(first, second, size) == 0 ? TRUE : FALSE;
 }
 
-// Null on success, the identifier itself when it is none that was allocated.
+// Null on success, otherwise the identifier itself.
 PVOID WINAPI FreeSid(PSID sid) {
     winlayer::entered(__func__);
     return winlayer::LocalMemory::current().release(sid) ? nullptr : sid;

@@ -1,4 +1,4 @@
-// The registry functions over the machine's registry.
+// The registry functions.
 
 #include <cstring>
 
@@ -18,7 +18,7 @@ struct OpenKey final : KernelObject {
 
 constexpr REGSAM everything = 0xFFFFFFFF;
 
-// The key behind a handle that may be used in the way asked for. Windows 95, 98 and Me check no access.
+// The key of a handle that grants the needed access. Windows 95, 98 and Me check no access.
 LONG keyOf(HKEY handle, REGSAM needed, Registry::KeyPointer& key) {
     key = winlayer::Registry::current().root(handle);
     if (key) {
@@ -46,7 +46,7 @@ LONG openHandle(Registry::KeyPointer key, REGSAM access, PHKEY result) {
     return ERROR_SUCCESS;
 }
 
-// Copies a name with its zero; `size` counts the zero on entry and not on return, and stays as it is when the
+// Copies a name with its zero; `size` includes the zero on entry but not on return, and is unchanged if the
 // name does not fit.
 LONG giveName(const std::string& name, LPSTR buffer, LPDWORD size) {
     if (*size <= name.size()) {
@@ -57,7 +57,7 @@ LONG giveName(const std::string& name, LPSTR buffer, LPDWORD size) {
     return ERROR_SUCCESS;
 }
 
-// Copies a value's data as far as the caller asks for type, data and size.
+// Copies a value's type, data and size, each if the caller asks for it.
 LONG giveData(const Registry::Value& value, LPDWORD type, LPBYTE data, LPDWORD size) {
     if (type != nullptr) {
         *type = value.type;
@@ -133,7 +133,7 @@ LONG WINAPI RegCreateKeyExA(HKEY key, LPCSTR subkey, DWORD, LPSTR, DWORD, REGSAM
     return ERROR_NOT_ENOUGH_MEMORY;
 }
 
-// The handle is gone even when the fault plan reports a failure, as no close leaves a good handle open.
+// Even if the fault plan fails the call, the handle is closed: no failed close leaves a valid handle.
 LONG WINAPI RegCloseKey(HKEY key) {
     const DWORD planned = deniedCode(__func__);
     const bool predefined = winlayer::Registry::current().root(key) != nullptr;
@@ -220,7 +220,7 @@ LONG WINAPI RegEnumKeyExA(HKEY key, DWORD index, LPSTR name, LPDWORD nameSize, L
         return static_cast<LONG>(error);
     }
     if (name == nullptr || nameSize == nullptr || className != nullptr || classSize != nullptr) {
-        return ERROR_INVALID_PARAMETER;  // class names are not kept
+        return ERROR_INVALID_PARAMETER;  // class names are not stored
     }
     Registry::KeyPointer opened;
     if (const LONG error = keyOf(key, KEY_ENUMERATE_SUB_KEYS, opened); error != ERROR_SUCCESS) {
