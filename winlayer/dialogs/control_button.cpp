@@ -38,7 +38,7 @@ void ButtonControl::notify(WORD code) {
                 reinterpret_cast<LPARAM>(window_.handle));
 }
 
-// The Tab key stops at the checked button of a group.
+// The Tab key stops at the checked button of its group.
 LRESULT ButtonControl::setCheck(UINT check) {
     if (isPush() || type() == BS_GROUPBOX) {
         return 0;

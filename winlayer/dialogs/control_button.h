@@ -31,7 +31,7 @@ private:
 
     UINT check_ = BST_UNCHECKED;
     bool pushed_ = false;
-    bool byMouse_ = false;  // the press in progress came from the mouse
+    bool byMouse_ = false;  // the current press came from the mouse
 };
 
 }  // namespace winlayer

@@ -50,7 +50,7 @@ LRESULT ProgressControl::message(UINT message, WPARAM wParam, LPARAM lParam) {
             return std::exchange(step_, static_cast<int>(wParam));
         case PBM_STEPIT: {
             const std::int64_t next = std::int64_t{position_} + step_;
-            return setPosition(next > high_ ? low_ : next);  // starts over at the end
+            return setPosition(next > high_ ? low_ : next);  // wraps around at the end
         }
         case PBM_GETPOS:
             return position_;

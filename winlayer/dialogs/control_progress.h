@@ -3,7 +3,7 @@
 
 namespace winlayer {
 
-// msctls_progress32: a position within a range.
+// msctls_progress32: shows a position within a range.
 class ProgressControl : public Control {
 public:
     using Control::Control;

@@ -10,7 +10,7 @@ namespace winlayer {
 
 namespace {
 
-// Everything that the owner's callback gives; what came before its error is dropped with it.
+// Everything that the caller's callback provides; nothing if it fails.
 std::string readAll(EDITSTREAM& stream) {
     std::string bytes;
     std::array<BYTE, 4096> buffer;

@@ -5,7 +5,7 @@
 
 namespace winlayer {
 
-// RICHEDIT, as a display of formatted text: it takes text from its owner, not from the keyboard.
+// RICHEDIT, only to show formatted text: it takes text from the program, not from the keyboard.
 class RichEditControl : public Control {
 public:
     using Control::Control;

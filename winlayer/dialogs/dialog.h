@@ -13,32 +13,32 @@ struct DialogRequest {
     LPARAM parameter = 0;
 };
 
-// Null with the last error set when the dialog or (without DS_NOFAILCREATE) a control could not be made.
+// Null with the last error set if the dialog or (without DS_NOFAILCREATE) a control could not be created.
 HWND createDialog(const DialogTemplate& dialog, const DialogRequest& request);
-// Runs the dialog until EndDialog, with its owner disabled, and gives EndDialog's result; -1 when it could
-// not be made, 0 when the parent is none.
+// Runs the dialog until EndDialog, with its owner disabled, and returns EndDialog's result; -1 if it could
+// not be created, 0 if the parent is invalid.
 INT_PTR runDialog(const DialogTemplate& dialog, const DialogRequest& request);
-// A modal dialog's loop then ends with the result; any other is only hidden. False for what is no dialog.
+// Ends a modal dialog's loop with the result; hides a modeless one. False if it is not a dialog.
 bool endDialog(HWND dialog, INT_PTR result);
 
-// Handles a message for the dialog or a window in it: keys that move among controls or choose one. False when
-// the message is for others.
+// Handles a message for the dialog or a window in it: keys that move between controls or activate one. False
+// if the caller must dispatch the message.
 bool handleDialogMessage(HWND dialog, const MSG& message);
 
-// Gives a control the focus as the keyboard does, which makes a push button the default one.
+// Sets the focus as the keyboard does, which makes a push button the default one.
 void focusControl(const Window& dialog, HWND control);
-// Draws the push button with the focus as the default one, or else the one that is.
+// Draws as default the push button with the focus, otherwise the dialog's default button.
 void showWhatEnterPresses(const Window& dialog);
 void setDefaultButton(Window& dialog, WORD id);
 
-// The font as CreateFontIndirectA takes it.
+// The font's description for CreateFontIndirectA.
 LOGFONTA describe(const DialogFont& font);
-// Makes the font of the dialog's template and tells the dialog (WM_SETFONT).
+// Creates the font of the dialog's template and sends WM_SETFONT to the dialog.
 void giveDialogFont(Window& dialog);
 
-// Pixels of a place in dialog units, 4 by 8 of which are `baseUnits`.
+// Converts dialog units to pixels; `baseUnits` is the size of 4 by 8 units in pixels.
 RECT fromDialogUnits(const SIZE& baseUnits, const RECT& rectangle);
-// Base units of a font; without one, of the system's.
+// Base units of a font, by default the system's.
 SIZE baseUnitsOf(const std::optional<DialogFont>& font);
 
 }  // namespace winlayer

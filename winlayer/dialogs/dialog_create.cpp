@@ -63,7 +63,7 @@ HWND createDialogWindow(const DialogTemplate& dialog, const DialogRequest& reque
                          named ? dialog.windowClass.asParameter() : dialogClass, dialog.exStyle});
 }
 
-// A control that shows a resource is told its number as "#number".
+// The title "#number" names a resource that a control shows.
 std::string titleOf(const DialogItem& item) {
     return item.title.number != 0 ? '#' + std::to_string(item.title.number) : item.title.text;
 }
@@ -153,8 +153,8 @@ RECT fromDialogUnits(const SIZE& units, const RECT& rectangle) {
             scale(rectangle.right, units.cx, 4), scale(rectangle.bottom, units.cy, 8)};
 }
 
-// Dialog fonts of 8 points are 6 pixels wide on average and 13 high at 96 dots per inch; others follow in
-// proportion.
+// Dialog fonts of 8 points have a mean width of 6 pixels and a height of 13 at 96 dots per inch; other sizes
+// are scaled from that.
 SIZE baseUnitsOf(const std::optional<DialogFont>& font) {
     if (!font || font->points <= 0) {
         return {8, 16};

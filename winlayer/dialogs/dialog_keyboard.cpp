@@ -17,7 +17,7 @@ void command(const Window& dialog, WORD id) {
                 reinterpret_cast<LPARAM>(control != nullptr ? control->handle : nullptr));
 }
 
-// The button with the focus, else the default button, else OK.
+// Presses the button with the focus, or else the default button, or else OK.
 void enterKey(const Window& dialog) {
     const auto focus = findWindow(windows().focus);
     if (focus != nullptr && isBelow(dialog.handle, focus->handle) &&
@@ -30,7 +30,7 @@ void enterKey(const Window& dialog) {
     command(dialog, HIWORD(answer) == DC_HASDEFID ? LOWORD(answer) : WORD{IDOK});
 }
 
-// Moving to a radio button chooses it.
+// Moving to an automatic radio button selects it.
 void moveInGroup(const Window& dialog, const Window& control, bool previous) {
     const HWND next = nextGroupItem(control, previous);
     if (next == control.handle) {
@@ -45,7 +45,7 @@ void moveInGroup(const Window& dialog, const Window& control, bool previous) {
     }
 }
 
-// Whether the key was one that the dialog acts on.
+// Whether the dialog handles the key.
 bool keyDown(const Window& dialog, const std::shared_ptr<Window>& control, WPARAM key, LRESULT wants) {
     switch (key) {
         case VK_TAB:
@@ -90,8 +90,8 @@ bool choose(const Window& dialog, HWND from, char mnemonic) {
 
 }  // namespace
 
-// The dialog need not be one of a template: a window with controls will do. A plain character is a mnemonic
-// where nothing takes characters; the space bar belongs to the buttons.
+// The dialog need not come from a template; any window with controls will do. A plain character is a mnemonic
+// unless the control takes characters; the space bar belongs to the buttons.
 bool handleDialogMessage(HWND handle, const MSG& message) {
     const auto dialog = findWindow(handle);
     const auto control = findWindow(message.hwnd);

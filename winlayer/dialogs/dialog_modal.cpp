@@ -12,7 +12,7 @@
 namespace winlayer {
 namespace {
 
-// A dialog shows itself when its thread has nothing else to do, if it was not made visible.
+// A dialog without WS_VISIBLE is shown when its thread is idle.
 void showWhenIdle(const Window& dialog) {
     if (!dialog.has(WS_VISIBLE) && !dialog.dialog->ended) {
         showWindow(dialog.handle, SW_SHOW);
@@ -20,8 +20,8 @@ void showWhenIdle(const Window& dialog) {
     }
 }
 
-// Until EndDialog, or until the dialog or the whole message loop ends; that request is passed on to the loop
-// around this one.
+// Runs until EndDialog, or until the dialog is destroyed or WM_QUIT arrives, which is posted again for the
+// outer loop.
 void runLoop(const Window& dialog, bool shownAtOnce) try {
     if (shownAtOnce) {
         showWhenIdle(dialog);
@@ -95,7 +95,7 @@ bool endDialog(HWND handle, INT_PTR result) {
     window->dialog->result = result;
     giveOwnerBack(window->owner, window->dialog->ownerWasEnabled);
     showWindow(handle, SW_HIDE);
-    postMessage(handle, WM_NULL);  // a loop that waits looks again
+    postMessage(handle, WM_NULL);  // wakes a waiting loop
     return true;
 }
 

@@ -32,7 +32,7 @@ void collect(const Window& parent, std::vector<HWND>& controls) {
     }
 }
 
-// The first that will do, walking from the place behind (before) `from` all the way round.
+// The first control that passes the test, starting after (before) `from` and wrapping around.
 template <class Test>
 HWND walkRound(const std::vector<HWND>& controls, HWND from, bool backwards, Test test) {
     const std::size_t count = controls.size();
@@ -111,7 +111,7 @@ char mnemonicOf(const std::string& text) {
     return 0;
 }
 
-// A label stands for the control behind it.
+// A label's mnemonic means the next control.
 HWND controlWithMnemonic(const Window& dialog, HWND from, char mnemonic) {
     const char wanted = lowerCase(mnemonic);
     const HWND found = walkRound(controlsOf(dialog), from, false, [&](HWND handle) {

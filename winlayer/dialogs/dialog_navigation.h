@@ -5,22 +5,21 @@
 
 namespace winlayer {
 
-// How the keyboard moves among the controls of a dialog.
+// Keyboard navigation in a dialog.
 
-// The controls of the same group, in order, the control among them: from one with WS_GROUP to the next.
+// The controls of this control's group, itself included, in order: from one with WS_GROUP to the next.
 std::vector<HWND> groupOf(const Window& control);
-// The next (previous) control of the group that is shown and enabled; the control itself when it is alone.
+// The next (previous) visible and enabled control of the group; the control itself if there is no other.
 HWND nextGroupItem(const Window& control, bool previous);
-// The next (previous) control at which the Tab key stops, also inside children that are control parents;
-// null starts from the first (last). Gives `control` when there is no other.
+// The next (previous) control with a tab stop, including those in child windows that are control parents;
+// null starts from the first (last). Returns `control` if there is no other.
 HWND nextTabItem(const Window& dialog, HWND control, bool previous);
-// All controls of the dialog in their order, also inside children that are control parents; only those that
-// are shown.
+// All visible controls of the dialog in order, including those in child windows that are control parents.
 std::vector<HWND> controlsOf(const Window& dialog);
 
-// The character after the first single '&' of a text, in lower case; 0 when there is none.
+// The character after the first single '&' of a text, in lower case; 0 if there is none.
 char mnemonicOf(const std::string& text);
-// The control that a mnemonic means, looked for behind `from` and around; null when there is none.
+// The control with a mnemonic, searched after `from` and around; null if there is none.
 HWND controlWithMnemonic(const Window& dialog, HWND from, char mnemonic);
 
 }  // namespace winlayer

@@ -23,7 +23,7 @@ void setResult(Window& dialog, LRESULT result) {
     std::memcpy(dialog.extra.data() + DWLP_MSGRESULT, &result, sizeof result);
 }
 
-// Messages for which the dialog procedure's result is the answer itself.
+// Messages whose result is the dialog procedure's return value.
 bool answersDirectly(UINT message) {
     return message == WM_INITDIALOG || (message >= WM_CTLCOLORMSGBOX && message <= WM_CTLCOLORSTATIC);
 }

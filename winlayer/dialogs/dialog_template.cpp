@@ -8,7 +8,7 @@ namespace {
 constexpr WORD extendedVersion = 1;
 constexpr WORD extendedSignature = 0xFFFF;
 
-// Little-endian fields one after another. Once the bytes have ended every field is 0.
+// Reads little-endian fields in sequence. Fields beyond the end are 0.
 class Fields {
 public:
     Fields(std::span<const BYTE> bytes, UINT codePage) : bytes_(bytes), codePage_(codePage) {}

@@ -13,11 +13,11 @@ struct TemplateName {
     WORD number = 0;   // 0: a text
     std::string text;  // ANSI
 
-    // As the API takes it: the text, or the number in place of its address.
+    // As an API parameter: the text's address, or the number in place of an address.
     LPCSTR asParameter() const { return number != 0 ? MAKEINTRESOURCEA(number) : text.c_str(); }
 };
 
-// Places and sizes are in dialog units.
+// Positions and sizes are in dialog units.
 struct DialogItem {
     DWORD style = 0;
     DWORD exStyle = 0;
@@ -45,8 +45,8 @@ struct DialogTemplate {
     std::vector<DialogItem> items;
 };
 
-// Reads a template of either form, the classic (DLGTEMPLATE) or the extended one (DLGTEMPLATEEX). Reads no
-// byte beyond what the template says it has; none when the bytes end before.
+// Reads a classic (DLGTEMPLATE) or extended template (DLGTEMPLATEEX), and no byte beyond its own end. Nothing
+// if the bytes are truncated.
 std::optional<DialogTemplate> readDialogTemplate(std::span<const BYTE> bytes, UINT codePage);
 
 }  // namespace winlayer

@@ -23,7 +23,7 @@ enum class TextAlignment { Left, Centre, Right };
 struct ParagraphFormat {
     bool bullet = false;
     int leftIndent = 0;   // twips: twentieths of a point
-    int firstIndent = 0;  // of the first line, beside leftIndent
+    int firstIndent = 0;  // of the first line, added to leftIndent
     int spaceBefore = 0;
     int spaceAfter = 0;  // added to the next paragraph's spaceBefore
     TextAlignment alignment = TextAlignment::Left;
@@ -31,7 +31,7 @@ struct ParagraphFormat {
     friend bool operator==(const ParagraphFormat&, const ParagraphFormat&) = default;
 };
 
-// From `start`, a place in the text, to the next one's.
+// A format from `start`, a position in the text, to the next run.
 struct TextRun {
     std::size_t start = 0;
     TextFormat format;
@@ -41,7 +41,7 @@ struct TextParagraph {
     ParagraphFormat format;
 };
 
-// Formatted text. Paragraphs but the last end with "\r\n", which is part of the text; bullets are not.
+// Formatted text. Every paragraph but the last ends with "\r\n", which is part of the text; bullets are not.
 struct RichText {
     std::string text;  // ANSI
     std::vector<TextRun> runs;
@@ -50,9 +50,9 @@ struct RichText {
 
 RichText plainText(std::string text);
 
-// Reads RTF: characters (plain, \'xx, \u), fonts and sizes, bold, italic, underlined, paragraphs with
-// indents, spaces, alignment and bullets (\pn). What it does not know is left out, as RTF asks for.
-// Characters beyond the code page become "?". None when the bytes are not RTF or end within a group.
+// Reads RTF: characters (plain, \'xx, \u), fonts and sizes, bold, italic, underline, paragraphs with indents,
+// spacing, alignment and bullets (\pn). Unknown parts are skipped, as RTF requires. Characters outside the
+// code page become "?". Nothing if the bytes are not RTF or end within a group.
 std::optional<RichText> readRtf(std::string_view rtf, UINT codePage);
 
 }  // namespace winlayer

@@ -26,7 +26,7 @@ constexpr int buttonHeight = 14;
 constexpr int buttonGap = 4;
 constexpr int iconSize = 21;
 constexpr int widestText = 240;
-constexpr int captionMargins = 24;  // around the caption, with the button that closes the box
+constexpr int captionMargins = 24;  // around the caption, including the close button
 
 std::vector<int> buttonsOf(UINT style) {
     static const std::map<UINT, std::vector<int>> buttons = {
@@ -75,13 +75,13 @@ LPCSTR iconOf(UINT style) {
     }
 }
 
-// The room that a text takes as it is drawn, broken to lines of `width` pixels, in whole dialog units.
+// The size in dialog units, rounded up, of a text drawn in lines of `width` pixels.
 SIZE roomFor(const char* text, const LOGFONTA& font, const SIZE& units, int width) {
     const SIZE drawn = windows().peer().textExtent(text, font, width);
     return {(drawn.cx * 4 + units.cx - 1) / units.cx, (drawn.cy * 8 + units.cy - 1) / units.cy};
 }
 
-// Captions are bold and never broken; one that is wider than the screen is cut.
+// Captions are bold and in one line; one wider than the screen is cut off.
 int captionWidth(const char* caption, LOGFONTA font, const SIZE& units) {
     font.lfWeight = FW_BOLD;
     const RECT screen = windows().peer().workArea();
@@ -154,8 +154,7 @@ void initialise(const Window& box, UINT style) {
     }
 }
 
-// Escape and closing count as Cancel, or as OK where that is all there is; otherwise a button must be
-// pressed.
+// Escape and closing mean Cancel, or OK if that is the only button; otherwise they do nothing.
 void finish(const Window& box, int id) {
     if (id == IDCANCEL && childById(box, IDCANCEL) == nullptr && box.children.size() > 0 &&
         box.dialog->defaultId == IDOK) {

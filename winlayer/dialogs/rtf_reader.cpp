@@ -10,13 +10,13 @@ namespace {
 
 enum class Destination { Text, Fonts, Bullet, Ignored };
 
-// What a group inherits from the one around it.
+// State that a group inherits from its parent group.
 struct GroupState {
     Destination destination = Destination::Text;
     TextFormat format;
     ParagraphFormat paragraph;
     int font = 0;
-    int fallbackBytes = 1;  // characters after \u that stand for the same
+    int fallbackBytes = 1;  // characters after \u that replace it in older readers
 };
 
 class RtfReader {
@@ -62,7 +62,7 @@ private:
         }
     }
 
-    // A bullet set within its own group is one of the paragraph.
+    // A bullet in a group of its own applies to the paragraph.
     void closeGroup() {
         const bool bullet = group().destination == Destination::Bullet;
         groups_.pop_back();
@@ -126,7 +126,7 @@ private:
         int value = 0;
         const auto parsed = std::from_chars(rtf_.data() + at_, rtf_.data() + rtf_.size(), value);
         if (parsed.ec != std::errc::invalid_argument) {
-            number = value;  // 0 for one that no number can hold
+            number = value;  // 0 if out of range
             at_ = static_cast<std::size_t>(parsed.ptr - rtf_.data());
         }
         if (at_ < rtf_.size() && rtf_[at_] == ' ') {
@@ -138,7 +138,7 @@ private:
     void apply(std::string_view word, std::optional<int> number) {
         const bool known = applyDestination(word) || applyCharacter(word, number) ||
                            applyFormat(word, number) || applyParagraph(word, number);
-        // \* asks to pass over a group whose purpose is not known.
+        // \* marks a group to be skipped if its destination is unknown.
         if (starred_ && !known) {
             group().destination = Destination::Ignored;
         }
@@ -236,7 +236,7 @@ private:
         return true;
     }
 
-    // The characters that stand for it are passed over: each a byte, \'xx or another control.
+    // Skips the replacement characters, each a byte or \'xx; a brace or a control word ends them.
     void unicode(int number) {
         const auto unit = static_cast<char16_t>(number);
         Narrowing how;
@@ -289,7 +289,7 @@ private:
         atParagraph_ = group().destination == Destination::Text || atParagraph_;
     }
 
-    // The last paragraph ends with the text anyway.
+    // The last paragraph needs no line end.
     void dropLastEnd() {
         if (!atParagraph_ || !result_.text.ends_with("\r\n")) {
             return;

@@ -33,7 +33,7 @@ void addSystemClasses(WindowClasses& classes) {
     WindowClass dialog = systemClass("#32770", DefDlgProcA, static_cast<ATOM>(firstSystemAtom + 2));
     dialog.windowExtra = DLGWINDOWEXTRA;
     classes.add(std::move(dialog));
-    // The atoms by which dialog templates name the classes.
+    // Dialog templates refer to these classes by atom.
     classes.add(systemClass("Button", procedureOf<ButtonControl>, buttonAtom));
     classes.add(systemClass("Static", procedureOf<StaticControl>, staticAtom));
 }

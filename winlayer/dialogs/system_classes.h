@@ -3,10 +3,10 @@
 
 namespace winlayer {
 
-// The window classes that Windows has from the start: dialogs, buttons, static texts.
+// The window classes of Windows itself: dialogs, buttons, static texts.
 void addSystemClasses(WindowClasses& classes);
 
-// RICHED32.DLL brings a window class with it: loading the module registers it, unloading removes it.
+// Loading RICHED32.DLL registers its window class, unloading removes it.
 void addRichEditClass(WindowClasses& classes);
 void removeRichEditClass(WindowClasses& classes);
 

@@ -13,7 +13,7 @@ using namespace winlayer;
 
 namespace {
 
-// A template in memory says itself where it ends.
+// A template in memory determines its own size.
 constexpr std::size_t unknownSize = std::size_t{1} << 24;
 
 std::optional<DialogTemplate> read(std::span<const BYTE> bytes) {

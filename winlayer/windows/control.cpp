@@ -24,7 +24,7 @@ LRESULT defaultControlMessage(Window& window, UINT message, WPARAM wParam, LPARA
     }
 }
 
-// A window of another class that lent itself the procedure has no state for it.
+// A window of another class that uses this procedure has no control state.
 LRESULT controlProcedure(ControlMaker make, HWND handle, UINT message, WPARAM wParam, LPARAM lParam) {
     const auto window = findWindowOrSetLastError(handle);
     if (window == nullptr) {

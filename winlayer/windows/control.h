@@ -7,7 +7,7 @@ namespace winlayer {
 
 struct Window;
 
-// The behaviour and state of one control: what its window procedure does. It lives as long as its window.
+// The behaviour and state of one control, for its window procedure. It lives as long as its window.
 class Control {
 public:
     explicit Control(Window& window) : window_(window) {}
@@ -21,8 +21,8 @@ protected:
     Window& window_;
 };
 
-// What every control does with a message that it has no own answer to: it keeps a font, and its painting is
-// the peer's.
+// Handles the messages that a control does not handle itself: it keeps a font and leaves painting to the
+// display backend.
 LRESULT defaultControlMessage(Window& window, UINT message, WPARAM wParam, LPARAM lParam);
 
 using ControlMaker = std::unique_ptr<Control> (*)(Window&);

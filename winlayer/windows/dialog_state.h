@@ -13,16 +13,16 @@ struct DialogFont {
     std::string face;  // ANSI
 };
 
-// What the dialog manager keeps for a dialog.
+// The dialog manager's data for a dialog.
 struct DialogState {
     std::optional<DialogFont> font;
-    HFONT ownFont = nullptr;  // made from it
+    HFONT ownFont = nullptr;  // created from `font`
     SIZE baseUnits{};         // pixels of 4 by 8 dialog units
     WORD defaultId = 0;
     bool ended = false;
     bool ownerWasEnabled = false;
     INT_PTR result = 0;
-    HWND savedFocus = nullptr;  // control that had the focus while the dialog was not active
+    HWND savedFocus = nullptr;  // the focus while the dialog is not active
 };
 
 }  // namespace winlayer

@@ -13,13 +13,13 @@ bool contains(const RECT& rectangle, POINT point) {
            point.y < rectangle.bottom;
 }
 
-// A static text lets the mouse through unless it asks to be told.
+// A static text is transparent to the mouse unless it has SS_NOTIFY.
 bool letsThrough(const Window& window) {
     return !window.has(WS_VISIBLE) || window.has(WS_DISABLED) ||
            ((sendMessage(window.handle, WM_GETDLGCODE) & DLGC_STATIC) != 0 && !window.has(SS_NOTIFY));
 }
 
-// The window under a point of `window`'s client area, which then is one of its own.
+// The child window at a point of `window`'s client area; `point` becomes relative to it.
 HWND windowAt(const Window& window, POINT& point) {
     for (const HWND handle : window.children) {
         const auto child = findWindow(handle);

@@ -38,8 +38,8 @@ void MessageQueues::send(DWORD thread, std::function<void()> work) {
     arrival_.notify_all();
 }
 
-// Outside the lock, because the work may post, send and look at queues itself. What it sends to its own
-// thread waits for the next look, so that work can follow a thread from look to look.
+// Runs without the lock, because the work may use queues itself. What it sends to its own thread waits for
+// the next call, so that work can repeat on a thread from call to call.
 void MessageQueues::runSent(DWORD thread) {
     if (atEveryLook_) {
         atEveryLook_();

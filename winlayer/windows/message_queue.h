@@ -12,8 +12,8 @@
 
 namespace winlayer {
 
-// The threads' message queues: posted messages, and work sent from elsewhere that a thread does when it looks
-// at its queue. Thread rule: every operation may be called from any thread.
+// The threads' message queues: posted messages, and sent work that a thread runs when it checks its queue.
+// Thread rule: any thread may call every operation.
 class MessageQueues {
 public:
     // The current machine's.
@@ -21,24 +21,23 @@ public:
 
     using Wanted = std::function<bool(const MSG&)>;
 
-    // False when the thread has no queue; a thread gets its queue when it first looks at it or posts to
-    // itself.
+    // False if the thread has no queue; a thread gets one when it first checks it or posts to itself.
     bool hasQueue(DWORD thread);
     void makeQueue(DWORD thread);
 
     void post(DWORD thread, const MSG& message);
-    // Asks the thread's message loop to end; seen when no posted message is left.
+    // Asks the thread's message loop to end once no posted message is left.
     void postQuit(DWORD thread, int exitCode);
-    // Runs on the thread inside its next look at the queue, as a message sent from another thread would.
+    // Runs on the thread when it next checks its queue, as a message sent from another thread would.
     void send(DWORD thread, std::function<void()> work);
-    // Runs inside every runSent, on the looking thread; empty for none. Set while no thread looks.
+    // Runs in every runSent, on its thread; empty for none. Set it while no thread checks its queue.
     void atEveryLook(std::function<void()> work) { atEveryLook_ = std::move(work); }
 
     void runSent(DWORD thread);
-    // Gives the first posted message that is wanted.
+    // Returns the first posted message that is wanted.
     bool peek(DWORD thread, const Wanted& wanted, bool remove, MSG& message);
     bool peekQuit(DWORD thread, bool remove, MSG& message);
-    // Drops what was posted to a window.
+    // Drops the messages posted to a window.
     void forget(HWND window);
     // Waits until something is posted or sent to the thread.
     void wait(DWORD thread);
@@ -48,7 +47,7 @@ private:
         std::deque<MSG> posted;
         std::vector<std::function<void()>> sent;
         std::optional<int> quit;
-        bool arrived = false;  // something came since the last wait
+        bool arrived = false;  // since the last wait
     };
 
     std::mutex mutex_;

@@ -12,7 +12,7 @@ namespace {
 
 const HWND threadOnly = reinterpret_cast<HWND>(static_cast<LONG_PTR>(-1));
 
-// What a message that is taken from the queue says of the keyboard and the mouse.
+// Records the keyboard and mouse state of a message taken from the queue.
 void noteInput(const MSG& message) {
     Windows& windows = Windows::current();
     switch (message.message) {
@@ -77,7 +77,7 @@ void waitForMessage(const MessageFilter& filter, MSG& message) {
     }
 }
 
-// Keys whose character depends on the keyboard's layout come as characters from the peer.
+// Characters of other keys depend on the keyboard layout and come from the display backend.
 bool translateMessage(const MSG& message) {
     const bool system = message.message == WM_SYSKEYDOWN;
     if (message.message != WM_KEYDOWN && !system) {

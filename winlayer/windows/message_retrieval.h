@@ -3,8 +3,8 @@
 
 namespace winlayer {
 
-// What a look at the queue asks for: messages of a window and its children (null: of any window and of the
-// thread), in [first, last] (0, 0: any).
+// Selects messages of a window and its children (null: of all windows and the thread) in the range [first,
+// last] (0, 0: any).
 struct MessageFilter {
     HWND window = nullptr;
     UINT first = 0;
@@ -13,13 +13,13 @@ struct MessageFilter {
     bool passes(const MSG& message) const;
 };
 
-// One look at the calling thread's queue, after its pending sent messages were delivered: posted messages
-// come first, then the end of the loop (WM_QUIT, which passes every filter), painting.
+// Checks the calling thread's queue once, after delivering its pending sent messages: posted messages come
+// first, then WM_QUIT, which passes every filter, then painting.
 bool lookForMessage(const MessageFilter& filter, bool remove, MSG& message);
-// Waits for a message and takes it.
+// Waits for a message and removes it from the queue.
 void waitForMessage(const MessageFilter& filter, MSG& message);
 
-// WM_CHAR or WM_SYSCHAR for a key that stands for a character; false when it stands for none.
+// Posts WM_CHAR or WM_SYSCHAR for a key that has a character; false if it has none.
 bool translateMessage(const MSG& message);
 LRESULT dispatchMessage(const MSG& message);
 

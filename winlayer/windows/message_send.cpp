@@ -7,7 +7,7 @@
 
 namespace winlayer {
 
-// A window's procedure that has no memory refuses the message, and a window that is being made.
+// A procedure that runs out of memory fails the message, or the creation of its window.
 LRESULT callProcedure(WNDPROC procedure, const Window& window, UINT message, WPARAM wParam,
                       LPARAM lParam) try {
     return procedure != nullptr ? procedure(window.handle, message, wParam, lParam) : 0;
@@ -15,7 +15,7 @@ LRESULT callProcedure(WNDPROC procedure, const Window& window, UINT message, WPA
     return outOfMemory(LRESULT{message == WM_CREATE ? -1 : 0});
 }
 
-// The window object is held while its procedure runs, which may destroy the window.
+// Keeps the window object alive while its procedure runs, which may destroy the window.
 LRESULT sendMessage(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     const auto target = findWindowOrSetLastError(window);
     if (target == nullptr) {

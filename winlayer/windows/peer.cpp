@@ -9,7 +9,7 @@
 namespace winlayer {
 namespace {
 
-// Columns that the words of a line without a line end take, and the rows they come to, `most` in a row.
+// Columns and rows of a line without line ends, broken between words to at most `most` columns.
 SIZE broken(std::string_view line, LONG most) {
     SIZE extent{0, 1};
     LONG column = 0;
@@ -30,7 +30,7 @@ SIZE broken(std::string_view line, LONG most) {
 
 SIZE Peer::textExtent(const std::string& text, const LOGFONTA& font, int width) const {
     const LONG height = std::max<LONG>(std::abs(font.lfHeight), 1);
-    const LONG letter = (height + 1) / 2;  // with 2 pixels between the lines: the usual font's 6 by 13
+    const LONG letter = (height + 1) / 2;  // plus 2 pixels between the lines: the default font's 6 by 13
     SIZE extent{};
     for (std::size_t start = 0; start <= text.size();) {
         const std::size_t end = std::min(text.find('\n', start), text.size());

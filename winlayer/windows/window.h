@@ -12,14 +12,14 @@ namespace winlayer {
 
 struct Surface;
 
-// One window. Plain data: what may be done with it is in the headers beside this one, by concern.
+// One window. Plain data: the headers beside this one declare its operations, by concern.
 struct Window {
     HWND handle = nullptr;
     DWORD thread = 0;
     std::shared_ptr<const WindowClass> windowClass;
-    HWND parent = nullptr;       // of a child; null for a window of its own
-    HWND owner = nullptr;        // of a window of its own
-    std::vector<HWND> children;  // the topmost first
+    HWND parent = nullptr;       // of a child; null for a top-level window
+    HWND owner = nullptr;        // of a top-level window
+    std::vector<HWND> children;  // topmost first
     RECT place{};                // in pixels, relative to the parent's client area or the screen
     DWORD style = 0;
     DWORD exStyle = 0;
@@ -32,13 +32,13 @@ struct Window {
     std::map<std::string, HANDLE> properties;
     HFONT font = nullptr;
 
-    bool sizeDue = false;     // WM_SIZE and WM_MOVE wait for the first showing
-    bool destroying = false;  // DestroyWindow is at work
-    bool toPaint = false;     // there is something to paint: `update`
-    bool toErase = false;     // ... after the background was erased
+    bool sizeDue = false;     // WM_SIZE and WM_MOVE are due when it is first shown
+    bool destroying = false;  // DestroyWindow is running
+    bool toPaint = false;     // `update` is to be painted
+    bool toErase = false;     // ... after erasing the background
     RECT update{};            // in client coordinates
 
-    std::shared_ptr<Surface> surface;  // pixels of the client area; null until first drawn on
+    std::shared_ptr<Surface> surface;  // client area; null until first drawn on
     std::unique_ptr<DialogState> dialog;
     std::unique_ptr<Control> control;
 

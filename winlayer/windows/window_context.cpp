@@ -17,7 +17,7 @@ std::uint32_t facePixel() {
     return toPixel(color);
 }
 
-// The surface as large as the client area; a new one is painted on from the start.
+// The surface in the size of the client area; a new one is filled with the face colour.
 std::shared_ptr<Surface> surfaceOf(Window& window) {
     const SIZE size = clientSize(window);
     if (window.surface == nullptr || window.surface->width != size.cx || window.surface->height != size.cy) {
@@ -41,7 +41,7 @@ HDC openContext(HWND handle, const std::shared_ptr<Surface>& surface) {
 
 }  // namespace
 
-// A context of the screen has no pixels: nothing that is drawn there shows.
+// A context of the screen has no pixels: drawing has no effect.
 HDC getContext(HWND handle) {
     if (handle == nullptr) {
         return openContext(nullptr, std::make_shared<Surface>());

@@ -54,8 +54,8 @@ std::shared_ptr<Window> makeWindow(const CREATESTRUCTA& request,
     return window;
 }
 
-// Children stand in the order in which they were made, so that this is the order of the Tab key; a window of
-// its own comes above the others.
+// Children are listed in order of creation, which is the tab order; a top-level window is placed above the
+// others.
 bool enroll(const std::shared_ptr<Window>& window) {
     std::vector<HWND>& siblings = siblingsOf(*window);
     siblings.reserve(siblings.size() + 1);

@@ -3,14 +3,14 @@
 
 namespace winlayer {
 
-// CreateWindowExA. Null with the last error set when the class, the parent or a place is missing, or when the
-// window itself refused (WM_NCCREATE, WM_CREATE).
+// CreateWindowExA. Null with the last error set if the class or parent is missing, there are no more handles,
+// or the window itself refuses (WM_NCCREATE, WM_CREATE).
 HWND createWindow(CREATESTRUCTA request);
-// DestroyWindow: the window, what it owns and its children. False for what is no window.
+// DestroyWindow: the window, the windows it owns and its children. False for an invalid window.
 bool destroyWindow(HWND window);
-// The same for one whose making failed: the last error stays the one that says why.
+// The same for a window whose creation failed; keeps the last error, which says why.
 void destroyUnfinished(HWND window);
-// Takes a window out of everything that knows of it, without a message.
+// Removes a window from all lists that contain it, without a message.
 void strikeOff(const Window& window);
 
 }  // namespace winlayer

@@ -10,7 +10,7 @@
 namespace winlayer {
 namespace {
 
-// Only for the eye: a window goes also when there is no memory to show what it has covered.
+// Only visual: a window is destroyed even without memory to repaint what it has covered.
 void hide(const Window& window) try {
     if (!window.has(WS_VISIBLE)) {
         return;
@@ -24,9 +24,8 @@ void hide(const Window& window) try {
 } catch (const std::bad_alloc&) {
 }
 
-// The first of these windows of this thread that is not yet on its way out and has this owner (any, when it
-// is null); null when there is none. Asked anew after each message, because its handler may end other
-// windows.
+// The first of these windows on this thread that is not being destroyed and has this owner (null: any); null
+// if there is none. Called again after each message, because its handler may destroy other windows.
 std::shared_ptr<Window> nextToDestroy(const std::vector<HWND>& handles, HWND owner) {
     for (const HWND handle : handles) {
         auto window = findWindow(handle);
@@ -44,7 +43,7 @@ void destroyOwned(HWND owner) {
     }
 }
 
-// Parents hear of their end before their children.
+// Parents get WM_DESTROY before their children.
 void sendDestroy(HWND handle) {
     const auto window = findWindow(handle);
     window->destroying = true;
@@ -67,7 +66,7 @@ void letGoOfInput(const Window& window) {
     }
 }
 
-// Children are gone before their parent.
+// Children are destroyed before their parent.
 void finish(HWND handle) {
     const auto window = findWindow(handle);
     if (window == nullptr) {
@@ -102,7 +101,7 @@ bool destroyWindow(HWND handle) {
         SetLastError(ERROR_ACCESS_DENIED);
         return false;
     }
-    // Asked again by the window itself while it goes.
+    // Called again by the window while it is being destroyed.
     if (window->destroying) {
         return true;
     }

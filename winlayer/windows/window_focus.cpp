@@ -19,7 +19,7 @@ void changeFocus(HWND window) {
         sendMessage(previous, WM_KILLFOCUS, asParameter(window));
     }
     if (windows().focus != window) {
-        return;  // who lost it gave it to somebody else
+        return;  // the handler has moved the focus elsewhere
     }
     if (findWindow(window) != nullptr) {
         sendMessage(window, WM_SETFOCUS, asParameter(previous));
@@ -69,7 +69,7 @@ bool activate(HWND handle) {
     }
     setPosition(handle, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     sendMessage(handle, WM_ACTIVATE, WA_ACTIVE, reinterpret_cast<LPARAM>(previous));
-    // The focus never stays behind in a window that is not active.
+    // The focus must not stay in a window that is not active.
     if (windows().active == handle && windows().focus != nullptr && rootOf(windows().focus) != handle) {
         changeFocus(findWindow(handle) != nullptr ? handle : nullptr);
     }
@@ -83,7 +83,7 @@ void activateAnother(HWND leaving) {
         owner != nullptr && isVisible(*owner) && activate(owner->handle)) {
         return;
     }
-    // By their places, because this must not need memory: handlers may change the order meanwhile.
+    // By index, because this must not need memory: handlers may change the order meanwhile.
     for (std::size_t i = 0; i < windows().topLevel.size(); ++i) {
         const HWND candidate = windows().topLevel[i];
         const auto other = findWindow(candidate);

@@ -3,14 +3,14 @@
 
 namespace winlayer {
 
-// Gives a window (null: none) the input focus and tells both windows. Gives the window that had it; null also
-// when the window cannot take it, because it or a parent is disabled or gone.
+// Moves the input focus to a window (null: none) and notifies both windows. Returns the window that had it;
+// null also if the window cannot take it, because it or a parent is disabled or it no longer exists.
 HWND setFocus(HWND window);
-// Makes a top-level window the active one; false when it cannot be.
+// Activates a top-level window; false if it cannot be active.
 bool activate(HWND window);
-// The active window goes: its owner or the topmost window that can be active follows.
+// Replaces a window that loses activation: by its owner or the topmost window that can be active.
 void activateAnother(HWND leaving);
-// Mouse messages go to this window until it is released (null).
+// Sends mouse messages to this window until the capture is released (null).
 HWND setCapture(HWND window);
 
 }  // namespace winlayer

@@ -12,8 +12,8 @@ constexpr LONG menuHeight = 19;
 
 }  // namespace
 
-// The classic look at 96 dots per inch: a dialog frame is 3 wide, a sizing frame 4, a plain border 1; a
-// sunken client edge adds 2, a static edge 1.
+// The classic look at 96 dots per inch: a dialog frame is 3 pixels wide, a sizing frame 4, a plain border 1;
+// a sunken client edge adds 2, a static edge 1.
 RECT borders(DWORD style, DWORD exStyle, bool menu) {
     const bool dialogFrame = (style & WS_DLGFRAME) != 0 || (exStyle & WS_EX_DLGMODALFRAME) != 0;
     LONG width = 0;

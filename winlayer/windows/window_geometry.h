@@ -3,9 +3,9 @@
 
 namespace winlayer {
 
-// Where windows are, in pixels.
+// Positions of windows, in pixels.
 
-// What a window's border and caption take on each side.
+// The widths of a window's border and caption on each side.
 RECT borders(DWORD style, DWORD exStyle, bool menu = false);
 
 SIZE clientSize(const Window& window);

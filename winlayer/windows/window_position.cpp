@@ -16,7 +16,7 @@ Peer& peer() {
     return windows().peer();
 }
 
-// Whether the order changed.
+// Returns whether the order changed.
 bool restack(const Window& window, HWND after) {
     std::vector<HWND>& siblings = siblingsOf(window);
     const auto before = std::find(siblings.begin(), siblings.end(), window.handle) - siblings.begin();
@@ -83,7 +83,7 @@ bool activates(int command) {
     return command != SW_SHOWNOACTIVATE && command != SW_SHOWNA;
 }
 
-// A window that is hidden does not keep the focus.
+// A hidden window does not keep the focus.
 void giveFocusAway(const Window& hidden) {
     const HWND focus = windows().focus;
     if (focus == hidden.handle || isBelow(hidden.handle, focus)) {
@@ -100,7 +100,7 @@ bool hasSizeLimits(const Window& window) {
     return window.has(WS_THICKFRAME) || (window.style & (WS_POPUP | WS_CHILD)) == 0;
 }
 
-// The least size leaves the caption's icon and buttons. There is no largest one.
+// The minimum size leaves space for the caption's icon and buttons. There is no maximum.
 MINMAXINFO sizeLimits(const Window& window) {
     constexpr POINT least{112, 27};
     constexpr LONG any = 0x7FFF;
@@ -180,7 +180,7 @@ bool showWindow(HWND handle, int command) {
     }
     const auto parent = findWindow(window->parent);
     if (parent != nullptr && !isVisible(*parent)) {
-        setVisible(*window, shows(command));  // nothing that can be seen changes, so nobody else is told
+        setVisible(*window, shows(command));  // nothing visible changes, so no message is sent
     } else {
         UINT flags = SWP_NOMOVE | SWP_NOSIZE | (shows(command) ? SWP_SHOWWINDOW : SWP_HIDEWINDOW);
         if (window->isChild() || !shows(command) || !activates(command)) {
@@ -216,8 +216,8 @@ bool enableWindow(HWND handle, bool enable) {
     }
     window->style = enable ? window->style & ~WS_DISABLED : window->style | WS_DISABLED;
     windows.peer().enabled(handle, enable);
-    // A window of its own that is disabled for a modal dialog keeps the focus until the dialog takes it, and
-    // so knows where it was.
+    // A top-level window disabled for a modal dialog keeps the focus until the dialog takes it, and so
+    // remembers which control had it.
     const bool within = windows.focus == handle || (window->isChild() && isBelow(handle, windows.focus));
     if (!enable && within) {
         setFocus(nullptr);

@@ -8,37 +8,36 @@
 
 namespace winlayer {
 
-// A device context on a window's surface, which lasts as long as the context.
+// A device context on a window's surface, which lives as long as the context.
 struct WindowContext {
     HWND window = nullptr;
     std::shared_ptr<Surface> surface;
 };
 
-// All that a machine knows of windows. A machine that ends with windows open drops them without a message.
-// Thread rule: windows, classes and focus belong to the thread that works with windows; other threads may
-// post to it.
+// The windows of a machine. A machine destroyed with open windows drops them without a message. Thread rule:
+// windows, classes and focus belong to the thread that works with windows; other threads may post to it.
 class Windows {
 public:
     // The current machine's.
     static Windows& current();
 
     std::shared_ptr<Window> find(HWND window) const { return table.find(window); }
-    // Windows, and device contexts on windows, that there are now.
+    // Existing windows, and device contexts on windows.
     std::size_t count() const { return table.count(); }
     std::size_t contextCount() const { return contexts.size(); }
 
-    // Who shows the windows; null, as at the start: nobody. Not owned. Set it before the first window.
+    // Sets the display backend; null, the default, shows nothing. Not owned. Set it before the first window.
     void setPeer(Peer* peer) { peer_ = peer != nullptr ? peer : &headless_; }
     Peer& peer() const { return *peer_; }
 
     WindowTable table;
     WindowClasses classes;
-    std::vector<HWND> topLevel;  // windows without a parent, the topmost first
+    std::vector<HWND> topLevel;  // top-level windows, topmost first
     HWND focus = nullptr;
     HWND active = nullptr;
     HWND capture = nullptr;
     std::map<HDC, WindowContext> contexts;
-    POINT cursor{};                    // where the mouse was last, on the screen
+    POINT cursor{};                    // last position of the mouse, on the screen
     std::array<bool, 256> keysDown{};  // by virtual key, as of the last message taken from the queue
 
 private:

@@ -6,7 +6,7 @@ namespace {
 constexpr std::size_t maxWindows = 0x7FFF;
 constexpr std::uint32_t generationMask = 0x7FFF;
 
-// An even number in the low word, from 2 on, so that no handle equals HWND_TOP and its like.
+// The low word is even and at least 2, so that no handle equals HWND_TOP and the like.
 HWND handleOf(std::size_t index, std::uint32_t generation) {
     const std::uint32_t value = generation << 16 | static_cast<std::uint32_t>((index + 1) * 2);
     return reinterpret_cast<HWND>(static_cast<std::uintptr_t>(value));
@@ -27,7 +27,7 @@ HWND WindowTable::add(const std::shared_ptr<Window>& window) {
     } else if (index == maxWindows) {
         return nullptr;
     } else {
-        free_.reserve(slots_.capacity() + 1);  // for remove(), which may not fail
+        free_.reserve(slots_.capacity() + 1);  // for remove(), which must not fail
         slots_.emplace_back();
     }
     slots_[index].window = window;
@@ -44,7 +44,7 @@ std::shared_ptr<Window> WindowTable::find(HWND window) const {
 }
 
 void WindowTable::remove(HWND window) {
-    std::shared_ptr<Window> last;  // ends outside the lock
+    std::shared_ptr<Window> last;  // destroyed outside the lock
     const std::lock_guard lock(mutex_);
     const std::size_t index = indexOf(window);
     if (index < slots_.size() && window == handleOf(index, slots_[index].generation)) {

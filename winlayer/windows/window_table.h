@@ -8,11 +8,11 @@
 
 namespace winlayer {
 
-// The windows that exist, by handle. A handle is an index with a generation, so that one of a destroyed
-// window is recognised after its place was given away. Thread rule: any thread may ask.
+// The existing windows, by handle. A handle is an index with a generation, so that one of a destroyed window
+// is recognised after its slot was reused. Thread rule: any thread may call every operation.
 class WindowTable {
 public:
-    // Gives the window its handle; null when all 32,767 places are taken.
+    // Returns the window's new handle; null if all 32,767 slots are taken.
     HWND add(const std::shared_ptr<Window>& window);
     // Null for a stale or foreign handle.
     std::shared_ptr<Window> find(HWND window) const;

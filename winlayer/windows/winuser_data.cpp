@@ -1,4 +1,4 @@
-// What windows carry: numbers by offset, properties, text.
+// The data of windows: numbers by offset, properties, text.
 #include <cstring>
 
 #include "winlayer/base/gate.h"
@@ -11,7 +11,7 @@ using namespace winlayer;
 
 namespace {
 
-// Bytes that a window carries for its owner: `index` is an offset.
+// Extra bytes of a window at offset `index`.
 template <class T>
 T* extraOf(Window& window, int index) {
     if (index < 0 || static_cast<std::size_t>(index) + sizeof(T) > window.extra.size()) {
@@ -99,7 +99,7 @@ LONG_PTR exchange(Window& window, int index, LONG_PTR value) {
     }
 }
 
-// What is as wide as an address cannot be had in 32 bits where addresses are wider.
+// Values that are as wide as an address, on hosts where that exceeds 32 bits.
 bool needsPointer(int index) {
     return sizeof(LONG_PTR) > sizeof(LONG) &&
            (index == GWLP_WNDPROC || index == GWLP_HINSTANCE || index == GWLP_HWNDPARENT);

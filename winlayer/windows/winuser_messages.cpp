@@ -11,7 +11,7 @@ using namespace winlayer;
 
 namespace {
 
-// Null, and -1 for the thread's own messages, name no window.
+// Null, and -1 for the thread's own messages, need not be windows.
 bool canFilterBy(HWND window) {
     return window == nullptr || window == HWND_TOPMOST || findWindowOrSetLastError(window) != nullptr;
 }

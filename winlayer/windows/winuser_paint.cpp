@@ -14,7 +14,7 @@ using namespace winlayer;
 
 namespace {
 
-constexpr LONG systemFontHeight = 16;  // pixels, of the font that a new context has
+constexpr LONG systemFontHeight = 16;  // pixels, of a new context's font
 
 }  // namespace
 

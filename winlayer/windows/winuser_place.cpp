@@ -12,7 +12,7 @@ using namespace winlayer;
 
 namespace {
 
-// Where a window's client coordinates begin on the screen; null stands for the screen itself.
+// The screen position of a window's client area; null is the screen itself.
 bool originOf(HWND handle, POINT& origin) {
     origin = {};
     if (handle == nullptr) {
