@@ -4,8 +4,8 @@
 
 namespace winlayer {
 
-// Qt is large: a program that shows nothing would spend most of its start on loading it. So it comes with a
-// library of its own, at the first wish for a window, and stays.
+// Qt is large: loading it would take most of the start of a program that shows nothing. So it is in a library
+// of its own, which is loaded with the first display and stays loaded.
 std::unique_ptr<Peer> openDisplay(DisplayKind kind, std::string& reason) {
     void* const library = dlopen("libwinlayer_qt.so", RTLD_NOW | RTLD_LOCAL);
     void* const open = library != nullptr ? dlsym(library, "winlayerOpenQtDisplay") : nullptr;

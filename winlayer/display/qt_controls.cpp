@@ -29,8 +29,7 @@ namespace {
 
 constexpr QRgb faceColour = 0xFFD4D0C8;  // COLOR_3DFACE of the classic desktop
 
-// The style of Qt's that looks like the classic desktop, with the dark line that it leaves out around the
-// button that Enter presses.
+// Qt's style for the classic desktop, plus the dark line around the default button, which that style lacks.
 class ClassicStyle : public QProxyStyle {
 public:
     ClassicStyle() : QProxyStyle("Windows") {}
@@ -71,7 +70,7 @@ QString textOf(const Window& window) {
     return QString::fromStdString(toUtf8(SystemSettings::current(), window.text));
 }
 
-// A label's text as it is read: "&" marks a mnemonic, "&&" is the character.
+// A label's visible text: "&" marks a mnemonic, "&&" is an ampersand.
 QString withoutPrefixes(const QString& text) {
     QString read;
     for (qsizetype i = 0; i < text.size(); ++i) {
@@ -81,7 +80,7 @@ QString withoutPrefixes(const QString& text) {
     return read;
 }
 
-// What a window without a control of its own shows: the pixels that its procedure has painted.
+// A window that is not a control: shows the pixels that its procedure has painted.
 class SurfaceWidget : public QWidget {
 public:
     SurfaceWidget(HWND window, QWidget* parent) : QWidget(parent), window_(window) {}
@@ -107,7 +106,7 @@ QWidget* makeButton(const Window& window, QWidget* parent) {
         case BS_RADIOBUTTON:
         case BS_AUTORADIOBUTTON: {
             auto* radio = new QRadioButton(parent);
-            radio->setAutoExclusive(false);  // which one of a group is on is the layer's to say
+            radio->setAutoExclusive(false);  // the layer decides which button of a group is checked
             return radio;
         }
         case BS_CHECKBOX:
@@ -128,7 +127,7 @@ Qt::Alignment alignmentOf(DWORD type) {
     return across | Qt::AlignTop;
 }
 
-// How the label's border looks, of those that styles can ask for.
+// The label's frame for the styles that have one.
 int frameOf(const Window& window) {
     switch (window.style & SS_TYPEMASK) {
         case SS_ETCHEDHORZ:
@@ -170,7 +169,7 @@ QWidget* makeProgress(QWidget* parent) {
     return progress;
 }
 
-// Without the keyboard shortcut that Qt reads out of a text: mnemonics are the layer's to follow.
+// Removes the keyboard shortcut that Qt derives from the text: the layer handles mnemonics.
 void setButtonText(QAbstractButton& button, const Window& window) {
     button.setText(textOf(window));
     button.setShortcut(QKeySequence());
@@ -192,7 +191,7 @@ void refreshProgress(QProgressBar& progress, const Window& window) {
     progress.setValue(control.position());
 }
 
-// The desktop's pictures for the icons of message boxes.
+// The desktop's icons for message boxes.
 QIcon standardIcon(HICON icon) {
     const std::pair<LPCSTR, QStyle::StandardPixmap> icons[] = {
         {IDI_HAND, QStyle::SP_MessageBoxCritical},
@@ -217,7 +216,7 @@ void refreshLabel(QLabel& label, const Window& window) {
     }
 }
 
-// The parts of the desktop's frame that the style asks for.
+// The parts of the desktop's window frame that the style requests.
 Qt::WindowFlags windowFlags(const Window& window) {
     const std::pair<DWORD, Qt::WindowFlags> parts[] = {
         {WS_CAPTION, Qt::WindowTitleHint},
@@ -232,7 +231,7 @@ Qt::WindowFlags windowFlags(const Window& window) {
     return flags;
 }
 
-// What Qt remarks on its surroundings is of no use to the user; a failure ends the program.
+// Qt's warnings do not help the user; a failure ends the program.
 void reportFailures(QtMsgType type, const QMessageLogContext& /*context*/, const QString& text) {
     if (type == QtCriticalMsg || type == QtFatalMsg) {
         std::fprintf(stderr, "%s\n", qPrintable(text));
@@ -259,10 +258,10 @@ QtApplication::QtApplication(const char* platform)
     QApplication::setStyle(new ClassicStyle);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setPalette(classicPalette());
-    // The font of dialogs, by one whose letters are as wide.
+    // Substitutes the dialog font by one of the same width.
     QFont::insertSubstitutions("MS Sans Serif", {"Microsoft Sans Serif", "Arial", "Liberation Sans"});
     QFont font("MS Sans Serif");
-    font.setPixelSize(11);  // 8 points at 96 dots an inch
+    font.setPixelSize(11);  // 8 points at 96 dots per inch
     QApplication::setFont(font);
 }
 
@@ -285,8 +284,7 @@ QWidget* makeWidget(const Window& window, QWidget* parent) {
     if (!window.isChild()) {
         made->setWindowFlags(windowFlags(window));
     }
-    // Neither a click nor Qt's order of widgets moves the focus; that a widget can have it is said all the
-    // same.
+    // The layer moves the focus, not clicks or Qt's tab order; the widget still reports that it can have it.
     made->setFocusPolicy(window.has(WS_TABSTOP) ? Qt::TabFocus : Qt::NoFocus);
     return made;
 }

@@ -8,7 +8,7 @@
 
 namespace winlayer {
 
-// The one application object that Qt asks for, on a platform ("offscreen") or, for null, the user's own.
+// The one application object that Qt requires, on a platform ("offscreen") or, if null, the user's own.
 class QtApplication {
 public:
     explicit QtApplication(const char* platform);
@@ -20,13 +20,13 @@ private:
     QApplication application_;
 };
 
-// The font that is drawn for the one that a program asks for.
+// The font drawn for a requested one.
 QFont fontOf(const LOGFONTA& description);
 
-// The widget that shows a window of this class and style. Owned by the parent, if there is one.
+// The widget for a window of this class and style. Owned by the parent, if there is one.
 QWidget* makeWidget(const Window& window, QWidget* parent);
 
-// Takes over the window's text, font and state.
+// Updates the widget with the window's text, font and state.
 void refreshWidget(QWidget& widget, const Window& window);
 
 }  // namespace winlayer

@@ -22,8 +22,8 @@
 namespace winlayer {
 namespace {
 
-// The place of what a widget shows: of the client area for a window with a caption, whose frame is the
-// desktop's, and of the whole window for a child.
+// The rectangle of a window's widget: the client area of a window with a caption, whose frame the desktop
+// draws; the entire window of a child.
 QRect placeOf(const Window& window) {
     if (window.isChild()) {
         return {window.place.left, window.place.top, widthOf(window.place), heightOf(window.place)};
@@ -33,7 +33,7 @@ QRect placeOf(const Window& window) {
     return {origin.x, origin.y, size.cx, size.cy};
 }
 
-// Qt ends the program where it finds no screen that answers, so a process of its own tries it first.
+// Qt ends the program if the screen does not respond, so another process tries it first.
 bool screenAnswers() {
     constexpr unsigned patience = 10;  // seconds
     const pid_t child = fork();
@@ -52,7 +52,7 @@ bool screenAnswers() {
     return child > 0 && WIFEXITED(status) && WEXITSTATUS(status) == EXIT_SUCCESS;
 }
 
-// Why there is no screen; empty when there is one.
+// Why there is no screen; empty if there is one.
 std::string whyNoScreen() {
     const char* name = std::getenv("WAYLAND_DISPLAY");
     if (name == nullptr || *name == '\0') name = std::getenv("DISPLAY");
@@ -86,11 +86,11 @@ void QtDisplay::created(HWND window) {
     made->setVisible(facts->has(WS_VISIBLE));
 }
 
-// Later, because the widget may be the one whose event is being handled.
+// Deferred, because the widget may be handling an event.
 void QtDisplay::destroyed(HWND window) {
     const auto found = widgets_.find(window);
     if (found == widgets_.end()) {
-        return;  // there was no memory to make it
+        return;  // it could not be created for lack of memory
     }
     input_.forget(window);
     found->second->hide();
@@ -110,7 +110,7 @@ void QtDisplay::moved(HWND window) {
     moving->setGeometry(place);
 }
 
-// Children are listed with the topmost first; raising them from the last to the first gives that order.
+// The topmost child is first in the list; raising from last to first gives that order.
 void QtDisplay::restacked(HWND window) {
     const auto facts = winlayer::Windows::current().find(window);
     if (const auto parent = winlayer::Windows::current().find(facts->parent)) {
@@ -122,7 +122,7 @@ void QtDisplay::restacked(HWND window) {
     }
 }
 
-// What the window does not allow, the desktop does not offer either.
+// The desktop must not offer sizes that the window does not allow.
 void QtDisplay::limitSize(const Window& window) {
     const SIZE inside = clientSize(window);
     const POINT least = sizeLimits(window).ptMinTrackSize;
@@ -138,8 +138,8 @@ void QtDisplay::shown(HWND window, bool visible) {
     followFocus();
 }
 
-// A window that is disabled keeps the user out, but does not look different, and nor do its controls: Qt,
-// which would grey them all, is told of controls only.
+// A disabled window takes no input but looks the same, and so do its controls: Qt, which would grey them all,
+// gets only the state of controls.
 void QtDisplay::enabled(HWND window, bool enabled) {
     if (winlayer::Windows::current().find(window)->control != nullptr) {
         widget(window)->setEnabled(enabled);
@@ -172,7 +172,7 @@ RECT QtDisplay::workArea() const {
     return {area.left(), area.top(), area.left() + area.width(), area.top() + area.height()};
 }
 
-// As labels draw it.
+// The size that a label needs.
 SIZE QtDisplay::textExtent(const std::string& text, const LOGFONTA& font, int width) const {
     const QString shown = QString::fromStdString(toUtf8(winlayer::SystemSettings::current(), text));
     const QRect needed = QFontMetrics(fontOf(font))
@@ -186,7 +186,7 @@ void QtDisplay::poll() {
     QCoreApplication::processEvents();
 }
 
-// A stopped clock moves only when it is told to, so there is nothing to wait for but what is there already.
+// A stopped clock moves only when it is advanced, so there is no time to wait for.
 void QtDisplay::wait() {
     if (winlayer::Clock::current().stopped()) {
         poll();
@@ -206,7 +206,7 @@ bool QtDisplay::capture(HWND window, const std::string& file) {
     return shown != nullptr && shown->grab().save(QString::fromStdString(file), "PNG");
 }
 
-// Qt passes the focus on by itself when a widget is hidden or disabled.
+// Qt moves the focus by itself when a widget is hidden or disabled.
 void QtDisplay::followFocus() {
     QWidget* const wanted = widget(winlayer::Windows::current().focus);
     if (wanted != nullptr && wanted->isEnabled()) {

@@ -9,7 +9,7 @@
 namespace winlayer {
 
 // Shows each window of the layer as a Qt widget: controls as the widgets of their kind, so that assistive
-// programs see them, all else as a surface. What widgets would do with input themselves is kept from them.
+// programs see them, all others as a surface. The widgets do not handle input themselves.
 class QtDisplay : public Peer {
 public:
     explicit QtDisplay(const char* platform);
@@ -40,7 +40,8 @@ private:
     QWidget* widget(HWND window) const;
 
     QtApplication application_;
-    std::map<HWND, QWidget*> widgets_;  // Qt's parents own their children; a top-level one is ours
+    std::map<HWND, QWidget*>
+        widgets_;  // Qt parents own their children; top-level widgets belong to this object
     QtInput input_;
 };
 

@@ -14,7 +14,7 @@
 namespace winlayer {
 namespace {
 
-// 0 for a key that has no meaning to dialogs.
+// 0 for a key that dialogs do not use.
 UINT virtualKey(int key) {
     constexpr std::pair<int, int> keys[] = {
         {Qt::Key_Tab, VK_TAB},       {Qt::Key_Backtab, VK_TAB},   {Qt::Key_Return, VK_RETURN},
@@ -30,7 +30,7 @@ UINT virtualKey(int key) {
                  : 0;  // letters and digits have the codes of their characters in both
 }
 
-// Qt tells of every new place, of those too that the layer has asked for.
+// Qt reports every move and resize, including those that the layer has requested.
 void follow(HWND window, const QRect& shown) {
     RECT client{};
     RECT place{};
@@ -45,7 +45,7 @@ void follow(HWND window, const QRect& shown) {
     }
 }
 
-// The release of a key that is held down when another window comes to the front goes there.
+// When another window is activated, the release of a held key goes there.
 void releaseModifiers() {
     for (const UINT modifier : {UINT{VK_SHIFT}, UINT{VK_CONTROL}}) {
         if (Windows::current().keysDown[modifier]) keyUp(modifier);
@@ -89,7 +89,7 @@ bool QtInput::eventFilter(QObject* object, QEvent* event) try {
         case QEvent::KeyRelease:
             return key(*static_cast<QKeyEvent*>(event), event->type() == QEvent::KeyPress);
         case QEvent::ShortcutOverride:
-            event->accept();  // no shortcut of Qt's own
+            event->accept();  // disables Qt's own shortcuts
             return true;
         case QEvent::Close:
             requestClose(window);
@@ -111,11 +111,11 @@ bool QtInput::eventFilter(QObject* object, QEvent* event) try {
             return false;
     }
 } catch (const std::bad_alloc&) {
-    return true;  // of an event that finds no memory nothing may reach the control either
+    return true;  // without memory the control must not get the event either
 }
 
-// The desktop lets the user bring a window to the front that a modal dialog has disabled; the dialog then
-// comes before it again. (Qt's own modality would take the keys away that go to the dialog meanwhile.)
+// The desktop lets the user bring a window to the front that a modal dialog has disabled; then the dialog is
+// raised again. (Qt's own modality would discard keys for the dialog meanwhile.)
 void QtInput::keepInFront(HWND window) const {
     const HWND active = Windows::current().active;
     if (active == window || IsWindowEnabled(window)) return;
@@ -136,7 +136,7 @@ bool QtInput::mouse(const QMouseEvent& event, HWND window) {
     return true;
 }
 
-// A key that is held repeats its press only.
+// Auto-repeat repeats only the press of a key.
 bool QtInput::key(const QKeyEvent& event, bool down) {
     if (!down && event.isAutoRepeat()) return true;
     const bool alt = (event.modifiers() & Qt::AltModifier) != 0;

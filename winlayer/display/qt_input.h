@@ -8,8 +8,8 @@
 
 namespace winlayer {
 
-// Passes the user's input on to the layer and keeps it from the widgets, which would act on it themselves.
-// Scrolling a text stays theirs: it changes only what is seen.
+// Passes the user's input to the layer and keeps it from the widgets, which would handle it themselves. They
+// only scroll texts, which changes nothing but the view.
 class QtInput : public QObject {
 public:
     void watch(QWidget& widget, HWND window);

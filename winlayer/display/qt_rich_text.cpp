@@ -10,7 +10,7 @@
 namespace winlayer {
 namespace {
 
-constexpr double twipsPerPixel = 15;  // 1440 an inch, at 96 pixels an inch
+constexpr double twipsPerPixel = 15;  // 1440 per inch, at 96 pixels per inch
 constexpr double bulletStep = 18;     // from the bullet to its text, in pixels
 
 QTextCharFormat characters(const TextFormat& format) {
@@ -27,8 +27,8 @@ QTextCharFormat characters(const TextFormat& format) {
     return shown;
 }
 
-// `above`: the space that the paragraph before asks for. Qt takes the greater of two margins that meet, not
-// their sum, so one of them has it all.
+// `above`: the space after the previous paragraph. Qt uses the larger of two adjoining margins, not their
+// sum, so one of them gets it all.
 QTextBlockFormat block(const ParagraphFormat& format, int above) {
     QTextBlockFormat shown;
     shown.setTopMargin((above + format.spaceBefore) / twipsPerPixel);
@@ -46,7 +46,7 @@ QTextBlockFormat block(const ParagraphFormat& format, int above) {
     return shown;
 }
 
-// The paragraph's runs, without the line end that it carries.
+// Inserts the paragraph's runs without its line end.
 void insertRuns(QTextCursor& cursor, const RichText& text, std::size_t start, std::size_t end) {
     for (std::size_t i = 0; i < text.runs.size(); ++i) {
         const std::size_t next = i + 1 < text.runs.size() ? text.runs[i + 1].start : text.text.size();

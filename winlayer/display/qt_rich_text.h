@@ -5,7 +5,6 @@
 
 namespace winlayer {
 
-// Shows the text with its fonts, paragraphs and bullets.
 void showRichText(QTextEdit& widget, const RichText& text);
 
 }  // namespace winlayer

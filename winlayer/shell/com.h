@@ -9,23 +9,23 @@
 
 namespace winlayer {
 
-// What the system's objects need: threads that are ready for them, and a count of those that are alive.
-// Thread rule: every operation may be called from any thread.
+// The COM state of the process: threads initialised for COM, and the number of objects alive. Thread rule:
+// any thread may call every operation.
 class Com {
 public:
     // The current machine's.
     static Com& current();
 
-    // The calling thread: true when it was not ready before.
+    // For the calling thread; true if it was not initialised before.
     bool addUse();
     void removeUse();
     bool isReady() const;
 
-    // Over all threads; what was not taken back.
+    // Uses not yet removed, over all threads.
     std::size_t uses() const;
     std::size_t objects() const { return objects_; }
 
-    // Makes one of the system's objects with its first reference.
+    // Creates an object of the system with one reference.
     HRESULT create(REFCLSID classId, REFIID interfaceId, void** object);
     void objectMade() { ++objects_; }
     void objectGone() { --objects_; }

@@ -96,7 +96,7 @@ DWORD Installer::field(MSIHANDLE handle, UINT number, std::string& text) const {
     if (record == nullptr) {
         return ERROR_INVALID_HANDLE;
     }
-    text = number == 1 ? record->id : "";  // a field that the record lacks reads as empty
+    text = number == 1 ? record->id : "";  // a missing field reads as empty
     return NO_ERROR;
 }
 

@@ -11,9 +11,9 @@
 
 namespace winlayer {
 
-// What the Windows Installer knows, as a test fills it: texts in the ANSI code page, codes in braces, found
-// exactly as they are written. Programs reach it through MSI.DLL, which Machine::addInstallerLibrary() puts
-// there. Thread rule: one thread at a time.
+// The data of the Windows Installer, filled in by a test: texts in the ANSI code page; codes in braces,
+// compared exactly. Programs use it through MSI.DLL, which Machine::addInstallerLibrary() adds. Thread rule:
+// one thread at a time.
 class Installer {
 public:
     // The current machine's.
@@ -32,7 +32,7 @@ public:
         std::string feature;
         std::string component;
     };
-    // The two tables of a package that can be asked for.
+    // The two tables of a package that queries can use.
     struct ComponentRow {
         std::string key;
         std::string id;
@@ -50,9 +50,9 @@ public:
     std::map<std::string, Codes> descriptors;  // by the text in an advertised shortcut
     std::map<std::string, Package> packages;   // by path
 
-    // Each gives the Windows error code and a handle that close() takes back.
+    // Each returns a Windows error code and a handle to be closed with close().
     DWORD openPackage(const std::string& path, MSIHANDLE& handle);
-    // Takes one form of query, that for the component codes behind the shortcuts with an icon:
+    // Accepts one form of query, for the component codes of the shortcuts with an icon:
     //   SELECT `Component`.`ComponentId` FROM `Component`, `Shortcut` WHERE
     //   `Component`.`Component` = `Shortcut`.`Component_` AND `Shortcut`.`Icon_` = '...'
     // on one line; anything else is ERROR_BAD_QUERY_SYNTAX.

@@ -19,14 +19,14 @@ std::string textOf(LPCSTR text) {
     return text != nullptr ? text : "";
 }
 
-// A code that is too long for the caller's buffer is one that no installer gives.
+// A code that is too long for the caller's buffer cannot be a valid one.
 void giveCode(const std::string& code, LPSTR buffer) {
     if (buffer != nullptr) {
         giveText(code.size() <= MAX_GUID_CHARS ? code : "", buffer, MAX_GUID_CHARS + 1);
     }
 }
 
-// Without a buffer or a size only what is given is told.
+// Stores the text and its length if requested; a buffer needs a size.
 DWORD giveSized(const std::string& text, LPSTR buffer, LPDWORD size) {
     if (size == nullptr) {
         return buffer == nullptr ? NO_ERROR : ERROR_INVALID_PARAMETER;
@@ -47,7 +47,7 @@ DWORD giveCodes(const std::string& descriptor, LPSTR product, LPSTR feature, LPS
     return NO_ERROR;
 }
 
-// Empty for a shortcut without one.
+// Empty for a shortcut that has none.
 std::string descriptorOf(const ShellLinkFile& link) {
     for (const std::vector<BYTE>& block : link.blocks) {
         if (blockSignature(block) == EXP_DARWIN_ID_SIG && block.size() >= sizeof(EXP_DARWIN_LINK)) {
@@ -175,7 +175,7 @@ UINT WINAPI MsiRecordGetStringA(MSIHANDLE record, UINT field, LPSTR value, LPDWO
     return ERROR_NOT_ENOUGH_MEMORY;
 }
 
-// As with CloseHandle, a close that the fault plan fails still takes the handle away.
+// As with CloseHandle, the handle is closed even when the fault plan fails the call.
 UINT WINAPI MsiCloseHandle(MSIHANDLE handle) {
     const DWORD planned = deniedCode(__func__);
     const DWORD error = installer().close(handle);

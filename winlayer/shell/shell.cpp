@@ -43,7 +43,7 @@ std::string joined(const std::string& folder, const std::string& name) {
     return folder.empty() || endsWithSeparator(folder) ? folder + name : folder + "\\" + name;
 }
 
-// The names that a file may mean, the most likely first.
+// The paths that a file name may mean, the most likely first.
 std::vector<std::string> candidates(const ShellRequest& request) {
     std::vector<std::string> folders = {""};
     const bool absolute = request.file.find(':') != std::string::npos ||
@@ -63,7 +63,7 @@ std::vector<std::string> candidates(const ShellRequest& request) {
     return names;
 }
 
-// Why there is no such file: its folder is missing, or it is missing there.
+// The error for a missing file: its folder is missing, or only the file.
 INT_PTR missing(const std::string& file) {
     const std::size_t separator = file.find_last_of("\\/");
     const bool inFolder = separator != std::string::npos && separator > 0;
@@ -89,7 +89,7 @@ INT_PTR resultOf(int hostError) {
     }
 }
 
-// Arguments stand between blanks; those in double quotes may hold some.
+// Arguments are separated by blanks; those in double quotes may contain blanks.
 std::vector<std::string> split(const std::string& parameters) {
     std::vector<std::string> arguments;
     bool inQuotes = false;
@@ -117,7 +117,7 @@ INT_PTR openOnHost(const std::string& what, const std::filesystem::path& folder)
     return opener.empty() ? SE_ERR_NOASSOC : resultOf(startDetached(opener, {opener.string(), what}, folder));
 }
 
-// Throws std::invalid_argument for what is not on the host.
+// Throws std::invalid_argument for a path that is not on the host.
 INT_PTR openFile(const std::string& path, const ShellRequest& request) {
     const std::filesystem::path file = Drives::current().toHost(path);
     const std::filesystem::path folder = Drives::current().toHost(

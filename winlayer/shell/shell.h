@@ -7,7 +7,7 @@
 
 namespace winlayer {
 
-// What ShellExecuteA was asked for; texts in the ANSI code page, empty for those left out.
+// A ShellExecuteA request; texts in the ANSI code page, omitted ones empty.
 struct ShellRequest {
     std::string operation;
     std::string file;
@@ -16,19 +16,18 @@ struct ShellRequest {
     int show = 0;
 };
 
-// Opens what a program asks the shell for: a file that the host can run is started and goes on by itself,
-// documents and addresses of the web go to the host's xdg-open. A test or a script has requests answered
-// instead.
+// Opens what a program asks the shell for: starts a host program, which then runs on its own; passes
+// documents and web addresses to the host's xdg-open. A test or a script can have requests answered instead.
 class Shell {
 public:
     // The current machine's.
     static Shell& current();
 
-    // From now on requests are kept and answered with this value, and nothing is started.
+    // From now on records requests and answers them with this value; nothing is started.
     void answerWith(INT_PTR result) { answer_ = result; }
     const std::vector<ShellRequest>& requests() const { return requests_; }
 
-    // A value above 32, or what ShellExecuteA gives for the failure.
+    // A value above 32, or ShellExecuteA's error value.
     INT_PTR execute(const ShellRequest& request);
 
 private:

@@ -14,7 +14,7 @@
 namespace winlayer {
 namespace {
 
-constexpr std::uint64_t largestFile = 0x1000000;  // no shortcut comes near it
+constexpr std::uint64_t largestFile = 0x1000000;  // far above any shortcut's size
 
 std::u16string wideOf(LPCSTR text) {
     bool valid = true;
@@ -34,7 +34,7 @@ std::string fileNameOf(LPCOLESTR name) {
     return narrowed(text);
 }
 
-// Cut to the buffer, as the shell does.
+// Truncated to the buffer, as on Windows.
 HRESULT giveCut(const std::string& text, LPSTR buffer, int size) {
     if (buffer == nullptr || size <= 0) {
         return E_INVALIDARG;
@@ -51,7 +51,7 @@ DWORD factsOf(const std::string& path, FileFacts& facts) {
     return error != 0 ? error : target.files->facts(target.below, facts);
 }
 
-// Absolute; a path of the network, and what no path can be, stays as it is.
+// Makes a path absolute; network paths and invalid ones stay as they are.
 std::string completed(const std::string& path) {
     ResolvedPath resolved;
     const DWORD error = resolvePath(path, Drives::current().currentDirectory(), resolved);
@@ -102,7 +102,7 @@ DWORD writeWhole(const std::string& name, std::span<const BYTE> bytes) {
     return written.error == NO_ERROR && written.count < bytes.size() ? ERROR_DISK_FULL : written.error;
 }
 
-// What a function enters with: 0 to go on, or the failure that the plan wants.
+// 0 to continue, or the failure that the fault plan demands.
 HRESULT refusal(const char* function) {
     const DWORD error = deniedCode(function);
     return error != 0 ? HRESULT_FROM_WIN32(error) : S_OK;

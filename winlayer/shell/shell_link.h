@@ -8,15 +8,15 @@
 
 namespace winlayer {
 
-// The shell's object for one shortcut. It has one reference at first and deletes itself with the last. Thread
-// rule: one thread at a time; references may be counted on any.
+// The shell's object for one shortcut. It starts with one reference and deletes itself when the last is
+// released. Thread rule: one thread at a time, except for counting references.
 class ShellLink final : public IShellLinkA, public IPersistFile, public IShellLinkDataList {
 public:
     explicit ShellLink(Com& com) : com_(com) { com_.objectMade(); }
     ShellLink(const ShellLink&) = delete;
     ShellLink& operator=(const ShellLink&) = delete;
 
-    // QueryInterface, for the layer itself.
+    // QueryInterface for use within the layer.
     HRESULT give(REFIID interfaceId, void** object);
 
     HRESULT STDMETHODCALLTYPE QueryInterface(REFIID interfaceId, void** object) override;
@@ -47,7 +47,7 @@ private:
     std::string fileName_;  // of the last Load or remembered Save
 };
 
-// Reads a shortcut file; a Windows error code, ERROR_INVALID_DATA for what is none.
+// Reads a shortcut file; returns a Windows error code, ERROR_INVALID_DATA if it is not one.
 DWORD readShellLink(const std::string& fileName, ShellLinkFile& link);
 
 }  // namespace winlayer

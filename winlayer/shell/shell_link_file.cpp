@@ -11,10 +11,10 @@ namespace {
 constexpr DWORD headerSize = 76;
 constexpr BYTE linkClass[16] = {0x01, 0x14, 0x02, 0, 0, 0, 0, 0, 0xC0, 0, 0, 0, 0, 0, 0, 0x46};
 constexpr std::size_t longest = 0xFFFF;  // text in units, item list in bytes
-constexpr DWORD endOfBlocks = 4;         // a size below it
+constexpr DWORD endOfBlocks = 4;         // a smaller size ends the blocks
 constexpr DWORD blockHeader = 8;
 
-// The part that tells the target's path: sizes and offsets in bytes from its start.
+// The link info, which holds the target's path: sizes and offsets in bytes from its start.
 constexpr DWORD infoHeader = 28;
 constexpr DWORD infoHeaderWithUnicode = 36;
 constexpr DWORD infoHasDrive = 1;
@@ -29,7 +29,7 @@ DWORD textFlag(std::size_t text) {
     return SLDF_HAS_NAME << text;
 }
 
-// Reads front to back. What does not fit reads as nothing, and `sound` then stays false.
+// Reads in sequence. A field that exceeds the data reads as empty and makes `sound` false.
 class Reader {
 public:
     explicit Reader(std::span<const BYTE> bytes) : rest_(bytes) {}
@@ -56,7 +56,7 @@ public:
     }
     WORD word() { return static_cast<WORD>(number(2)); }
     DWORD dword() { return static_cast<DWORD>(number(4)); }
-    // A part that begins with its own size in four bytes, which the part includes.
+    // A part that starts with its own size in four bytes, which count too.
     std::span<const BYTE> takeSized(DWORD smallest) {
         const auto start = rest_;
         const DWORD size = dword();
@@ -79,7 +79,7 @@ public:
     void word(std::size_t value) { number(value, 2); }
     void dword(std::size_t value) { number(value, 4); }
     void append(std::span<const BYTE> bytes) { bytes_.insert(bytes_.end(), bytes.begin(), bytes.end()); }
-    // With its zero.
+    // Including its zero.
     void text(const std::string& text) {
         bytes_.insert(bytes_.end(), text.begin(), text.end());
         bytes_.push_back(0);
@@ -103,7 +103,7 @@ std::u16string readBytes(std::span<const BYTE> bytes, UINT codePage) {
     return widen(codePage, {reinterpret_cast<const char*>(bytes.data()), bytes.size()}, valid);
 }
 
-// A part of the file whose texts are told by their offsets, with the ones in Unicode preferred.
+// A part of the file whose texts are found by offsets; prefers the Unicode ones.
 class Part {
 public:
     Part(std::span<const BYTE> bytes, UINT codePage) : bytes_(bytes), codePage_(codePage) {}
@@ -115,7 +115,7 @@ public:
         sound_ = sound_ && reader.sound();
         return value;
     }
-    // The zero-ended text whose offset stands at a place; `unicode` is the place of its other form's, or 0.
+    // The zero-ended text whose offset is at `place`; `unicode` is the place for its Unicode form, or 0.
     std::u16string text(std::size_t place, std::size_t unicode) {
         const DWORD wide = unicode != 0 ? dword(unicode) : 0;
         return wide != 0 ? units(wide) : bytes(dword(place));
@@ -196,7 +196,7 @@ void readBlocks(Reader& in, std::vector<std::vector<BYTE>>& blocks) {
     in.dword();
 }
 
-// A path that the code page can hold, with a share kept apart from what lies below it.
+// The path in the code page, with a network share separate from the path below it.
 std::optional<std::vector<BYTE>> pathInfo(const std::u16string& path, UINT codePage) {
     Narrowing how;
     const std::string whole = narrow(codePage, path, how);

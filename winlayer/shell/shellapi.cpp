@@ -13,7 +13,7 @@ std::string textOf(LPCSTR text) {
     return text != nullptr ? text : "";
 }
 
-// The last error says the same as the result, in its own numbers.
+// The last error for a result.
 DWORD errorOf(INT_PTR result) {
     return result >= firstSuccess     ? NO_ERROR
            : result == SE_ERR_NOASSOC ? ERROR_NO_ASSOCIATION
