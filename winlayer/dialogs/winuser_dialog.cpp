@@ -1,4 +1,3 @@
-// Dialogs and their controls.
 #include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
 #include "winlayer/base/system_settings.h"

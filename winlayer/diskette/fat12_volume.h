@@ -26,7 +26,7 @@ public:
     // Nothing if only the path's last element is missing. ERROR_PATH_NOT_FOUND if an earlier one is missing
     // or not a directory; ERROR_ACCESS_DENIED for the root, which has no entry.
     std::optional<FoundEntry> find(const std::string& path);
-    // The facts of the entry; also for the root.
+    // The same for the facts of the entry, which the root has too.
     std::optional<FileFacts> facts(const std::string& path);
     std::vector<FileFacts> list(const std::string& path);
 

@@ -26,8 +26,7 @@ UINT virtualKey(int key) {
         if (qt == key) return static_cast<UINT>(windows);
     }
     const bool named = (key >= Qt::Key_A && key <= Qt::Key_Z) || (key >= Qt::Key_0 && key <= Qt::Key_9);
-    return named ? static_cast<UINT>(key)
-                 : 0;  // letters and digits have the codes of their characters in both
+    return named ? static_cast<UINT>(key) : 0;  // Qt and Windows both use the character's code
 }
 
 // Qt reports every move and resize, including those that the layer has requested.

@@ -26,7 +26,7 @@ constexpr WORD getDeviceParameters = 0x0860;
 constexpr WORD packetForm = 0xFFFF;
 constexpr DWORD wrongForm = 0x0207;  // INT 25h/26h without a packet
 
-// The device parameters: seven bytes, then the parameter block without what follows the large total.
+// The device parameters: seven bytes, then the parameter block up to its 32-bit sector total.
 constexpr std::size_t parametersSize = 32;
 constexpr DWORD ofPresentMedium = 0x01;          // special functions: describe the medium, not the drive
 constexpr DWORD removableWithChangeLine = 0x02;  // device attributes: bit 0 clear, bit 1 set

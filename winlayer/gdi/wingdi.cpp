@@ -1,4 +1,3 @@
-// Drawing objects and device contexts.
 #include "winlayer/include/wingdi.h"
 
 #include <algorithm>

@@ -13,7 +13,7 @@ namespace winlayer {
 // the file is opened a second time. Flushes hand everything to the host but do not wait for the medium.
 class CachedFile : public OpenFile, private FileCache {
 public:
-    // `size` is the file's.
+    // `size` is the file's current size.
     CachedFile(std::unique_ptr<HostFile> file, std::uint64_t size);
     ~CachedFile() override;
 

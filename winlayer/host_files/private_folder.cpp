@@ -41,7 +41,7 @@ void PrivateFolder::make() {
     isMade_ = true;
 }
 
-// Below the root.
+// Paths below the root.
 std::vector<std::string> PrivateFolder::directories() const {
     const std::string windows = madeFor_.windowsDirectory().substr(3);
     return {windows, madeFor_.systemDirectory().substr(3), windows + "\\TEMP"};

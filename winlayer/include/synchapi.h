@@ -1,7 +1,7 @@
 #pragma once
 #include "fileapi.h"
 
-// A lock that its owner may enter again. The fields are the layer's own.
+// A recursive lock. The fields are the layer's own.
 struct CRITICAL_SECTION {
     std::uint32_t state;   // 0 free, 1 taken, 2 taken and waited for
     std::uint32_t depth;   // entries of the owner

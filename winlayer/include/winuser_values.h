@@ -224,7 +224,7 @@ inline constexpr int VK_UP = 0x26;
 inline constexpr int VK_RIGHT = 0x27;
 inline constexpr int VK_DOWN = 0x28;
 
-// Texts.
+// Formats of DrawTextA.
 inline constexpr UINT DT_WORDBREAK = 0x0010;
 inline constexpr UINT DT_EXPANDTABS = 0x0040;
 inline constexpr UINT DT_CALCRECT = 0x0400;

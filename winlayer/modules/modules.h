@@ -97,7 +97,7 @@ private:
     HMODULE insert(Module module);
     // The handle of an object that the host has loaded; adds the object if it is new.
     HMODULE at(const LoadedObject& object);
-    // A module by name or path that is present, or not.
+    // The module with this name or path whose `present` is as given; null if there is none.
     HMODULE named(const std::string& name, bool present) const;
     std::string pathOf(ULONG_PTR handle, const Module& module) const;
     DWORD searchFile(const std::string& name, std::filesystem::path& file) const;
@@ -113,10 +113,10 @@ private:
     const SystemSettings& settings_;
     const Drives& drives_;
     mutable std::mutex mutex_;             // of the table; never held while a module's code runs
-    std::recursive_mutex loading_;         // held while modules come and go
+    std::recursive_mutex loading_;         // held while modules are loaded and unloaded
     std::map<ULONG_PTR, Module> modules_;  // by handle
     ULONG_PTR lastHandle_ = 0;
-    std::vector<HMODULE> attached_;  // in the order of their entry points' calls
+    std::vector<HMODULE> attached_;  // in the order in which their entry points were called
 };
 
 }  // namespace winlayer

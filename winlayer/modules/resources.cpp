@@ -1,4 +1,3 @@
-
 #include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
 #include "winlayer/modules/modules.h"

@@ -1,5 +1,3 @@
-// The registry functions.
-
 #include <cstring>
 
 #include "winlayer/base/gate.h"

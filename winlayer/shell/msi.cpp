@@ -1,5 +1,3 @@
-// The functions of MSI.DLL.
-
 #include <cstring>
 
 #include "winlayer/base/gate.h"

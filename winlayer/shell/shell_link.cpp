@@ -102,7 +102,7 @@ DWORD writeWhole(const std::string& name, std::span<const BYTE> bytes) {
     return written.error == NO_ERROR && written.count < bytes.size() ? ERROR_DISK_FULL : written.error;
 }
 
-// 0 to continue, or the failure that the fault plan demands.
+// 0 to continue, or the failure that the fault plan sets.
 HRESULT refusal(const char* function) {
     const DWORD error = deniedCode(function);
     return error != 0 ? HRESULT_FROM_WIN32(error) : S_OK;

@@ -1,7 +1,5 @@
 #pragma once
 
-// Data of code_pages.cpp.
-
 namespace winlayer {
 
 // The characters of bytes 80 to FF, sixteen per line. Bytes that a page leaves undefined map to the control

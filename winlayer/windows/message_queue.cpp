@@ -39,7 +39,7 @@ void MessageQueues::send(DWORD thread, std::function<void()> work) {
 }
 
 // Runs without the lock, because the work may use queues itself. What it sends to its own thread waits for
-// the next call, so that work can repeat on a thread from call to call.
+// the next call, so work may send itself again.
 void MessageQueues::runSent(DWORD thread) {
     if (atEveryLook_) {
         atEveryLook_();

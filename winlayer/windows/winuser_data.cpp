@@ -99,7 +99,7 @@ LONG_PTR exchange(Window& window, int index, LONG_PTR value) {
     }
 }
 
-// Values that are as wide as an address, on hosts where that exceeds 32 bits.
+// Whether the value is an address, on hosts where that exceeds 32 bits.
 bool needsPointer(int index) {
     return sizeof(LONG_PTR) > sizeof(LONG) &&
            (index == GWLP_WNDPROC || index == GWLP_HINSTANCE || index == GWLP_HWNDPARENT);

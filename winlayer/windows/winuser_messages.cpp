@@ -1,4 +1,3 @@
-// Messages.
 #include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
 #include "winlayer/windows/message_queue.h"

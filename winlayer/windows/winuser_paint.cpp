@@ -1,4 +1,3 @@
-// Painting.
 #include <limits>
 #include <string>
 #include <string_view>

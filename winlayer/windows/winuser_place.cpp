@@ -1,4 +1,3 @@
-// Visibility, input focus and geometry of windows.
 #include "winlayer/base/gate.h"
 #include "winlayer/base/last_error.h"
 #include "winlayer/windows/window_focus.h"

@@ -1,4 +1,3 @@
-// Window classes, windows and their tree.
 #include <algorithm>
 #include <cstring>
 
