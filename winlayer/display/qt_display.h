@@ -40,8 +40,7 @@ private:
     QWidget* widget(HWND window) const;
 
     QtApplication application_;
-    std::map<HWND, QWidget*>
-        widgets_;  // Qt parents own their children; top-level widgets belong to this object
+    std::map<HWND, QWidget*> widgets_;  // Qt parents own their children; top-level widgets are ours
     QtInput input_;
 };
 

@@ -10,7 +10,7 @@ DWORD WINAPI GetModuleFileNameA(HMODULE module, LPSTR buffer, DWORD size);
 FARPROC WINAPI GetProcAddress(HMODULE module, LPCSTR name);
 
 // Types and names are numbers in place of an address (MAKEINTRESOURCEA) or case-insensitive texts. A
-// resource's data stays at its address as long as its module is loaded and is not freed.
+// resource's data stays at its address as long as its module is loaded; it needs no freeing.
 HRSRC WINAPI FindResourceA(HMODULE module, LPCSTR name, LPCSTR type);
 HGLOBAL WINAPI LoadResource(HMODULE module, HRSRC resource);
 LPVOID WINAPI LockResource(HGLOBAL data);

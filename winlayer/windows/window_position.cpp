@@ -180,7 +180,7 @@ bool showWindow(HWND handle, int command) {
     }
     const auto parent = findWindow(window->parent);
     if (parent != nullptr && !isVisible(*parent)) {
-        setVisible(*window, shows(command));  // nothing visible changes, so no message is sent
+        setVisible(*window, shows(command));  // nothing visible changes, so no other message is due
     } else {
         UINT flags = SWP_NOMOVE | SWP_NOSIZE | (shows(command) ? SWP_SHOWWINDOW : SWP_HIDEWINDOW);
         if (window->isChild() || !shows(command) || !activates(command)) {
