@@ -212,7 +212,7 @@ DWORD DisketteDrive::open(const std::string& path, const OpenRequest& request,
 }
 
 DWORD DisketteDrive::facts(const std::string& path, FileFacts& facts) {
-    // Many paths are checked only to see that they are absent: not worth an exception.
+    // Most paths are checked because they may be absent, which is not worth an exception.
     bool found = true;
     const DWORD error = onVolume([&](Fat12Volume& volume) {
         if (auto known = volume.facts(path)) {

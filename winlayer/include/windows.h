@@ -1,6 +1,6 @@
 #pragma once
-// The part of the Windows API that the product calls, under the names of the Windows headers. Each header has
-// one source file of the layer; what is not implemented is not declared.
+// The part of the Windows API that the product calls, under the names of the Windows headers. What is
+// not implemented is not declared.
 
 #include "errhandlingapi.h"
 #include "fileapi.h"
