@@ -45,7 +45,7 @@ void CBSTR::Block::MakeNarrow() {
                    0;
     };
     if (!convert(length)) {
-        // Letters of two bytes need more room than there are letters.
+        // Double-byte characters need more bytes than there are characters.
         const int needed =
             ::WideCharToMultiByte(::GetACP(), flags, wide, length, nullptr, 0, nullptr, nullptr);
         convert(needed + 1);
@@ -121,7 +121,7 @@ int CBSTR::LoadString(HINSTANCE module, UINT id, int initialSize) {
         int length = 0;
         std::vector<char> buffer;
         int size = std::max(initialSize, 1);
-        // A text that fills its buffer may have been cut off.
+        // A string that fills its buffer may be truncated.
         for (;; size += step) {
             buffer.assign(static_cast<std::size_t>(size) + 1, '\0');
             length = ::LoadStringA(module, id, buffer.data(), size);
@@ -165,7 +165,7 @@ BOOL CBSTR::Format(const char* pattern, ...) {
     HRESULT status = S_OK;
     try {
         result = pattern != nullptr && text_format::Fill(pattern, arguments, text) ? TRUE : FALSE;
-    } catch (const std::exception&) {  // no memory, or a text longer than any can be
+    } catch (const std::exception&) {  // out of memory, or longer than a text can be
         text.clear();
         status = E_OUTOFMEMORY;
     }

@@ -13,7 +13,7 @@ CBaseDialog::~CBaseDialog() {
     }
 }
 
-// The property tells our window from a later one that was given the same handle.
+// The property distinguishes our window from a later one with the same handle.
 bool CBaseDialog::HasWindow() const {
     return hwnd_ != nullptr && ::GetPropA(hwnd_, objectProperty) == this;
 }
@@ -35,7 +35,7 @@ int CBaseDialog::CreateDialogWindow(HINSTANCE instance, HWND parent, WORD templa
         return 0;
     }
     const DWORD error = ::GetLastError();
-    ::DestroyWindow(window);  // one that could not be tied to the object
+    ::DestroyWindow(window);  // a window that could not be tied to the object
     return static_cast<int>(error != 0 ? error : ERROR_INVALID_WINDOW_HANDLE);
 }
 
@@ -58,15 +58,15 @@ INT_PTR CALLBACK CBaseDialog::DialogProc(HWND window, UINT message, WPARAM wPara
     INT_PTR result = 0;
     bool failed = false;
     try {
-        result = object->OnMessage(message, wParam, lParam, &handled);  // may be the object's last call
+        result = object->OnMessage(message, wParam, lParam, &handled);  // may delete the object
     } catch (...) {
-        failed = true;  // the host's message loop is no place for an exception
+        failed = true;  // no exception may reach the host's message loop
     }
     if (message == WM_DESTROY) {
         ::RemovePropA(window, objectProperty);
     }
     if (failed && message == WM_INITDIALOG) {
-        // A page that is set up by half must not be used: untied from its object it counts as not made.
+        // A partly set-up page must not be used: detached from its object it counts as not created.
         ::RemovePropA(window, objectProperty);
         ::EndDialog(window, -1);
         ::SetLastError(ERROR_NOT_ENOUGH_MEMORY);

@@ -11,7 +11,7 @@
 namespace {
 
 constexpr DWORD buttons = wizard::cancelButton | wizard::nextButton | wizard::helpButton;
-constexpr DWORD objectContext = 5;  // in this process or in a server on this computer
+constexpr DWORD objectContext = 5;  // in this process or in a local server
 constexpr int richTextFormat = 2;
 
 }  // namespace
@@ -33,7 +33,7 @@ void CDlgAd::OnSetUp() {
     richTextHeight_ = client.bottom;
 }
 
-// The object becomes the control's own when it is attached.
+// Once attached, the object belongs to the control.
 void CDlgAd::ShowProductText() const {
     void* object = nullptr;
     if (FAILED(hostBroker.CreateThroughManager(CLSID_HostRichText, nullptr, objectContext, CLSID_HostRichText,

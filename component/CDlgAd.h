@@ -1,7 +1,7 @@
 #pragma once
 #include "CWizardWindow.h"
 
-// The product information page: the product's text, as the host's rich-text object shows it.
+// The product information page: the product's text, displayed by the host's rich-text object.
 class CDlgAd final : public CWizardWindow {
 public:
     int Create(ComponentUI* owner) override;
@@ -15,5 +15,5 @@ private:
 
     void ShowProductText() const;
 
-    LONG richTextHeight_ = 0;  // pixels of the control's client area at set-up; kept when the page is resized
+    LONG richTextHeight_ = 0;  // client height of the control at set-up, in pixels; kept on resize
 };

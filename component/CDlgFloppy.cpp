@@ -68,7 +68,7 @@ void CDlgFloppy::OnLayOut(const RECT& client) {
     laidOut_ = true;
 }
 
-// A text that needs more room than the template has for it gets that from the picture.
+// A text that needs more space than the template reserves takes it from the picture.
 LONG CDlgFloppy::TextHeight(LONG width) const {
     return std::max(usualTextHeight_, page_layout::TextHeight(Window(), IDC_RUNNING_TEXT, width));
 }
@@ -78,8 +78,8 @@ void CDlgFloppy::OnClose() {
     if (!IsAttempting()) {
         ClearDiskFiles();
     } else if (wasOpen) {
-        Stop(0);  // its end clears the list, which it may be reading
-        // From now on it is silent, and the frame may go on with another page.
+        Stop(0);  // the attempt may be reading the list and clears it at its end
+        // It reports nothing from now on, and the frame may continue with another page.
         ::SendMessageA(Frame(), wizard::statusTextMessage, 0, reinterpret_cast<LPARAM>(""));
         ::SendMessageA(Frame(), wizard::progressRangeMessage, 0, 0);
         ReturnButtons();

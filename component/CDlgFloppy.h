@@ -4,10 +4,10 @@
 
 enum class PageState : LONG { Ready = 0, Making = 1, Made = 2, Failed = 3 };
 
-// The emergency-disk page: a page of the wizard and the disk maker in one. The disk is made within the
-// handling of one command; the hooks pass its progress to the frame and dispatch the messages that wait
-// meanwhile. What those ask for (to go back, to leave, to end the component) stops the attempt as a cancel
-// does and is done when it has ended; a second attempt within an attempt is never made.
+// The emergency-disk page: a wizard page and the disk maker in one. The disk is made while one command is
+// handled; the hooks report progress to the frame and dispatch waiting messages. If one of these asks to go
+// back, to leave or to close the component, the attempt stops as after a cancel, and the request is carried
+// out when it has ended. Attempts never nest.
 class CDlgFloppy final : public CWizardWindow, public MakeZARDisks {
 public:
     int Create(ComponentUI* owner) override;
@@ -23,7 +23,7 @@ public:
     PageState State() const { return state_; }
 
 private:
-    // Sent by the page to itself: goes on from where the page is.
+    // Sent by the page to itself: continues from the current state.
     static constexpr WORD proceedCommand = 32868;
     static constexpr int progressEnd = 100;
 
@@ -66,16 +66,16 @@ private:
 
     HWND messageWindow_ = nullptr;
     HWND textControl_ = nullptr;
-    LONG usualTextHeight_ = 0;  // pixels, as the template has it
+    LONG usualTextHeight_ = 0;  // pixels, from the template
     bool laidOut_ = false;
     char installDir_[MAX_PATH] = {};
     PageState state_ = PageState::Ready;
     LONG progressStep_ = 3;
     LONG progressPos_ = 0;
-    // The page of which MakeAttempt is on the stack. One for all components: a second one would work on the
+    // The page whose MakeAttempt is on the stack. Shared by all components: a second attempt would use the
     // same diskette.
     inline static const CDlgFloppy* atWork_ = nullptr;
-    bool stopped_ = false;     // the attempt is to end
-    WORD pendingCommand_ = 0;  // what is to be done then
+    bool stopped_ = false;     // the attempt must end
+    WORD pendingCommand_ = 0;  // to be carried out then
     bool closed_ = false;
 };

@@ -1,4 +1,4 @@
-// Making the disk: one attempt with its retries, and what the disk maker reports meanwhile.
+// Making the disk: one attempt with its retries, and the reports of the disk maker meanwhile.
 #include <algorithm>
 #include <string>
 #include <utility>
@@ -15,7 +15,7 @@ using namespace UTILS::literals;
 namespace {
 
 constexpr DWORD settlingTime = 1000;  // ms between the drive's steps
-constexpr DWORD readingTime = 500;    // ms for a status line
+constexpr DWORD readingTime = 500;    // ms to read a status line
 
 constexpr const char* driveErrorText =
     "Fehler beim Zugriff auf das Diskettenlaufwerk.\n"
@@ -25,7 +25,7 @@ bool tellsOfTheDrive(const std::string& text) {
     return text == "Fehler beim Öffnen des Laufwerks"_ansi || text == "Fehler beim Laufwerkzugriff";
 }
 
-// One step of the disk maker, which reports its failures by 0; what its hooks may throw is one more.
+// Runs one step of the disk maker, which reports failure as 0; an exception from its hooks is a failure, too.
 template <class Step>
 bool done(Step step) {
     try {
@@ -47,7 +47,7 @@ void CDlgFloppy::MakeAttempt() {
         while (TryDisk() == Outcome::again) {
         }
     } catch (...) {
-        GiveUp();  // there is no memory for the prompt; the frame gets its buttons back all the same
+        GiveUp();  // no memory for the prompt; the frame still gets its buttons back
     }
     EndAttempt();
     ForgetStop();
@@ -119,7 +119,7 @@ CDlgFloppy::Outcome CDlgFloppy::TryDisk() {
     return AskForRetry() ? Outcome::again : GiveUp();
 }
 
-// The disk maker does not look at all that it writes, and a drive may lose what it was given.
+// The disk maker does not verify everything it writes, and a drive may lose data.
 bool CDlgFloppy::DiskIsSound() {
     MoveSlider(1, 0);
     UPDATE_WINDOW("Die Diskette wird geprüft..."_ansi, 1);
@@ -163,14 +163,14 @@ bool CDlgFloppy::AskForRetry() {
     return answer == IDOK && !stopped_;
 }
 
-// The running step ends at its next look at the cancel event, the attempt at its next look at stopped_.
+// The running step ends when it next checks the cancel event, the attempt when it next checks stopped_.
 void CDlgFloppy::Stop(WORD command) {
     stopped_ = true;
     pendingCommand_ = command;
     SendCancelCommand();
 }
 
-// For after messages were dispatched: one of them may have switched to another page.
+// Called after messages were dispatched: one of them may have switched to another page.
 void CDlgFloppy::StopIfNotShown() {
     if (IsAttempting() && !closed_ && !IsCurrent()) {
         Stop(0);
@@ -204,7 +204,7 @@ void CDlgFloppy::PumpMessages() {
     MSG message;
     while (!closed_ && ::PeekMessageA(&message, nullptr, 0, 0, PM_REMOVE)) {
         if (message.message == WM_QUIT) {
-            // It is meant for the loop that the attempt has to return to.
+            // Meant for the loop to which the attempt has to return.
             ::PostQuitMessage(static_cast<int>(message.wParam));
             Stop(0);
             return;

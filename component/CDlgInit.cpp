@@ -17,7 +17,7 @@ namespace {
 constexpr char productProgram[] = "MwWin.exe";
 constexpr char webAddress[] = "http://www.quarvel.example/mendwell/";
 
-// Whether the shell has opened what it was asked to.
+// Opens a file or an address with the shell. Whether that succeeded.
 bool open(HWND window, const char* what, const char* directory) {
     const HINSTANCE result = ::ShellExecuteA(window, "open", what, nullptr, directory, SW_SHOW);
     return reinterpret_cast<INT_PTR>(result) > 32;
@@ -54,13 +54,13 @@ void CDlgInit::ShowHint(UINT text) const {
     ::SetWindowTextA(Control(IDC_HINT), hint.Text());
 }
 
-// From the bottom up: the hint, the options, and the picture in what is left below the heading.
+// Bottom up: the hint, the options, and the picture in the space left below the heading.
 void CDlgInit::OnLayOut(const RECT& client) {
     constexpr LONG margin = 8;
     constexpr LONG betweenOptions = 4;
     struct Row {
         int control;
-        LONG distance;  // from what lies below
+        LONG distance;  // from the control below
     };
     constexpr Row rows[] = {{IDC_HINT, margin},
                             {IDC_BUY_PRODUCT, margin},

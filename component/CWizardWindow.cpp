@@ -6,7 +6,7 @@
 #include "wizard_protocol.h"
 
 LONG CWizardWindow::OnMessage(UINT message, WPARAM wParam, LPARAM, BOOL* handled) {
-    // A handler may dispatch messages, and one of those may ask for the component's end.
+    // A handler may dispatch messages, and one of them may close the component.
     const ComponentUI::InUse inUse(*component_);
     *handled = TRUE;
     switch (message) {

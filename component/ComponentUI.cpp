@@ -7,7 +7,7 @@ ComponentUI::ComponentUI(HINSTANCE module, HWND frame, const PageMakers& makers)
       makers_(makers) {}
 
 ComponentUI::~ComponentUI() {
-    uses_ = 1;  // the pages' last messages must not end the object a second time
+    uses_ = 1;  // the pages' last messages must not delete the object a second time
     for (auto& page : pages_) {
         page.reset();
     }
@@ -33,7 +33,7 @@ int ComponentUI::ShowPage(int index, DWORD arg) {
         }
     }
     if (closing_) {
-        return -1;  // the host has ended the component while the page was made
+        return -1;  // the host closed the component while the page was created
     }
     page->Show(TRUE, arg);
     currentPage_ = index;

@@ -6,8 +6,8 @@
 
 #include "CWizardWindow.h"
 
-// One user interface of the component in a host's frame: owns its pages, which are made on first use and
-// kept. The host holds it as an opaque handle.
+// One user interface of the component in a host's frame: owns its pages, which are created on first use and
+// kept. An opaque handle for the host.
 class ComponentUI {
 public:
     static constexpr int productPage = 0;
@@ -17,26 +17,26 @@ public:
     using PageMaker = CWizardWindow* (*)();
     using PageMakers = std::array<PageMaker, pageCount>;
 
-    // Keeps the handles and loads RICHED32.DLL, the home of the rich-edit control; shows nothing yet.
+    // Keeps the handles and loads RICHED32.DLL, which implements the rich-edit control; shows nothing yet.
     ComponentUI(HINSTANCE module, HWND frame, const PageMakers& makers);
     ComponentUI(const ComponentUI&) = delete;
     ComponentUI& operator=(const ComponentUI&) = delete;
 
-    // Shows a page, made first if need be. Result: 0; -1 for an index that is none; the system's error code
-    // of a page whose window cannot be made: it is not shown, and made anew when it is asked for again.
+    // Shows a page, creating it if needed. Result: 0; -1 for an invalid index; the system's error code when
+    // the page's window cannot be created: the page is not shown, and created again on the next request.
     int ShowPage(int index, DWORD arg);
 
-    // Ends the pages, RICHED32.DLL and the object. While a page is at work further up the stack the windows
-    // go at once, the objects when that work has returned.
+    // Deletes the pages and this object and frees RICHED32.DLL. While a page works further up the stack, the
+    // windows are destroyed at once, the objects when that work has returned.
     void Close();
 
     HINSTANCE ModuleInstance() const { return moduleInstance_; }
     HWND FrameWindow() const { return frameWindow_; }
     int CurrentPage() const { return currentPage_; }
-    // Null for a page that has not been made.
+    // Null for a page that has not been created.
     CWizardWindow* Page(int index) const { return pages_[static_cast<std::size_t>(index)].get(); }
 
-    // Keeps the object and its pages for the time of a page's work.
+    // Keeps the object and its pages alive while a page works.
     class InUse {
     public:
         explicit InUse(ComponentUI& ui) : ui_(ui) { ++ui_.uses_; }

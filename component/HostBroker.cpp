@@ -29,7 +29,7 @@ void HostBroker::Start() {
     hostModule_ = nullptr;
     readyEvent_ = nullptr;
     moduleDir_[0] = '\0';
-    // The instance handle is asked for by address, so that it is right however the code was linked.
+    // The module handle is looked up by address, which is right however the code was linked.
     MEMORY_BASIC_INFORMATION region{};
     ::VirtualQuery(reinterpret_cast<void*>(&locateSelf), &region, sizeof region);
     selfModule_ = static_cast<HMODULE>(region.AllocationBase);

@@ -33,7 +33,7 @@ void PagePicture::Paint(HWND page) const {
     if (bitmap_ != nullptr && ::GetObjectA(bitmap_, sizeof bitmap, &bitmap) != 0) {
         const HDC source = ::CreateCompatibleDC(target);
         const HGDIOBJ before = ::SelectObject(source, bitmap_);
-        ::SetStretchBltMode(target, HALFTONE);  // left out pixels would spoil a drawing
+        ::SetStretchBltMode(target, HALFTONE);  // dropping pixels would spoil a drawing
         const RECT drawn = FitPicture(page_layout::Place(page, IDC_PICTURE), bitmap.bmWidth, bitmap.bmHeight);
         ::StretchBlt(target, drawn.left, drawn.top, drawn.right - drawn.left, drawn.bottom - drawn.top,
                      source, 0, 0, bitmap.bmWidth, bitmap.bmHeight, SRCCOPY);

@@ -1,11 +1,11 @@
 #pragma once
 #include <windows.h>
 
-// The largest rectangle with the picture's proportions within `place`, centred. Sizes in pixels, those of the
-// picture not 0.
+// The largest rectangle with the picture's proportions within `place`, centred. Sizes in pixels; the
+// picture's are not 0.
 RECT FitPicture(const RECT& place, LONG pictureWidth, LONG pictureHeight);
 
-// The picture that every page shows in the place of its control IDC_PICTURE. Owns the bitmap.
+// The picture that every page shows in place of its control IDC_PICTURE. Owns the bitmap.
 class PagePicture {
 public:
     PagePicture() = default;

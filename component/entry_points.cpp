@@ -40,7 +40,7 @@ DWORD_PTR WINAPI CreateComponentUI(HWND frame, DWORD) {
         ui = new ComponentUI(moduleInstance, frame, pageMakers);
         ui->ShowPage(ComponentUI::productPage, 0);
     } catch (...) {
-        // Without its page the object is the host's all the same; without memory there is none.
+        // The host gets the object even without its page; when memory runs out there is no object.
     }
     return reinterpret_cast<DWORD_PTR>(ui);
 }
@@ -60,7 +60,7 @@ HRESULT WINAPI DllRegisterServer() {
     try {
         registration::Register(moduleInstance);
     } catch (...) {
-        // Not told, as all failures of the property store.
+        // Not reported, like all failures of the property store.
     }
     return S_OK;
 }

@@ -13,7 +13,6 @@ bool isDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
-// Reads a pattern from its start to its end.
 class Reader {
 public:
     explicit Reader(std::string_view pattern) : pattern_(pattern) {}
@@ -50,7 +49,7 @@ private:
     }
 
     void AddText(std::string_view text) {
-        // Neighbouring characters of the pattern are one piece.
+        // Adjacent characters of the pattern form one token.
         if (!tokens_.empty() && tokens_.back().kind == Token::Kind::text &&
             tokens_.back().text.data() + tokens_.back().text.size() == text.data()) {
             std::string_view& last = tokens_.back().text;
@@ -119,7 +118,7 @@ private:
             Take(1);
             specification.precision = ReadField();
         }
-        // What is left of these characters stands where it may not.
+        // Any of these characters left here are misplaced.
         const std::string_view misplaced = TakeWhile(
             [](char c) { return std::string_view("+#-.*").find(c) != std::string_view::npos || isDigit(c); });
         const std::string_view all = pattern_.substr(start, at_ - start);

@@ -6,24 +6,24 @@
 
 namespace text_format {
 
-// Width or precision of a specification: absent, digits as they stand in the pattern, or the next argument.
+// Width or precision of a specification: absent, digits as in the pattern, or the next argument.
 struct Field {
     bool present = false;
     bool star = false;
     std::string_view digits;
 };
 
-// What stands between the "!" of a reference: flags, width, precision, and the letter of the argument's type.
+// The part between the "!" of a reference: flags, width, precision, and the letter of the argument's type.
 struct Specification {
     bool valid = false;
     std::string_view flags;
     Field width;
     Field precision;
     char type = 0;
-    int stars = 0;  // all of them, those of an invalid specification too
+    int stars = 0;  // also those of an invalid specification
 };
 
-// A pattern taken apart. A reference without a specification is one of the letter 's'.
+// A part of a pattern. A reference without a specification has the letter 's'.
 struct Token {
     enum class Kind { text, productName, reference };
 
@@ -33,19 +33,19 @@ struct Token {
     Specification specification;
 };
 
-// Takes a pattern apart. What has no meaning (a lone "%", an unknown escape) gives no token.
+// Splits a pattern. What has no meaning (a lone "%", an unknown escape) gives no token.
 std::vector<Token> Parse(std::string_view pattern);
 
 // How an argument is passed.
 enum class ArgumentType { none, integer, floating, pointer };
 ArgumentType TypeOf(char letter);
 
-// The types of the arguments that a pattern uses, by their number from 1 on.
+// The types of a pattern's arguments, by their number from 1 on.
 class ArgumentTypes {
 public:
     static constexpr int highest = 99;
 
-    // False when a number is out of range or used twice, or the numbers do not form one run from 1 on.
+    // False when a number is out of range or used twice, or the numbers from 1 on have a gap.
     bool Collect(const std::vector<Token>& tokens);
     int Count() const { return count_; }
     ArgumentType operator[](int number) const { return types_[static_cast<std::size_t>(number)]; }

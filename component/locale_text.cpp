@@ -6,7 +6,7 @@ namespace locale_text {
 
 namespace {
 
-constexpr int longest = 100;  // with the zero
+constexpr int longest = 100;  // including the zero
 
 std::string taken(const char* buffer, int length) {
     return length > 0 ? std::string(buffer) : std::string();

@@ -3,12 +3,12 @@
 
 #include <string>
 
-// Numbers, dates and times as the user's locale writes them. An empty text when the system cannot, or for
-// more than 99 characters.
+// Numbers, dates and times in the format of the user's locale. Empty when the system fails, or for more than
+// 99 characters.
 namespace locale_text {
 
-// digits: an optional "-", digits, and an optional "." with more of them. The locale's own number of decimal
-// places is used.
+// digits: an optional "-", digits, and an optional "." with more digits. The number of decimal places is the
+// locale's.
 std::string Number(const std::string& digits);
 // Without decimal places.
 std::string Integer(int value);

@@ -69,7 +69,7 @@ std::string binary(int value) {
     return text;
 }
 
-// One conversion, its width and precision put into digits.
+// One conversion, with width and precision resolved to digits.
 class Conversion {
 public:
     Conversion(const Token& token, const Arguments& arguments)
@@ -85,7 +85,7 @@ public:
         }
         if (specification.precision.present) {
             const std::string precision = digits(specification.precision);
-            if (precision.empty() || precision[0] != '-') {  // a negative one counts as none
+            if (precision.empty() || precision[0] != '-') {  // a negative one is ignored
                 precision_ = '.' + precision;
             }
         }
@@ -123,7 +123,7 @@ public:
 private:
     std::string Format(char type) const { return before_ + width_ + precision_ + type; }
 
-    // All digits of an address, as Windows writes it; other C libraries have forms of their own.
+    // All digits of an address, as on Windows; other C libraries write it differently.
     std::string Address() const {
         constexpr int digits = 2 * sizeof(void*);
         const auto address = reinterpret_cast<ULONG_PTR>(value_.pointer);

@@ -1,4 +1,4 @@
-// The library's own start and end.
+// The library's entry point.
 #include <windows.h>
 
 #include "entry_points.h"

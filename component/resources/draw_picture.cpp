@@ -1,7 +1,7 @@
 // Draws the picture of the wizard's pages: a diskette and a lifebelt on the sea at dawn. Run at build time:
 //   draw_picture OUTPUT.bmp
-// Every shape is a signed distance (negative inside, in pixels); each pixel is the mean of many samples, so
-// edges are smooth.
+// Every shape is a signed distance (negative inside, in pixels); each pixel averages many samples, which
+// smooths the edges.
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -69,7 +69,7 @@ Color sky(Point p) {
     const double distance = std::hypot(p.x - sun.x, (p.y - sun.y) * 1.15);
     color = mix(color, hex(0xFFE9B8), 0.8 * std::exp(-distance * distance / 2400));
     color = mix(color, hex(0xFFF7DC), 1 - smooth(15, 17, distance));
-    // Bands of cloud.
+    // Cloud bands.
     const double cloud =
         std::sin(p.x / 31 + p.y / 5) + std::sin(p.x / 13 - p.y / 3.1) * 0.5 + std::sin(p.y / 3.7);
     const double band = smooth(0.9, 2.1, cloud) * smooth(8, 26, p.y) * (1 - smooth(56, 78, p.y));
@@ -128,11 +128,11 @@ bool drawDiskette(Point pixel, Color& color) {
     return true;
 }
 
-// The lifebelt: a ring seen a little from above, with four red bands and a rope.
+// The lifebelt: a ring seen slightly from above, with four red bands and a rope.
 
 constexpr Point beltCenter{196, 92};
-constexpr double beltRadius = 37;     // of the ring's middle line
-constexpr double beltThickness = 12;  // half of it
+constexpr double beltRadius = 37;     // of the ring's centre line
+constexpr double beltThickness = 12;  // half
 
 bool drawBelt(Point pixel, Color& color) {
     const Point p = turned(pixel, beltCenter, 14);
@@ -168,7 +168,7 @@ bool drawBelt(Point pixel, Color& color) {
     return true;
 }
 
-// Water in front of what floats.
+// Water in front of the floating objects.
 void drawFront(Point p, Color& color) {
     const double line = 124 + swell(p.x, 0, 2.3) + std::sin(p.x / 6.3) * 0.7;
     if (p.y < line) {
@@ -208,7 +208,7 @@ void put(std::vector<std::uint8_t>& bytes, std::uint32_t value, int size) {
     }
 }
 
-// A Windows bitmap: file head, info head, rows from the bottom up, each padded to four bytes.
+// A Windows bitmap: file header, info header, rows bottom up, each padded to four bytes.
 std::vector<std::uint8_t> bitmap() {
     constexpr std::uint32_t rowBytes = (width * 3 + 3) / 4 * 4;
     constexpr std::uint32_t headBytes = 14 + 40;

@@ -1,4 +1,4 @@
-/* Numbers of the resources and of the controls in the dialogs; the resource compiler reads them too. */
+/* Identifiers of the resources and the dialogs' controls; the resource compiler reads them, too. */
 #pragma once
 
 #define IDD_FLOPPY 103

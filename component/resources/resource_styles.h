@@ -1,5 +1,5 @@
-/* The styles and codes that the resource script uses, by their Windows names: for resource compilers that
-   come without Windows' headers. */
+/* The styles and codes in the resource script, by their Windows names: for resource compilers that come
+   without Windows' headers. */
 #pragma once
 
 #define WS_CHILD 0x40000000L
