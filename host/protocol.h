@@ -1,12 +1,12 @@
 #pragma once
 #include <windows.h>
 
-// What the wizard frame, the dialog-support library and the pages say to each other. docs/host-protocol.md
-// describes it for whoever writes a component or another host.
+// Messages between the wizard frame, the dialog-support library and the pages. docs/host-protocol.md
+// describes them for authors of components and other hosts.
 namespace host {
 
-// The frame's buttons. The value is the identifier of the button's control and of the WM_COMMAND that the
-// frame sends to the current page; Home stays with the frame.
+// The frame's buttons. The value identifies the button's control and the WM_COMMAND that the frame sends to
+// the current page; Home is handled by the frame.
 enum class Button : WORD {
     cancel = 33769,
     back = 33771,
@@ -16,11 +16,11 @@ enum class Button : WORD {
     home = 33780,
 };
 
-// The buttons that a page offers and enables by mask. Home has a switch of its own.
+// The buttons that a page offers and enables by mask. Home is enabled separately.
 struct WizardButton {
     Button button;
     DWORD mask;
-    const char* name;  // as a script and its transcript call it
+    const char* name;  // as in scripts and transcripts
 };
 inline constexpr WizardButton wizardButtons[] = {
     {Button::back, 0x008, "back"},     {Button::next, 0x010, "next"}, {Button::finish, 0x080, "finish"},
@@ -33,7 +33,7 @@ inline constexpr UINT messageCurrentPage = 0x806D;    // wParam: argument of the
 inline constexpr UINT messageProgressRange = 0x841A;  // lParam: low word start, high word end; 0: no progress
 inline constexpr UINT messageProgress = 0x841B;       // lParam: position
 inline constexpr UINT messageStatus = 0x841C;         // lParam: 8-bit text
-inline constexpr UINT messageHeadingFont = 0x842C;    // answered with a font handle or 0
+inline constexpr UINT messageHeadingFont = 0x842C;    // result: a font handle or 0
 
 // From a page to its own window, just before it is shown; the dialog-support library sees it first.
 inline constexpr UINT messagePageShowing = 0x80F5;

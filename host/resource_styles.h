@@ -1,5 +1,5 @@
 #pragma once
-// The styles that the suite's resource scripts use, by their Windows names. Only resource scripts read this
+// The styles in the suite's resource scripts, by their Windows names. Only resource scripts include this
 // file, so that they compile where the resource compiler comes without Windows' headers.
 #define WS_POPUP 0x80000000L
 #define WS_VISIBLE 0x10000000L

@@ -53,7 +53,7 @@ int Answers::messageBox(const char* text, const char* caption, UINT style) {
     return button;
 }
 
-// The last button is the one that commits to nothing.
+// The last button is the one with no consequences.
 int Answers::choose(UINT style) {
     const std::vector<int> buttons = buttonsOf(style);
     if (buttons.size() == 1) return buttons.front();

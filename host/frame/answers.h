@@ -9,14 +9,14 @@ namespace host {
 
 class Platform;
 
-// Answers message boxes and help in the user's place and writes both down. A box with a single button needs
-// no answer; one with a choice takes the next of the queued answers, and is cancelled when there is none or
-// when the answer is none of its buttons.
+// Answers message boxes and help in place of the user and records both. A box with a single button needs no
+// answer; any other takes the next queued answer, and is cancelled when there is none or when it is not one
+// of its buttons.
 class Answers {
 public:
     Answers(Transcript& transcript, Platform& platform) : transcript_(transcript), platform_(platform) {}
 
-    // `medium`: the state into which the diskette is put before, empty for no change.
+    // `medium`: the state in which the diskette is put before the answer; empty for no change.
     void queue(int button, std::string medium) { queued_.push_back({button, std::move(medium)}); }
     // For QXInstallHandlers; refers to this object.
     QXHandlers handlers();

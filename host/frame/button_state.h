@@ -5,9 +5,9 @@
 
 namespace host {
 
-// Which of the frame's buttons a page offers and which of them are enabled. The two masks are independent: a
-// button that is disabled stays so when it is offered anew, until it is enabled. At first none is offered and
-// each is enabled.
+// Which of the frame's buttons a page offers and which are enabled. The two masks are independent: a disabled
+// button that is offered again stays disabled until it is enabled. Initially none is offered and all are
+// enabled.
 class ButtonState {
 public:
     void offer(DWORD mask) { offered_ = mask; }
@@ -19,7 +19,7 @@ public:
         return button == Button::home ? home_ : (enabled_ & mask(button)) != 0;
     }
     bool pressable(Button button) const { return offered(button) && enabled(button); }
-    // What Enter presses, if anything.
+    // The button that Enter presses, if any.
     std::optional<Button> defaultButton() const;
 
     bool operator==(const ButtonState&) const = default;

@@ -3,18 +3,18 @@
 
 namespace host {
 
-// A component's library, and the component it makes for a frame.
+// A component's library, and the component that it creates for a frame.
 class Component {
 public:
     // `library` is its path (8-bit). Throws Failure (notInstalled) when it cannot be loaded.
     explicit Component(const std::string& library);
     ~Component() { destroy(); }
 
-    // Has the component show its first page in the frame. Throws Failure when it makes none.
+    // Has the component show its first page in the frame. Throws Failure when there is no component.
     void create(HWND frame);
-    // Takes its pages away; without effect when there is none.
+    // Destroys the component's pages; no effect when there is none.
     void destroy();
-    // Enters the component in the property store, or removes its entry. Throws Failure.
+    // Registers the component in the property store, or removes its entry. Throws Failure.
     void registerSelf();
     void unregisterSelf();
 

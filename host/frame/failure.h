@@ -4,7 +4,7 @@
 
 namespace host {
 
-// How the program ends. The numbers are part of its interface.
+// The program's exit codes; part of its interface.
 enum class ExitCode : int {
     success = 0,
     failure = 1,

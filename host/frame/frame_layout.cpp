@@ -12,7 +12,7 @@ SIZE clientSize(HWND window) {
     return {client.right, client.bottom};
 }
 
-// Moves the two ends of a span that lies in a length that has grown by `growth`.
+// Moves the ends of a span within a length that has grown by `growth`.
 void follow(LONG& first, LONG& last, bool withFirst, bool withLast, LONG growth) {
     if (!withFirst) first += growth;
     if (withLast) last += growth;

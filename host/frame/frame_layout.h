@@ -5,14 +5,14 @@
 
 namespace host {
 
-// Keeps the distances between a window's controls and its edges while the window changes its size. It takes
-// the sizes of the moment of its making as the ones to go by.
+// Keeps the distances between a window's controls and its edges when the window is resized, starting from the
+// sizes at construction.
 class FrameLayout {
 public:
     FrameLayout() = default;
     explicit FrameLayout(HWND frame);
 
-    // The edges that a control goes with; with both of a pair it is stretched.
+    // The edges to which a control is anchored; anchored to opposite edges, it stretches.
     struct Edges {
         bool left;
         bool top;
@@ -21,7 +21,7 @@ public:
     };
     void add(int control, Edges edges);
     void apply() const;
-    // A control's rectangle in the frame's client coordinates for the frame's size of now.
+    // A control's rectangle for the frame's current size, in client coordinates of the frame.
     RECT rectangle(int control) const;
 
 private:

@@ -1,6 +1,6 @@
 #pragma once
-// Identifiers of the frame program's resources; the resource compiler reads this file too. The identifiers of
-// the buttons are those of host/protocol.h.
+// Identifiers of the frame program's resources, also read by the resource compiler. The identifiers of the
+// buttons are in host/protocol.h.
 #define DIALOG_FRAME 100
 #define CONTROL_PAGE_AREA 1100
 #define CONTROL_STATUS 1101

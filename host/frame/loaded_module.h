@@ -8,16 +8,16 @@
 
 namespace host {
 
-// A library that is loaded as long as the object lives.
+// A library, loaded during the object's lifetime.
 class LoadedModule {
 public:
-    // `path` as LoadLibraryA takes it. Throws Failure with the code given.
+    // `path` as for LoadLibraryA. Throws Failure with the given code.
     LoadedModule(const std::string& path, ExitCode codeOfFailure);
     ~LoadedModule();
     LoadedModule(LoadedModule&& other) noexcept : module_(std::exchange(other.module_, nullptr)) {}
     LoadedModule& operator=(LoadedModule&&) = delete;
 
-    // The exported function of that name; null when there is none.
+    // The exported function with that name; null when there is none.
     template <class Function>
     Function* find(const char* name) const {
         return reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(module_, name)));
@@ -36,7 +36,7 @@ private:
     HMODULE module_;
 };
 
-// The folder of the program's own file, with a trailing backslash; 8-bit.
+// The folder of the program's file, with a trailing backslash; 8-bit.
 std::string programFolder();
 
 }  // namespace host

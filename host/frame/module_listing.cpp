@@ -6,7 +6,7 @@ namespace host {
 
 namespace {
 
-// Takes a number and the comma behind it off the front of the text.
+// Removes a number and the comma after it from the start of the text.
 bool takeNumber(std::string& text, int& value) {
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
@@ -15,7 +15,7 @@ bool takeNumber(std::string& text, int& value) {
     return true;
 }
 
-// The picture has the library's name with another ending; without any point in the name there is no picture.
+// The picture has the library's name with another extension; a name without a dot has no picture.
 bool belongs(const std::string& picture, const std::string& library) {
     const std::size_t point = library.rfind('.');
     if (point == std::string::npos) return picture.empty();

@@ -5,16 +5,15 @@
 
 namespace host {
 
-// What a component has entered about itself in the section "Modules": four numbers, the path of its library
-// and that of a picture, as in "5,1,0,30,C:\\Suite\\Part.dll,C:\\Suite\\Part.bmp". Either path may have
-// commas.
+// A component's entry in the section "Modules": four numbers, the path of its library and that of a picture,
+// as in "5,1,0,30,C:\\Suite\\Part.dll,C:\\Suite\\Part.bmp". Either path may contain commas.
 struct ModuleListing {
     std::array<int, 4> numbers{};
     std::string library;
     std::string picture;  // empty when there is none
 };
 
-// Nothing for a text that is no listing.
+// Empty for a text that is not a listing.
 std::optional<ModuleListing> parseListing(const std::string& text);
 
 }  // namespace host

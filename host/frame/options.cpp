@@ -9,7 +9,7 @@ namespace host {
 
 namespace {
 
-// Where an option's value goes.
+// The variables that receive the options' values.
 std::map<std::string, std::string*> valueOptions(Options& options, std::string& script) {
     return {{"--install", &options.installFolder},
             {"--component", &options.component},

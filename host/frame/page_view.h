@@ -6,7 +6,7 @@
 
 namespace host {
 
-// What a user sees of one control of a page.
+// One control of a page as the user sees it.
 struct ControlView {
     int id;
     std::string text;  // 8-bit
@@ -16,7 +16,7 @@ struct ControlView {
     bool operator==(const ControlView&) const = default;
 };
 
-// The page's visible controls that show a text, in their order on the page.
+// The page's visible controls that show text, in their order on the page.
 std::vector<ControlView> viewPage(HWND page);
 
 }  // namespace host

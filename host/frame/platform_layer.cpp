@@ -1,4 +1,4 @@
-// Where Windows is played by the layer, the program sets up the machine that it runs on.
+// On the Windows layer the program sets up the machine on which it runs.
 #include <cstdlib>
 #include <filesystem>
 
@@ -61,7 +61,7 @@ std::string stateNames() {
     return names + "normal";
 }
 
-// Drive A: has the image, is empty or is not there, Z: is the whole of the host's files, C: a folder for this
+// Drive A: has the image, is empty or does not exist, Z: is all of the host's files, C: a folder for this
 // run. The settings are kept in a file between runs.
 class LayerPlatform : public Platform {
 public:
@@ -96,12 +96,12 @@ public:
     }
 
     void screenshot(HWND window, const std::string& file) override {
-        std::error_code ignored;  // what it hinders fails
+        std::error_code ignored;  // a failure shows in the capture
         fs::create_directories(fs::path(file).parent_path(), ignored);
         if (!display_->capture(window, file)) throw Failure(ExitCode::failure, "cannot write " + file);
     }
 
-    // What did not change is not written: another run may have changed it meanwhile.
+    // Unchanged settings are not written: another run may have changed them meanwhile.
     void save() override {
         const std::string now = settingsText();
         if (now != kept_) writeSettingsFile(settings_, now);

@@ -10,7 +10,7 @@ namespace host {
 
 namespace {
 
-// A bitmap in memory that can be drawn on, and the pixels of which can be read.
+// A bitmap in memory to draw on, with readable pixels.
 class MemoryBitmap {
 public:
     MemoryBitmap(LONG width, LONG height)
@@ -30,7 +30,7 @@ public:
     MemoryBitmap(const MemoryBitmap&) = delete;
     MemoryBitmap& operator=(const MemoryBitmap&) = delete;
 
-    // What the client area of the window shows.
+    // Copies the client area of the window as displayed.
     bool copy(HWND window) {
         const HDC from = GetDC(window);
         const bool done = bitmap_ && from && BitBlt(context_, 0, 0, width_, height_, from, 0, 0, SRCCOPY);
@@ -51,7 +51,7 @@ private:
     void* bits_ = nullptr;
 };
 
-// Windows is there already: its drives, settings and clock are the user's.
+// On Windows itself, drives, settings and clock are the user's.
 class WindowsPlatform : public Platform {
 public:
     std::string windowsPath(const std::string& name) const override {

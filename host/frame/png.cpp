@@ -61,10 +61,10 @@ std::string png(const Picture& picture) {
     std::string header = "IHDR";
     put32(header, picture.width);
     put32(header, static_cast<std::uint32_t>(picture.pixels.size() / picture.width));
-    header += {8, 2, 0, 0, 0};  // bits, red-green-blue, and the usual methods
+    header += {8, 2, 0, 0, 0};  // bit depth, RGB, and the standard methods
     std::string rows;
     for (std::size_t at = 0; at < picture.pixels.size(); ++at) {
-        if (at % picture.width == 0) rows += '\0';  // the row is not filtered
+        if (at % picture.width == 0) rows += '\0';  // no filter for this row
         for (const int shift : {16, 8, 0}) rows += static_cast<char>(picture.pixels[at] >> shift & 0xFF);
     }
     std::string file = "\x89PNG\r\n\x1A\n";

@@ -5,13 +5,13 @@
 
 namespace host {
 
-// A picture of `width` pixels (at least 1), row by row from the top, each pixel 0x00RRGGBB.
+// A picture of `width` pixels (at least 1), row by row from the top; a pixel is 0x00RRGGBB.
 struct Picture {
     std::uint32_t width;
     std::vector<std::uint32_t> pixels;
 };
 
-// The bytes of a PNG file of the picture, not compressed.
+// The picture as the bytes of an uncompressed PNG file.
 std::string png(const Picture& picture);
 
 }  // namespace host

@@ -14,7 +14,7 @@ void require(HRESULT result, const std::string& what) {
 
 }  // namespace
 
-// One open section; without an object when it cannot be opened.
+// One open section; null object when it cannot be opened.
 class PropertyStore::Section {
 public:
     Section(CreateFunction* create, const std::string& name, int flag) {

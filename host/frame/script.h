@@ -19,7 +19,7 @@ struct Press {  // next, back, finish, cancel, help, home
 struct Select {  // select ID: clicks a control of the page
     int id;
 };
-// answer ok|cancel [STATE]: the answer to a message box to come, which first puts the diskette into a state.
+// answer ok|cancel [STATE]: the answer to a later message box, which first sets the diskette's state.
 struct Answer {
     int button;  // IDOK ...
     std::string medium;
@@ -29,7 +29,7 @@ struct Key {  // key NAME: Tab, Enter, Escape, Space, Up, Down, Left, Right, Alt
     WPARAM key;
     bool released;  // a release follows the press
 };
-struct Wait {};  // handles every message that waits
+struct Wait {};  // handles all waiting messages
 struct Resize {  // resize W H: the frame's size in pixels
     int width;
     int height;
@@ -41,18 +41,18 @@ struct Medium {  // medium STATE: the state of the diskette
 }  // namespace step
 
 struct Step {
-    std::string text;  // as written, blanks trimmed
+    std::string text;  // as written, without surrounding blanks
     std::variant<step::Press, step::Select, step::Answer, step::Key, step::Wait, step::Resize, step::Medium>
         action;
 };
 
-// Reads a script; throws Failure (usage) that names the step it does not understand. Empty steps are skipped.
+// Parses a script; throws Failure (usage) that names the step that is invalid. Empty steps are skipped.
 std::vector<Step> parseScript(const std::string& script);
 
-// The answers that a script and its transcript know: their name, null or nothing for others.
+// The answers in scripts and transcripts by name; null or empty for others.
 const char* answerName(int button);
 std::optional<int> answerButton(const std::string& name);
-// For the program's help: one line for each kind of step.
+// For the program's help: one line per kind of step.
 const char* scriptHelp();
 
 }  // namespace host

@@ -9,10 +9,10 @@
 
 namespace host {
 
-// Carries out a script on a frame, as a user would, and writes down what comes of it.
+// Runs a script on a frame as a user would, and records what happens.
 class ScriptDriver {
 public:
-    // `screenshots`: a folder for a PNG of the frame after each step; empty for none.
+    // `screenshots`: the folder for a PNG of the frame after each step; empty for none.
     ScriptDriver(WizardFrame& frame, Platform& platform, Transcript& transcript, Answers& answers,
                  std::string screenshots = {});
     // Throws Failure (scriptFailed) at the first step that a user could not do.
@@ -24,7 +24,7 @@ private:
     void perform(const step::Select& select);
     void perform(const step::Answer& answer);
     void perform(const step::Key& key);
-    void perform(const step::Wait&) {}  // every step ends by handling what waits
+    void perform(const step::Wait&) {}  // every step ends by handling waiting messages
     void perform(const step::Resize& resize);
     void perform(const step::Medium& medium);
 

@@ -50,7 +50,7 @@ std::string unescaped(const std::string& text) {
     return result;
 }
 
-// In the order of their names, so that equal settings make equal texts.
+// Sorted by name, so that equal settings give equal texts.
 void writeValues(HKEY key, std::string& text) {
     std::set<std::string> lines;
     std::vector<char> name(longestName);
@@ -69,7 +69,7 @@ void writeValues(HKEY key, std::string& text) {
     for (const std::string& line : lines) text += line;
 }
 
-// A key with what is below it; `below` is its path below the suite's key, with a backslash at its end.
+// A key and its subkeys; `below` is its path below the suite's key, with a trailing backslash.
 void writeKey(const std::string& below, std::string& text) {
     HKEY key = nullptr;
     const std::string path = std::string(suiteKey) + "\\" + below;

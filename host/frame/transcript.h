@@ -9,7 +9,7 @@
 
 namespace host {
 
-// Writes down what a user would see of the frame, one line (UTF-8) for each thing that changes:
+// Records what a user would see of the frame, one line (UTF-8) for each change:
 //
 //     > next                                          what was done
 //     page 2                                          a page, numbered in the order of first showing
@@ -20,15 +20,15 @@ namespace host {
 class Transcript : public FrameEvents {
 public:
     explicit Transcript(std::ostream& out) : out_(out) {}
-    // The frame whose buttons are written down; it outlives the transcript's use.
+    // The frame whose buttons are recorded; must outlive the transcript's use.
     void watch(const WizardFrame& frame) { frame_ = &frame; }
 
     void line(const std::string& utf8);
-    // Writes what has changed on the page and of the buttons since the last time.
+    // Writes the changes of the page and the buttons since the last call.
     void flush();
 
     void pageShown(HWND page, WPARAM argument) override;
-    void buttonsChanged() override {}  // written with the next flush, when the page has settled
+    void buttonsChanged() override {}  // written by the next flush, when the page is stable
     void progressRange(int low, int high) override;
     void progress(int position) override;
     void status(const std::string& text) override;

@@ -3,7 +3,7 @@
 
 namespace host {
 
-// What to tell the user of the Windows that the program runs on, 8-bit; empty when components know it.
+// The warning about the Windows version in use, 8-bit; empty when components support it.
 std::string warningOfUnknownWindows();
 
 }  // namespace host

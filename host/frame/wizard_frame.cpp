@@ -14,10 +14,10 @@ namespace {
 constexpr Button allButtons[] = {Button::home,   Button::back,   Button::next,
                                  Button::finish, Button::cancel, Button::help};
 
-// In dialog units. The template's room for pages is higher, which leaves air around their picture.
+// In dialog units. The template's page area is higher, which leaves space around the picture.
 constexpr LONG largestPageHeight = 180;
 
-// Null for a page that the Tab key passes over.
+// Null for a page without tab stops.
 HWND firstTabStop(HWND page) {
     const HWND stop = GetNextDlgTabItem(page, nullptr, FALSE);
     return stop && (GetWindowLongA(stop, GWL_STYLE) & static_cast<LONG>(WS_TABSTOP)) != 0 ? stop : nullptr;
@@ -170,7 +170,7 @@ INT_PTR WizardFrame::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     return answer(0);
 }
 
-// The focus comes back to where it was, if the user can still use that; otherwise to where it is of use.
+// Restores the focus to the last control if that can still be used, otherwise to a useful one.
 void WizardFrame::onActivate(bool active) {
     if (!active) {
         lastFocus_ = GetFocus();
@@ -180,7 +180,7 @@ void WizardFrame::onActivate(bool active) {
     }
 }
 
-// Escape and the close button of the window arrive as IDCANCEL and do what Cancel does.
+// Escape and the window's close button arrive as IDCANCEL and act like Cancel.
 void WizardFrame::onCommand(WORD id) {
     if (id == IDCANCEL) {
         if (page_) {
@@ -201,7 +201,7 @@ void WizardFrame::command(Button button) {
         sendToPage(button);
         return;
     }
-    // A page at work would go on to its end, and the user with it: Cancel stops it.
+    // A working page would run to its end and keep the user waiting: Cancel stops it.
     if (commandsUnderWay_ > 0) sendToPage(Button::cancel);
     leave();
 }
@@ -225,8 +225,7 @@ void WizardFrame::setCurrentPage(HWND page, WPARAM argument) {
     events_.pageShown(page, argument);
 }
 
-// A page whose size does not change gets no WM_SIZE from the system, yet it may never have laid out its
-// controls.
+// Windows sends no WM_SIZE to a page whose size does not change, but it may never have laid out its controls.
 void WizardFrame::layOutPage(HWND page) {
     const RECT area = layout_.rectangle(CONTROL_PAGE_AREA);
     const LONG width = area.right - area.left;
@@ -255,7 +254,7 @@ void WizardFrame::setStatus(const char* text) {
     events_.status(shown);
 }
 
-// Buttons that come appear before others go, so that the focus can move from the one to the other.
+// New buttons appear before others disappear, so that the focus can move between them.
 void WizardFrame::showButtons(const ButtonState& before) {
     for (const bool pressable : {true, false}) {
         for (const Button button : allButtons) {
@@ -270,9 +269,9 @@ void WizardFrame::showButtons(const ButtonState& before) {
     if (!(buttons_ == before)) events_.buttonsChanged();
 }
 
-// The keyboard must not end on a button that goes, nor nowhere. A page that has come takes it, by its first
-// tab stop; a page without one leaves it to the button that leads on. Never does it fall to Home by itself:
-// Enter would leave.
+// The focus must not be lost, nor stay on a button that disappears. A new page gets it at its first tab stop;
+// if it has none, the button that leads on gets it. Home never gets it automatically: Enter would leave the
+// wizard.
 void WizardFrame::keepFocus() {
     if (GetActiveWindow() != window_) return;
     const bool arrived = pageArrives_ && page_ && IsWindowVisible(page_);

@@ -6,25 +6,25 @@
 
 namespace host {
 
-// What happens to the frame, for whoever keeps a record of it. Called on the frame's thread, also from within
-// a page's own work. Texts are 8-bit.
+// Events of the frame, for a recorder. Called on the frame's thread, also while a page works. Texts are
+// 8-bit.
 class FrameEvents {
 public:
     virtual ~FrameEvents() = default;
     virtual void pageShown(HWND /*page*/, WPARAM /*argument*/) {}
     virtual void buttonsChanged() {}
-    virtual void progressRange(int /*low*/, int /*high*/) {}  // 0, 0: no progress any more
+    virtual void progressRange(int /*low*/, int /*high*/) {}  // 0, 0: hides the progress
     virtual void progress(int /*position*/) {}
     virtual void status(const std::string& /*text*/) {}
     virtual void leaving() {}
 };
 
 // The wizard frame: a window with the buttons Home, Back, Next, Finish, Cancel and Help, a status line, a
-// progress bar, and room for a component's page, which it lays out. It answers the messages of
-// host/protocol.h and sends button commands to the current page. One thread makes and uses it.
+// progress bar, and an area for a component's page, which it lays out. It handles the messages of
+// host/protocol.h and sends button commands to the current page. Created and used on one thread.
 class WizardFrame {
 public:
-    // Makes the window, hidden; `instance` holds its resources. Throws Failure. `events` outlives the frame.
+    // Creates the hidden window; `instance` holds its resources. Throws Failure. `events` outlives the frame.
     WizardFrame(HINSTANCE instance, FrameEvents& events);
     ~WizardFrame();
     WizardFrame(const WizardFrame&) = delete;
@@ -35,15 +35,15 @@ public:
     // Null while there is none.
     HWND page() const { return page_; }
     const ButtonState& buttons() const { return buttons_; }
-    // Whether the component is to be left: by its own wish, by Home, or by closing a frame without a page.
-    // The component must then be destroyed, but not before its page has returned.
+    // Whether the component is to be left: at its own request, by Home, or by closing a frame without a page.
+    // It must then be destroyed, but not before its page has returned.
     bool left() const { return left_; }
 
     // Clicks a button; false when the page does not offer it or it is disabled.
     bool press(Button button);
-    // Handles a message of the thread's queue.
+    // Handles a message from the thread's queue.
     void dispatch(MSG& message);
-    // Handles the messages that wait in the thread's queue.
+    // Handles all waiting messages of the thread's queue.
     void dispatchWaiting();
 
 private:
@@ -74,7 +74,7 @@ private:
     FrameLayout layout_;
     ButtonState buttons_;
     FrameEvents& events_;
-    int commandsUnderWay_ = 0;  // of the page's, on the stack
+    int commandsUnderWay_ = 0;  // of the page, on the stack
     bool pageArrives_ = false;  // the current page has not had the focus yet
     bool left_ = false;
 };

@@ -19,7 +19,7 @@ constexpr const char* productName = "Kelvaro Velmorcenter";
 using InstallHandlers = void WINAPI(const QXHandlers*);
 using MessageBoxOfSuite = int WINAPI(HWND, const char*, const char*, UINT);
 
-// Handlers in place of message boxes and help as long as the object lives.
+// Replaces message boxes and help by handlers during its lifetime.
 class ScriptedBoxes {
 public:
     ScriptedBoxes(const LoadedModule& support, const QXHandlers& handlers)
@@ -68,7 +68,7 @@ std::string listingName(const Options& options) {
     return options.component.empty() ? usualListing : options.component;
 }
 
-// Before a component can ask for a diskette.
+// Called before a component can ask for a diskette.
 void warnOfUnknownWindows(const LoadedModule& support, HWND frame) {
     const std::string warning = warningOfUnknownWindows();
     if (warning.empty()) return;
@@ -103,7 +103,7 @@ void runScript(const Options& options, Component& component, Platform& platform,
 }  // namespace
 
 void run(const Options& options, Platform& platform, const std::string& suite, std::ostream& out) {
-    // Loaded before a component asks for it by its name alone, wherever the component lies.
+    // Loaded first, because a component asks for it by name alone, wherever the component is installed.
     const LoadedModule support(suite + "qxdlgsup.dll", ExitCode::failure);
     PropertyStore store(suite + "QXPM.dll");
     switch (options.action) {

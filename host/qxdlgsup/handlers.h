@@ -1,16 +1,16 @@
 #pragma once
 #include <windows.h>
 
-// What a frame that runs without its user puts in place of message boxes and help windows. Each function
-// gets `context` first; texts are 8-bit and valid during the call.
+// Handlers that replace message boxes and help windows when a frame runs without a user. Each function gets
+// `context` first; texts are 8-bit and valid during the call.
 struct QXHandlers {
     void* context;
-    // Gives the identifier of the button pressed, as the message box would.
+    // Returns the identifier of the button pressed, like the message box.
     int(WINAPI* messageBox)(void* context, HWND page, const char* text, const char* caption, UINT style);
     void(WINAPI* help)(void* context, HWND page, DWORD topic, const char* text);
 };
 
 extern "C" {
-// Installs a copy of the handlers for the whole process; null brings the windows back.
+// Installs a copy of the handlers for the entire process; null restores the windows.
 void WINAPI QXInstallHandlers(const QXHandlers* handlers);
 }

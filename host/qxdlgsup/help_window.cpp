@@ -7,7 +7,7 @@ namespace qxdlgsup {
 
 namespace {
 
-constexpr int longestString = 4098;  // a string of a string table has up to 4097 characters
+constexpr int longestString = 4098;  // a resource string has up to 4097 characters
 
 std::string loadString(UINT id) {
     std::string text(longestString, '\0');

@@ -5,9 +5,9 @@
 
 namespace qxdlgsup {
 
-// The text of a topic, or the one that says that there is none; 8-bit.
+// The text of a topic, or a text that says that there is none; 8-bit.
 std::string helpText(DWORD topic);
-// Shows a text until the user closes the window; its owner takes no input meanwhile.
+// Shows a text until the user closes the window; the owner is disabled meanwhile.
 void showHelp(HWND owner, const std::string& text);
 
 }  // namespace qxdlgsup

@@ -3,7 +3,7 @@
 
 namespace qxdlgsup {
 
-// This library's own module, which holds its resources.
+// This library's module handle, for its resources.
 HINSTANCE instance();
 
 }  // namespace qxdlgsup

@@ -6,7 +6,7 @@ namespace qxdlgsup {
 
 namespace {
 
-// Window property under which a page keeps the procedure that was its own before.
+// Window property that holds a page's original procedure.
 constexpr const char* formerProcedure = "QXDLGSUP_FORMER";
 
 LRESULT CALLBACK pageProcedure(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {

@@ -14,7 +14,7 @@ LRESULT tellFrame(HWND page, UINT message, WPARAM wParam, LPARAM lParam) {
     return frame ? SendMessageA(frame, message, wParam, lParam) : 0;
 }
 
-// A box that belonged to the page alone would leave the frame's buttons to the user while it waits.
+// A box owned by the page alone would leave the frame's buttons enabled while it waits.
 HWND ownerOf(HWND page) {
     const HWND frame = GetParent(page);
     return frame ? frame : page;

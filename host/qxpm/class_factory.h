@@ -4,7 +4,7 @@
 
 namespace qxpm {
 
-// Makes objects of one class.
+// Creates objects of one class.
 class ClassFactory final : public ComObject<ClassFactory, IClassFactory, IID_IClassFactory> {
 public:
     explicit ClassFactory(Maker maker) : maker_(maker) {}

@@ -5,7 +5,7 @@
 
 namespace qxpm {
 
-// Makes an object of one of the module's classes.
+// Creates an object of one of the module's classes.
 using Maker = HRESULT (*)(REFIID interfaceId, void** object) noexcept;
 
 // Null for a class that the module does not have.

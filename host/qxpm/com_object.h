@@ -8,11 +8,11 @@
 
 namespace qxpm {
 
-// Objects of this module that are alive.
+// The number of live objects of this module.
 inline std::atomic<DWORD> liveObjects{0};
 
-// An object with one reference at first, known by IUnknown and one interface of its own; it deletes itself
-// with the last reference. Make it with makeObject. `Derived` is final.
+// An object that starts with one reference, supports IUnknown and one interface of its own, and deletes
+// itself with the last reference. Create it with makeObject. `Derived` is final.
 template <class Derived, class Interface, const GUID& InterfaceId>
 class ComObject : public Interface {
 public:
@@ -42,7 +42,7 @@ private:
     std::atomic<ULONG> references_{1};
 };
 
-// A new object by its interface; what fails leaves null.
+// Creates an object and returns its interface; null on failure.
 template <class Object>
 HRESULT makeObject(REFIID interfaceId, void** result) noexcept {
     Object* const object = new (std::nothrow) Object;

@@ -5,7 +5,7 @@
 
 namespace qxpm {
 
-// An open registry key, closed with the object.
+// An open registry key, closed by the destructor.
 class OpenKey {
 public:
     OpenKey() = default;
@@ -16,7 +16,7 @@ public:
     void close() {
         if (const HKEY key = std::exchange(key_, nullptr)) RegCloseKey(key);
     }
-    // For a call that opens a key; what was open is closed.
+    // For a call that opens a key; closes the current one.
     HKEY* receive() {
         close();
         return &key_;

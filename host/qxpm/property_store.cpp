@@ -15,12 +15,12 @@ HRESULT outcome(LONG error) {
     return error == ERROR_SUCCESS ? S_OK : HRESULT_FROM_WIN32(static_cast<DWORD>(error));
 }
 
-// A section is a single key: no path into another section, and not the key of all sections.
+// A section is a single key: neither a path into another section nor the parent of all sections.
 bool isSectionName(const char* name) {
     return name && *name && !std::strchr(name, '\\');
 }
 
-// Copies a text with its zero into a caller's buffer.
+// Copies a text including its zero into a caller's buffer.
 HRESULT give(const std::string& text, char* buffer, DWORD* size) {
     const DWORD room = *size;
     *size = static_cast<DWORD>(text.size()) + 1;
@@ -29,7 +29,7 @@ HRESULT give(const std::string& text, char* buffer, DWORD* size) {
     return S_OK;
 }
 
-// The text of a string value up to its zero, which need not have been stored with it.
+// The text of a string value up to its zero, which may not have been stored.
 LONG readText(HKEY key, const char* name, std::string& text) {
     DWORD type = 0;
     DWORD size = 0;

@@ -5,7 +5,7 @@
 
 namespace qxpm {
 
-// The suite's settings, kept in the registry of the user: one key for each section, one text for each value.
+// The suite's settings in the user's registry: one key per section, one text per value.
 class PropertyStore final : public ComObject<PropertyStore, IHostPropertyStore, IID_IHostPropertyStore> {
 public:
     HRESULT WINAPI Open(const char* section, int flag) override;

@@ -6,12 +6,12 @@
 
 namespace {
 
-// Signalled as long as the module serves requests.
+// Signalled while the module accepts requests.
 HANDLE readyEvent = nullptr;
 
 }  // namespace
 
-// Gives the module's event, which stays the module's. A host that resets it is refused from then on.
+// Returns the module's event, which the module keeps. After a host resets it, requests fail.
 extern "C" HRESULT WINAPI DllGetEventHandle(HANDLE* event) {
     if (!event) return E_POINTER;
     *event = readyEvent;

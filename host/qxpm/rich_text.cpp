@@ -12,7 +12,7 @@ namespace qxpm {
 
 namespace {
 
-// Window property under which a control keeps its object.
+// Window property that holds a control's object.
 constexpr const char* objectProperty = "QXPM_RICHTEXT";
 
 struct Source {
@@ -39,7 +39,7 @@ HRESULT WINAPI RichText::AttachRichEdit(HWND control, HINSTANCE) {
     control_ = control;
     former_ = reinterpret_cast<WNDPROC>(
         SetWindowLongPtrA(control, GWLP_WNDPROC, reinterpret_cast<LONG_PTR>(&RichText::controlProcedure)));
-    SendMessageA(control, EM_SETREADONLY, TRUE, 0);  // a text of the product is not the user's to change
+    SendMessageA(control, EM_SETREADONLY, TRUE, 0);  // users do not edit the product's text
     return S_OK;
 }
 

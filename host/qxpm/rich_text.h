@@ -4,10 +4,10 @@
 
 namespace qxpm {
 
-// Shows rich text in the control that it is attached to and lives at least as long as that.
+// Shows rich text in the control to which it is attached and which it outlives.
 class RichText final : public ComObject<RichText, IHostRichText, CLSID_HostRichText> {
 public:
-    // E_INVALIDARG when it is no window, or one that has an object already; E_UNEXPECTED when this object is
+    // E_INVALIDARG when it is not a window or already has an object; E_UNEXPECTED when this object is
     // attached. The caller then keeps its reference.
     HRESULT WINAPI AttachRichEdit(HWND control, HINSTANCE instance) override;
     HRESULT WINAPI StreamRichText(int format, const char* text, DWORD* result) override;

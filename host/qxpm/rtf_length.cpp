@@ -9,7 +9,7 @@ std::size_t rtfLength(const char* text) {
         switch (text[at]) {
             case '\0':
                 return at;
-            case '\\':  // an escaped brace is no brace
+            case '\\':  // an escaped brace does not count
                 if (text[at + 1] != '\0') ++at;
                 break;
             case '{':

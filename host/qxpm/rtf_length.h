@@ -3,8 +3,8 @@
 
 namespace qxpm {
 
-// The bytes of a rich text from its first character to the end of its outermost group, or to a zero before
-// that. What follows the text in memory is not touched. 0 for a text that does not begin with a group.
+// The length in bytes of a rich text up to the end of its outermost group, or up to a zero before that.
+// Memory after the text is not read. 0 for a text that does not begin with a group.
 std::size_t rtfLength(const char* text);
 
 }  // namespace qxpm
