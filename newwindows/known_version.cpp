@@ -6,7 +6,7 @@ bool isKnown(const OSVERSIONINFOA& version) {
     const DWORD major = version.dwMajorVersion;
     switch (version.dwPlatformId) {
         case VER_PLATFORM_WIN32_WINDOWS:
-            return true;  // an edition that is not listed is rightly taken for Windows 95
+            return true;  // an unlisted edition may be treated as Windows 95
         case VER_PLATFORM_WIN32_NT:
             return major == 3 || major == 4 || (major == 5 && version.dwMinorVersion <= 1);
         default:

@@ -3,12 +3,12 @@
 
 namespace newwindows {
 
-// Whether the libraries find a diskette drive on a Windows: 95, 98, Me, NT 3.x, NT 4.0, 2000 and XP. Any
-// other they take for Windows 95, whose way to the drive it does not have.
+// Whether the libraries can find a diskette drive on a Windows version: 95, 98, Me, NT 3.x, NT 4.0, 2000 and
+// XP. They treat any other as Windows 95, whose access to the drive it does not have.
 bool isKnown(const OSVERSIONINFOA& version);
 
-// Whether the Windows that the program runs on is known. What number an unknown one has is not asked: Windows
-// gives programs as old as these a lower one than its own.
+// Whether the running Windows version is known. The number of an unknown one is not queried: Windows reports
+// a lower one to programs as old as these.
 bool runsOnKnownWindows();
 
 }  // namespace newwindows

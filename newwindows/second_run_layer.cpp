@@ -1,4 +1,4 @@
-// The layer plays the Windows that its user chooses.
+// The layer's user chooses the Windows version.
 #include "newwindows/second_run.h"
 
 namespace newwindows {

@@ -1,4 +1,4 @@
-// Windows itself. Every call of this source that is wide belongs to a Windows after XP.
+// For Windows itself. Every wide function called here belongs to a Windows version after XP.
 #include "newwindows/second_run.h"
 
 #include <windows.h>
@@ -14,15 +14,15 @@ namespace {
 
 using Handle = std::unique_ptr<void, decltype(&CloseHandle)>;
 
-// Set for the second run, which starts no other, whatever Windows it is shown.
+// Set for the second run, which starts no other, whatever Windows version it sees.
 constexpr const char* guard = "EMDISK_SECOND_RUN";
 
 bool isSecondRun() {
     return GetEnvironmentVariableA(guard, nullptr, 0) != 0;
 }
 
-// Windows looks for its setting in the environment of whoever starts a program. It must not ask for an
-// administrator, as it may do for old programs: the second run has the rights of this one, whose console it
+// Windows reads the compatibility mode from the environment of the starting process. It must not ask for an
+// administrator, as it may for old programs: the second run has the rights of this one, whose console it
 // shares.
 bool prepareEnvironment() {
     return SetEnvironmentVariableA(guard, "1") &&
@@ -30,14 +30,13 @@ bool prepareEnvironment() {
 }
 
 std::wstring ownFile() {
-    constexpr DWORD longest = 32768;  // characters of a path, the zero at its end included
+    constexpr DWORD longest = 32768;  // characters of a path, including the zero
     std::wstring file(longest, L'\0');
     file.resize(GetModuleFileNameW(nullptr, file.data(), longest));
     return file;
 }
 
-// With the file's whole name and the command line as it stands, nothing is looked for and nothing quoted
-// anew.
+// With the full file name and the unchanged command line, no search and no quoting is needed.
 Handle startAgain() {
     STARTUPINFOA own{};
     GetStartupInfoA(&own);
@@ -55,8 +54,8 @@ Handle startAgain() {
     return {second.hProcess, CloseHandle};
 }
 
-// Control-C goes to both runs and is the second one's to answer. When the console is closed, Windows ends a
-// run whose handler returns; this one is to end with the second.
+// Both runs receive Control-C; the second handles it. When the console is closed, Windows ends a process
+// whose handler returns; this one has to end with the second.
 BOOL WINAPI leaveToSecondRun(DWORD event) {
     if (event != CTRL_C_EVENT && event != CTRL_BREAK_EVENT) Sleep(INFINITE);
     return TRUE;

@@ -1,13 +1,13 @@
-// The compiler's runtime library asks Windows for functions that Windows 98 has only by name, or not at all.
-// Here they are done with what it has. The library reaches each through a pointer that the import libraries
-// call "__imp_" and its name; the pointers of these names lead here instead.
+// The compiler's runtime library calls functions that Windows 98 has only by name, or not at all. Here they
+// are implemented with what it has. The library calls each through a pointer that the import libraries name
+// "__imp_" and the function's name; the definitions here replace these pointers.
 #include <windows.h>
 
 #include <sys/stat.h>
 
 namespace {
 
-// A name as the 8-bit functions take it; null for null.
+// A name for the 8-bit functions; null for null.
 class Name {
 public:
     explicit Name(LPCWSTR wide) : given_(wide != nullptr) {
@@ -20,12 +20,12 @@ private:
     char text_[MAX_PATH + 1]{};
 };
 
-// The locks of the C++ library; they have no names.
+// Used by the locks of the C++ library; they have no names.
 HANDLE WINAPI createSemaphore(LPSECURITY_ATTRIBUTES security, LONG initial, LONG maximum, LPCWSTR name) {
     return CreateSemaphoreA(security, initial, maximum, Name(name).get());
 }
 
-// The C library looks in its own module for functions that newer ones have.
+// The C library looks up newer functions in its own module.
 HMODULE WINAPI getModuleHandle(LPCWSTR name) {
     return GetModuleHandleA(Name(name).get());
 }
@@ -34,7 +34,7 @@ HMODULE WINAPI loadLibrary(LPCWSTR name) {
     return LoadLibraryA(Name(name).get());
 }
 
-// The streams of the C++ library ask for the size of their file, with times of 64 bits.
+// The streams of the C++ library query the size of their file, with 64-bit times.
 int fileFacts(int file, struct _stat64* facts) {
     struct _stati64 old {};
     if (_fstati64(file, &old) != 0) return -1;

@@ -1,9 +1,9 @@
-// The compiler's start-up code gives a module's unwind tables to the shared runtime library where the process
-// has it, as every program has that GCC links by default. These modules have the runtime library inside: its
-// unwinder would know no tables, and the first exception, caught or not, would end the process. The start-up
-// code looks for the shared library by name before static objects are made, and here it finds none; so it
-// registers the tables with the module's own unwinder, and takes them back from there when the module goes.
-// The linker's --wrap leads the pointers here.
+// The compiler's start-up code registers a module's unwind tables with the shared runtime library if the
+// process has loaded it, as every program has that GCC links by default. These modules contain the runtime
+// library: their unwinder would find no tables, and the first exception, caught or not, would end the
+// process. The start-up code looks up the shared library by name before static objects are constructed, and
+// here it finds none; so it registers the tables with the module's own unwinder, and removes them when the
+// module is unloaded. The linker's --wrap redirects the pointers here.
 #include <windows.h>
 
 #include <cstring>

@@ -1,5 +1,5 @@
-# A loader for automatic tests: says that it was started and ends the emulator through its debug-exit device at
-# port F4h, with the exit status 85 (42 doubled and one added by that device).
+# A loader for automatic tests: prints that it was started and ends the emulator through its debug-exit device at port
+# F4h, with exit status 85 (the device doubles 42 and adds one).
 
         .include "contract.inc"
 

@@ -1,4 +1,4 @@
-# The sample second-stage loader: says that it was started, waits for a key and restarts the machine.
+# The sample second-stage loader: prints that it was started, waits for a key and restarts the machine.
 
         .include "contract.inc"
 
@@ -24,7 +24,7 @@ entry:
         int     $0x16                           # wait for a key
         movw    $0x40, %ax
         movw    %ax, %ds
-        movw    $0x1234, 0x72                   # restart without the memory test
+        movw    $0x1234, 0x72                   # skip the memory test
         ljmp    $0xFFFF, $0
 
 message:
