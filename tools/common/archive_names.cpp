@@ -13,9 +13,9 @@ namespace tools {
 
 namespace {
 
-constexpr std::size_t mostWarnings = 20;  // of a kind
+constexpr std::size_t mostWarnings = 20;  // of each kind
 
-// Warns a number of times and then says how many times more it would have.
+// Gives a limited number of warnings, then the number of those left out.
 class Warnings {
 public:
     Warnings(const Warn& warn, std::string rest) : warn_(warn), rest_(std::move(rest)) {}
@@ -33,8 +33,8 @@ private:
     std::size_t count_ = 0;
 };
 
-// A name as Windows tells it from others: without case, with single separators, its elements without the dots
-// and blanks at their ends.
+// A name as Windows compares it: ignoring case, with single separators, without trailing dots and blanks in
+// its elements.
 std::string identityOf(const std::string& name) {
     std::string identity;
     for (const char letter : upperCase(utf8(name)) + '\\') {
@@ -69,7 +69,7 @@ std::size_t reviewNames(const Path& archive, bool stripFirst, const Warn& warn) 
         return stripFirst && !record.oldLayout ? zar::WithoutFirstElement(record.name) : record.name;
     };
     Warnings obstacles(warn, " more names that no Windows takes");
-    std::vector<std::size_t> hashes;  // of all names: they themselves could be too many to keep
+    std::vector<std::size_t> hashes;  // of all names: the names themselves might not fit in memory
     const std::hash<std::string> hash;
     walkArchive(archive, [&](const zar::Entry& record) {
         const std::string name = nameOf(record);
@@ -83,7 +83,7 @@ std::size_t reviewNames(const Path& archive, bool stripFirst, const Warn& warn) 
     if (suspects.empty()) return files;
 
     Warnings clashes(warn, " more names that stand for the file of one before");
-    std::map<std::string, std::string> last;  // the names met last, by what Windows takes them for
+    std::map<std::string, std::string> last;  // the latest name for each identity
     walkArchive(archive, [&](const zar::Entry& record) {
         std::string identity = identityOf(nameOf(record));
         if (!std::binary_search(suspects.begin(), suspects.end(), hash(identity))) return;

@@ -8,10 +8,10 @@ namespace tools {
 
 using Warn = std::function<void(const std::string&)>;
 
-// Walks an archive as far as it is sound and gives the number of files that it unpacks to: names that Windows
-// takes for one another make one, without their first elements when these are dropped. Warns of such names,
-// of which the last wins, and of those that no Windows takes. Throws Problem(failure) when the archive cannot
-// be opened.
+// Walks an archive up to its first fault and returns the number of files that it unpacks to: names that are
+// the same to Windows count as one, compared without their first elements when these are dropped. Warns of
+// such names, of which the last wins, and of those that are invalid on Windows. Throws Problem(failure) when
+// the archive cannot be opened.
 std::size_t reviewNames(const Path& archive, bool stripFirst, const Warn& warn);
 
 // "1 file", "2 files".

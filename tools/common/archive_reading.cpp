@@ -11,11 +11,11 @@ Problem unreadable(const Path& archive, const std::string& why) {
     return {ExitCode::failure, "cannot read the archive " + archive.string() + ": " + why};
 }
 
-// An archive that is open on the host.
+// An open archive on the host.
 class ArchiveFile {
 public:
     explicit ArchiveFile(const Path& archive) {
-        requireArchive(archive);  // opening a pipe could wait for ever
+        requireArchive(archive);  // opening a pipe could block for ever
         try {
             file_.emplace(archive);
         } catch (const HostError& error) {

@@ -10,7 +10,7 @@
 
 namespace tools {
 
-// What is to be told of an archive without its records, and the first thing that is wrong with it.
+// Describes an archive without its records, with its first fault.
 struct ArchiveSummary {
     std::uint64_t size = 0;  // bytes of the archive
     std::size_t count = 0;   // records
@@ -24,18 +24,18 @@ struct ArchiveContents : ArchiveSummary {
 
 using TakeRecord = std::function<void(const zar::Entry&)>;
 
-// Throws Problem(failure) when there is no file of that name.
+// Throws Problem(failure) when there is no such file.
 void requireArchive(const Path& archive);
 
-// Walks an archive on the host without unpacking it and gives each record. Throws Problem(failure) when it
-// cannot be opened.
+// Walks an archive on the host without unpacking it and passes on each record. Throws Problem(failure) when
+// it cannot be opened.
 ArchiveSummary walkArchive(const Path& archive, const TakeRecord& take);
 
-// Throws Problem(invalidArchive) that names the offset and the reason when there is a fault.
+// Throws Problem(invalidArchive), with the offset and the reason, when there is a fault.
 void refuseFaulty(const Path& archive, const ArchiveSummary& summary);
 
-// Both: the contents of an archive that must be sound, or the number of its records alone, which needs no
-// memory for each.
+// Both require a sound archive: its contents, or the number of its records alone, which needs no memory per
+// record.
 ArchiveContents readSoundArchive(const Path& archive);
 std::size_t countSoundArchive(const Path& archive);
 

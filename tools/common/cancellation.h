@@ -4,7 +4,7 @@
 namespace tools {
 
 // Turns Control-C (and a request to terminate) into a cancel of the running archive operation. A cancel is
-// remembered; the program then ends by itself. One object per program.
+// remembered, and the program then ends on its own. One object per program.
 class Cancellation {
 public:
     Cancellation();
@@ -12,11 +12,11 @@ public:
     Cancellation& operator=(const Cancellation&) = delete;
 
     bool requested() const;
-    // Throws Problem(cancelled) when a cancel came.
+    // Throws Problem(cancelled) after a cancel.
     void check() const;
 
-    // Keeps a handler in force while it lives, one at a time. After a cancel it runs, perhaps more than once
-    // and on another thread, before a test for a cancel that the libraries make while they work.
+    // Installs a handler during its lifetime, one at a time. After a cancel the handler runs, perhaps
+    // repeatedly and on another thread, before the libraries next check for a cancel.
     class Scope {
     public:
         Scope(const Cancellation& cancellation, std::function<void()> handler);

@@ -1,4 +1,4 @@
-// Signals of a POSIX system.
+// Cancels by POSIX signals.
 #include <atomic>
 #include <csignal>
 
@@ -15,9 +15,9 @@ static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may take
 
 }  // namespace
 
-// The handler only leaves a mark, so that no second thread has to wait for signals: in a program of one
-// thread every lock and every transfer costs less. Interrupted calls of the host go on. A reader of the
-// output that goes away must not end the program either: it would leave its hidden files.
+// The handler only sets a flag, so that no second thread has to wait for signals: in a single-threaded
+// program every lock and every transfer costs less. Interrupted host calls continue. A reader that closes the
+// output must not end the program either: its hidden files would stay.
 Cancellation::Cancellation() {
     std::signal(SIGPIPE, SIG_IGN);
     struct sigaction action {};
@@ -34,7 +34,7 @@ void Cancellation::check() const {
     if (requested()) throw Problem(ExitCode::cancelled, "cancelled");
 }
 
-// The libraries look at the current machine's message queue before every test for a cancel.
+// The libraries check the current machine's message queue before every test for a cancel.
 Cancellation::Scope::Scope(const Cancellation& cancellation, std::function<void()> handler) {
     winlayer::Machine::current().messages.atEveryLook(
         [&cancellation, handler = std::move(handler), told = false]() mutable {

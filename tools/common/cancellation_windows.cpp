@@ -1,4 +1,4 @@
-// Control-C on a Windows console, which Windows reports on a thread of its own.
+// Control-C on a Windows console, reported on a separate thread.
 #include <windows.h>
 
 #include <atomic>
@@ -13,7 +13,7 @@ namespace {
 
 std::atomic<bool> cancelled = false;
 
-// The handler in force, which Windows' thread must not call while the program's takes it away.
+// The current handler; the lock keeps Windows' thread from calling it while the program's thread removes it.
 struct Current {
     UTILS::CCriticalSection guard;
     std::function<void()> handler;
@@ -32,9 +32,9 @@ bool callHandler() {
     return true;
 }
 
-// An operation forgets at its start what it was asked before, so it is asked until it has ended. A console
-// that is closed ends the program when this returns, so it does not: the program comes to its own end, for
-// which Windows waits a while.
+// An operation clears earlier cancels at its start, so the request is repeated until it has ended. When the
+// console is closed, Windows ends the program as soon as this returns, so it does not return: the program
+// ends by itself, for which Windows waits a while.
 BOOL WINAPI onControl(DWORD event) {
     constexpr DWORD againAfter = 50;  // milliseconds
     cancelled = true;
@@ -46,7 +46,7 @@ BOOL WINAPI onControl(DWORD event) {
 }  // namespace
 
 Cancellation::Cancellation() {
-    current();  // before another thread can ask for it
+    current();  // constructed before another thread can use it
     SetConsoleCtrlHandler(onControl, TRUE);
 }
 
@@ -58,7 +58,7 @@ void Cancellation::check() const {
     if (requested()) throw Problem(ExitCode::cancelled, "cancelled");
 }
 
-// A cancel that comes between the look and the handler waits for the lock and then finds the handler.
+// A cancel between the check and the handler's installation waits for the lock and then finds the handler.
 Cancellation::Scope::Scope(const Cancellation& cancellation, std::function<void()> handler) {
     const UTILS::SectionGuard lock(current().guard);
     cancellation.check();

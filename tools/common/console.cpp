@@ -12,7 +12,7 @@ namespace {
 
 constexpr int barWidth = 20;
 
-// The first `columns` characters of a UTF-8 text, never cutting one in half.
+// The first `columns` characters of a UTF-8 text, never splitting one.
 std::string_view fit(std::string_view text, std::size_t columns) {
     std::size_t end = 0;
     for (; end < text.size(); ++end) {

@@ -18,7 +18,7 @@ bool isTrailing(char byte) {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
 
-// The first character of a text that is not empty; a byte that begins none is one that is not valid.
+// The first character of a text, which must not be empty; a byte that starts none counts as invalid.
 Character firstOf(std::string_view text) {
     const auto lead = static_cast<unsigned char>(text.front());
     if (lead < 0x80) return {lead, 1, true};
@@ -39,7 +39,7 @@ bool isControl(std::uint32_t code) {
     return code < 0x20 || (code >= 0x7F && code < 0xA0);
 }
 
-// The text with what `replaced` names written in the given form.
+// The text with the characters for which `replaced` is true written in the given form.
 template <class Replaced>
 std::string rewritten(std::string_view text, const char* form, Replaced replaced) {
     std::string result;

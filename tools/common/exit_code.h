@@ -5,7 +5,7 @@
 
 namespace tools {
 
-// How both programs end. The numbers are part of their interface.
+// The exit codes of both programs; part of their interface.
 enum class ExitCode : int {
     success = 0,
     failure = 1,
@@ -23,20 +23,20 @@ enum class ExitCode : int {
 
 struct ExitCodeRow {
     ExitCode code;
-    const char* name;     // as the JSON result gives it
-    const char* meaning;  // as the help gives it
+    const char* name;     // in the JSON result
+    const char* meaning;  // in the help
 };
 
 // Every exit code, ascending.
 std::span<const ExitCodeRow> exitCodes();
 const ExitCodeRow& describe(ExitCode code);
-// The table for the end of a help text.
+// The table at the end of a help text.
 std::string exitCodeHelp();
 
-// What both say when memory has run out; a text that needs none itself.
+// The message of both when memory runs out; it needs none itself.
 inline constexpr char noMemoryText[] = "there is not enough memory";
 
-// A failure that ends the program: the text says what happened to what (UTF-8, no trailing full stop).
+// A failure that ends the program; the text says what happened to what (UTF-8, no trailing full stop).
 class Problem : public std::runtime_error {
 public:
     Problem(ExitCode code, const std::string& text) : std::runtime_error(text), code_(code) {}

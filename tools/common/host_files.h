@@ -8,12 +8,12 @@
 
 #include "tools/common/host_path.h"
 
-// What the programs ask of the files of the host, beyond what the libraries do by Windows' calls. One source
-// for each platform.
+// File operations of the host that the programs need beyond the libraries' Windows calls. One source for each
+// platform.
 
 namespace tools {
 
-// A failure of the host: what() names the file and the reason, reason() gives the reason alone.
+// A failure of the host: what() names the file and the reason, reason() is the reason alone.
 class HostError : public std::runtime_error {
 public:
     HostError(const Path& file, const std::string& reason)
@@ -24,39 +24,39 @@ private:
     std::string reason_;
 };
 
-// Unless a comment says otherwise these throw HostError when the host refuses.
+// Unless stated otherwise, these throw HostError when the host call fails.
 namespace host_files {
 
 enum class Kind { missing, file, folder, link, other };
 
-// What a name stands for; links are followed, so that none is a link. Throws nothing: what cannot be looked
-// at is missing, and `why` says what the host said.
+// The kind of entry with a name; links are followed, so the result is never a link. Throws nothing: an entry
+// that cannot be examined is missing, with the host's reason in `why`.
 Kind kindOf(const Path& name, std::string* why = nullptr);
 std::uint64_t sizeOf(const Path& file);
 // The entries of a folder, in any order.
 std::vector<Path> entries(const Path& folder);
-// Whether a file of that name would lie in the folder or below it.
+// Whether a file with that name would be in the folder or below it.
 bool liesIn(const Path& file, const Path& folder);
-// Where a file that is to be written really is: behind a link, also one to a file that is not there yet.
+// The file that writing to a name would write: follows links, also one to a file that does not exist.
 Path behindLink(const Path& file);
-// Room on the disk that holds a folder, in bytes; the largest number when the host does not tell.
+// Free bytes on the disk of a folder; the largest number when the host does not report them.
 std::uint64_t freeBytes(const Path& folder);
 
-// Makes one folder.
+// Creates one folder.
 void makeFolder(const Path& folder);
-// Gives an entry another name on the same disk. A file takes the place of an older one, which is whole under
-// its name as long as the new one is not.
+// Renames an entry on the same disk, replacing a file. The older file stays complete under its name until the
+// new one replaces it, except on Windows 95, 98 and Me, where it has a hidden name meanwhile.
 void move(const Path& from, const Path& to);
-// Throw nothing: what cannot be removed stays.
+// Throw nothing: what cannot be removed remains.
 void removeFile(const Path& file);
 void removeTree(const Path& folder);
 void removeEmptyFolder(const Path& folder);
 
-// Puts the contents of a file on the medium.
+// Flushes a file to the medium.
 void synchronise(const Path& file);
 
-// A folder that is open. What is done in it follows no link below it, and where the host can hold a folder
-// open it stays this one, whatever takes its name meanwhile.
+// An open folder. Operations follow no link below it, and where the host can hold a folder open, it stays the
+// same one even if its name is given to another.
 class Folder {
 public:
     struct Entry {
@@ -64,7 +64,7 @@ public:
         Kind kind;  // of the entry itself
     };
 
-    // The folder that a path leads to, through links if need be.
+    // Opens the folder at a path; links in the path are followed.
     explicit Folder(const Path& path);
     ~Folder();
     Folder(const Folder&) = delete;
@@ -74,24 +74,24 @@ public:
     // In any order.
     std::vector<Entry> entries() const;
     Kind kindOf(const std::string& name) const;
-    // Whether other entries can be moved into the folder, or to the place of the file, of that name.
+    // Whether entries can be moved into the folder with that name, or replace the file with that name.
     bool movesReach(const std::string& name) const;
-    // A folder in it, which must be no link.
+    // A folder in this one, which must not be a link.
     Folder below(const std::string& name) const;
-    // Moves an entry to another folder on the same disk, as host_files::move does.
+    // Moves an entry to another folder on the same disk, like host_files::move.
     void move(const std::string& name, const Folder& to) const;
-    // Puts everything on the medium that was written into the folder since it was opened.
+    // Flushes to the medium everything written into the folder since it was opened.
     void synchronise() const;
 
 private:
     Folder(const Folder& above, const std::string& name);
 
     Path path_;
-    int descriptor_ = -1;  // where the host has such
+    int descriptor_ = -1;  // -1 where the host has none
 };
 
-// An empty file or folder with a hidden name of its own, ".LIKE.part-" and something, and a lock that shows
-// other runs that it is in use. It is removed at the end, a folder with everything in it.
+// An empty file or folder with a unique hidden name, ".LIKE.part-" and a suffix, and a lock that marks it as
+// in use for other runs. The destructor removes it, a folder with its contents.
 class HiddenEntry {
 public:
     // kind: file or folder.
@@ -101,7 +101,7 @@ public:
     HiddenEntry& operator=(const HiddenEntry&) = delete;
 
     const Path& path() const { return path_; }
-    // Moves it to its place, where it stays; the lock ends at the latest with the object.
+    // Moves it to its final name, where it stays; the lock ends with the object at the latest.
     void moveTo(const Path& place);
 
 private:
@@ -111,15 +111,15 @@ private:
     Path path_;
     bool moved_ = false;
 };
-// Removes the hidden entries of such names and that kind that no living process has: what runs left that were
-// killed. Throws nothing: what cannot be removed stays.
+// Removes the hidden entries of that name and kind that no running process uses: those left behind by killed
+// runs. Throws nothing: what cannot be removed remains.
 void removeAbandoned(const Path& folder, const std::string& like, Kind kind);
 
-// A whole text file of people, as UTF-8.
+// A complete text file written by a user, as UTF-8.
 std::string readText(const Path& file);
 void write(const Path& file, const std::string& bytes);
 
-// A file that is read at any place.
+// A file with random read access.
 class InputFile {
 public:
     explicit InputFile(const Path& file);

@@ -1,4 +1,4 @@
-// The host's files where Windows is played by the layer: a POSIX system.
+// The host's files on a POSIX system, under the Windows layer.
 #include <dirent.h>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -37,7 +37,7 @@ void check(const Path& file, const std::error_code& error) {
     if (error) throw HostError(file, error.message());
 }
 
-// The permissions that a file made by open(2) would get, which mkstemp's private file has not.
+// Gives a file the permissions that open(2) would give; mkstemp makes it private.
 void giveUsualPermissions(int file) {
     const mode_t mask = umask(0);
     umask(mask);
@@ -52,17 +52,17 @@ Kind kindFrom(mode_t mode) {
 
 constexpr int asFolder = O_RDONLY | O_DIRECTORY | O_CLOEXEC;
 
-// A folder that may not be listed can still be worked in.
+// A folder without read permission can still be used.
 int openFolder(int above, const char* name, int flags = 0) {
     const int folder = openat(above, name, asFolder | flags);
     if (folder >= 0 || errno != EACCES) return folder;
     return openat(above, name, O_PATH | O_DIRECTORY | O_CLOEXEC | flags);
 }
 
-// What the host replaces in the name of a new entry.
+// The part of a new entry's name that the host replaces.
 constexpr std::string_view pattern = "XXXXXX";
 
-// Opened anew: a descriptor has one place in the listing for all who read by it.
+// Opened again: users of a descriptor share one position in the listing.
 DIR* openListing(int folder) {
     const int again = openat(folder, ".", asFolder);
     if (again < 0) return nullptr;
@@ -77,7 +77,7 @@ std::string hiddenPrefix(const std::string& like) {
     return "." + like + ".part-";
 }
 
-// Each makes an entry, completes its name and opens it.
+// Each creates an entry, completes its name and opens it.
 int makeHiddenFile(const Path& folder, std::string& name) {
     const int file = mkostemp(name.data(), O_CLOEXEC);
     if (file < 0) throw failure(folder, errno);
@@ -85,7 +85,7 @@ int makeHiddenFile(const Path& folder, std::string& name) {
     return file;
 }
 
-// Nothing is opened when another run removed it at once.
+// Returns no descriptor when another run removed the folder at once.
 int makeHiddenFolder(const Path& folder, std::string& name) {
     if (mkdtemp(name.data()) == nullptr) throw failure(folder, errno);
     const int opened = open(name.c_str(), asFolder);
@@ -101,7 +101,7 @@ void removeUnlocked(const Path& path) {
     close(entry);
 }
 
-// Where a link to another name leads, in one step.
+// The target of a link, one step.
 Path linkTarget(const Path& link) {
     std::error_code error;
     const fs::path target = fs::read_symlink(link.string(), error);
@@ -109,8 +109,8 @@ Path linkTarget(const Path& link) {
     return (fs::path(link.string()).parent_path() / target).string();
 }
 
-// Empties a folder, which is closed then, as far as it lets itself be. What has begun must go whatever memory
-// there is: nothing here throws, and links are not followed.
+// Empties a folder as far as possible and closes it. Must also work without memory, so nothing here throws;
+// links are not followed.
 void removeBelow(int folder) {
     DIR* const list = folder < 0 ? nullptr : fdopendir(folder);
     if (list == nullptr) return;
@@ -148,7 +148,7 @@ std::vector<Path> entries(const Path& folder) {
     return found;
 }
 
-// Where the file's folder is not there, it lies in none.
+// A file whose folder does not exist is in none.
 bool liesIn(const Path& file, const Path& folder) {
     const fs::path holder = fs::path(behindLink(file).string()).parent_path();
     std::error_code error;
@@ -158,7 +158,7 @@ bool liesIn(const Path& file, const Path& folder) {
 }
 
 Path behindLink(const Path& file) {
-    constexpr int mostLinks = 40;  // as the host has it
+    constexpr int mostLinks = 40;  // the host's limit
     Path place = file;
     std::error_code ignored;
     for (int links = 0; fs::is_symlink(fs::symlink_status(place.string(), ignored)); ++links) {
@@ -241,8 +241,8 @@ Kind Folder::kindOf(const std::string& name) const {
     return Kind::missing;
 }
 
-// Nothing is renamed across mounts, not even from one to another of the same disk; nor out of a folder with a
-// device of its own, as some file systems have within one mount. (A file's own device says nothing.)
+// A rename cannot cross mounts, not even of the same disk, nor leave a folder with a device number of its
+// own, as some file systems have within one mount. (A file's own device number means nothing.)
 bool Folder::movesReach(const std::string& name) const {
     struct statx here {
     }, there{};
@@ -264,13 +264,13 @@ void Folder::move(const std::string& name, const Folder& to) const {
     }
 }
 
-// Once for all files: waiting for each takes a hundred times as long. The descriptor is older than the files,
-// so that what went wrong with any of them is told.
+// Once for all files: syncing each takes a hundred times as long. The descriptor is older than the files, so
+// errors of all of them are reported.
 void Folder::synchronise() const {
     if (syncfs(descriptor_) != 0) throw failure(path_, errno);
 }
 
-// The entry is open and locked. Host file systems that know no locks cannot tell who uses it; there nothing
+// The entry is open and locked. On host file systems without locks nobody can tell who uses it; there nothing
 // counts as abandoned.
 struct HiddenEntry::Lock {
     ~Lock() { release(); }
@@ -280,7 +280,7 @@ struct HiddenEntry::Lock {
         entry = -1;
     }
 
-    // False when another run found the entry before it was locked, and removed it.
+    // False when another run removed the entry before it was locked.
     bool take(int opened, const std::string& name) {
         release();
         entry = opened;
@@ -323,7 +323,7 @@ void removeAbandoned(const Path& folder, const std::string& like, Kind kind) {
         for (const Folder::Entry& entry : Folder(folder).entries()) {
             if (entry.kind == kind && isHidden(entry.name)) removeUnlocked(folder / entry.name);
         }
-    } catch (const HostError&) {  // then they stay
+    } catch (const HostError&) {  // they remain
     }
 }
 

@@ -1,4 +1,4 @@
-// Windows' files, by the 8-bit functions that its older versions have too.
+// Windows' files, by the 8-bit functions, which older versions have, too.
 #include <windows.h>
 
 #include <algorithm>
@@ -17,9 +17,9 @@ namespace host_files {
 
 namespace {
 
-// Names that are tried before it is given up.
+// Names tried before giving up.
 constexpr DWORD attempts = 1000;
-// What the lock of a hidden entry has behind its name.
+// Added to the name of a hidden entry for its lock.
 constexpr std::string_view lockEnding = ".held";
 
 std::string native(const Path& path) {
@@ -70,8 +70,7 @@ private:
     HANDLE handle_;
 };
 
-// A link of Windows (a junction, for one) stands for another name. Other entries with such data of a file
-// system driver are what they seem.
+// A link in Windows (such as a junction) stands for another name. Other reparse points are ordinary entries.
 bool isLink(const WIN32_FIND_DATAA& facts) {
     constexpr DWORD standsForAName = 0x20000000;
     return (facts.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0 &&
@@ -83,7 +82,7 @@ Kind kindFrom(const WIN32_FIND_DATAA& facts) {
     return (facts.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0 ? Kind::folder : Kind::file;
 }
 
-// The one spelling of a path that all others lead to; parts that are not there stay as they are.
+// The canonical spelling of a path; missing parts stay as they are.
 std::string uniquePath(const Path& path) {
     std::string whole = windowsPath(path);
     char shortened[MAX_PATH + 1];
@@ -97,7 +96,7 @@ std::string hiddenPrefix(const std::string& like) {
     return "." + like + ".part-";
 }
 
-// A new entry under a hidden name; `make` says whether it could be made.
+// Creates an entry with a hidden name; `make` returns whether it succeeded.
 template <class Make>
 Path makeHidden(const Path& folder, const std::string& like, Make make) {
     const DWORD start = GetTickCount();
@@ -113,13 +112,13 @@ bool moveFile(const Path& from, const Path& to) {
     return MoveFileA(native(from).c_str(), native(to).c_str()) != 0;
 }
 
-// Lets a write-protected file be replaced. Where it is not, it gets its protection back.
+// Makes a write-protected file replaceable. If it is not replaced, the protection is restored.
 class Writable {
 public:
     explicit Writable(const Path& file) : name_(native(file)), before_(GetFileAttributesA(name_.c_str())) {
         SetFileAttributesA(name_.c_str(), before_ & ~DWORD{FILE_ATTRIBUTE_READONLY});
     }
-    // To be called when the file has been replaced.
+    // Call when the file has been replaced.
     void forget() { name_.clear(); }
     ~Writable() {
         if (!name_.empty()) SetFileAttributesA(name_.c_str(), before_);
@@ -132,7 +131,7 @@ private:
     DWORD before_;
 };
 
-// Where Windows cannot replace a file in one step, the old one steps aside for as long as that takes.
+// For Windows versions that cannot replace a file in one step; the old one is renamed meanwhile.
 void replaceInSteps(const Path& from, const Path& to) {
     const Path aside = makeHidden(to.parent(), to.filename().string() + ".old",
                                   [&](const Path& name) { return moveFile(to, name); });
@@ -154,7 +153,7 @@ void forEachFile(const Folder& folder, const std::function<void(const Path&)>& w
     }
 }
 
-// The lock of an entry is a file that Windows removes when its process ends, however it ends.
+// The lock of an entry is a file that Windows deletes when its process ends in any way.
 Path lockOf(const Path& entry) {
     return entry.string() + std::string(lockEnding);
 }
@@ -234,7 +233,7 @@ void removeFile(const Path& file) {
     DeleteFileA(native(file).c_str());
 }
 
-// A link goes, and what it leads to stays.
+// A link is removed, its target is not.
 void removeTree(const Path& folder) {
     try {
         for (const Folder::Entry& entry : Folder(folder).entries()) {
@@ -243,7 +242,7 @@ void removeTree(const Path& folder) {
             if (entry.kind == Kind::link) removeEmptyFolder(path);
             if (entry.kind != Kind::folder) removeFile(path);
         }
-    } catch (const std::exception&) {  // then the folder is not empty and stays
+    } catch (const std::exception&) {  // the folder is not empty and remains
     }
     removeEmptyFolder(folder);
 }
@@ -252,7 +251,7 @@ void removeEmptyFolder(const Path& folder) {
     RemoveDirectoryA(native(folder).c_str());
 }
 
-// A file that is protected from writing has been closed by who wrote it, and Windows has no other way.
+// A write-protected file has already been closed by its writer, and Windows offers no other way.
 void synchronise(const Path& file) {
     const DWORD attributes = GetFileAttributesA(native(file).c_str());
     if (attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_READONLY) != 0) return;
@@ -260,7 +259,7 @@ void synchronise(const Path& file) {
     check(file, opened.good() && FlushFileBuffers(opened.get()));
 }
 
-// Older Windows opens no folders.
+// Older Windows cannot open folders.
 Folder::Folder(const Path& path) : path_(path) {}
 
 Folder::Folder(const Folder& above, const std::string& name) : path_(above.path_ / name) {
@@ -286,7 +285,7 @@ Kind Folder::kindOf(const std::string& name) const {
     return search.good() ? kindFrom(search.facts) : Kind::missing;
 }
 
-// A disk that is mounted in a folder is a link here.
+// A disk mounted in a folder counts as a link here.
 bool Folder::movesReach(const std::string&) const {
     return true;
 }
@@ -318,7 +317,7 @@ struct HiddenEntry::Lock {
     HANDLE file;
 };
 
-// The lock is there before the entry and goes after it.
+// The lock is created before the entry and removed after it.
 HiddenEntry::HiddenEntry(const Path& folder, const std::string& like, Kind kind)
     : path_(makeHidden(folder, like, [&](const Path& name) {
           lock_ = std::make_unique<Lock>(name);
@@ -350,7 +349,7 @@ void removeAbandoned(const Path& folder, const std::string& like, Kind kind) {
                 removeEntry(folder / name);
             }
         }
-    } catch (const std::exception&) {  // then they stay
+    } catch (const std::exception&) {  // they remain
     }
 }
 

@@ -4,9 +4,9 @@
 
 namespace tools {
 
-// The name of a file or folder of the host: UTF-8 with the separators of the host. Not std::filesystem::path:
-// with this compiler it takes 8-bit text on Windows for something else than UTF-8, and its operations ask
-// Windows for what only its later versions can do.
+// The name of a file or folder of the host: UTF-8 with the host's separators. Not std::filesystem::path: with
+// this compiler it does not treat 8-bit text on Windows as UTF-8, and its operations call functions that only
+// later Windows versions have.
 class Path {
 public:
     Path() = default;
@@ -17,7 +17,7 @@ public:
     const char* c_str() const { return text_.c_str(); }
     bool empty() const { return text_.empty(); }
 
-    // What is in front of the last separator (empty: nothing is; a root keeps its separator), and behind it.
+    // The parts before the last separator (empty if none; a root keeps its separator) and after it.
     Path parent() const;
     Path filename() const;
 
@@ -30,8 +30,7 @@ private:
     std::string text_;
 };
 
-// The characters that separate the parts of a name; the first is the usual one. A drive's colon ends a part,
-// too.
+// The characters that separate the parts of a name, the usual one first. A drive's colon also ends a part.
 extern const char* const pathSeparators;
 
 }  // namespace tools

@@ -9,11 +9,11 @@ namespace tools {
 
 struct JsonMember;
 
-// A value as JSON text. The library's own arrays and objects need memory even to be destroyed, and end the
-// program where there is none; so it is given nothing but single values.
+// A value as JSON text. The library's own arrays and objects need memory even when destroyed, and end the
+// program where there is none; so it gets single values only.
 class JsonText {
 public:
-    // A number, a truth value or a text. Texts that are not UTF-8 get replacement characters.
+    // A number, a Boolean or a text. Invalid UTF-8 is replaced by replacement characters.
     template <class Single>
     requires(std::is_arithmetic_v<Single> || std::is_convertible_v<const Single&, std::string_view>)
         JsonText(const Single& value)
@@ -21,7 +21,7 @@ public:
     // An object.
     JsonText(const std::vector<JsonMember>& members);
 
-    // The lines after the first are moved in.
+    // The text with all lines but the first indented.
     std::string movedIn(std::size_t columns) const;
 
 private:
@@ -35,8 +35,8 @@ struct JsonMember {
     JsonText value;
 };
 
-// One JSON object on standard output, written as it grows, so that an array may have any number of elements.
-// What is short comes out at the end, in one piece. A call that fails has added nothing.
+// One JSON object on standard output, written as it grows, so that arrays can have any length. Short output
+// appears at the end, in one piece. A call that fails adds nothing.
 class JsonWriter {
 public:
     void member(const std::string& name, const JsonText& value);
@@ -52,7 +52,7 @@ private:
     std::string arrayEnd() const;
     void flush();
 
-    std::string text_;  // not written yet
+    std::string text_;  // not yet written
     bool begun_ = false;
     Array array_ = Array::none;
 };

@@ -22,8 +22,8 @@ std::string utf8(std::string_view ansi) {
     return converted(ansi, CP_ACP, CP_UTF8);
 }
 
-// Older Windows tells neither of a text that is not UTF-8 nor of a letter that only looks alike, so what
-// comes back is compared.
+// Older Windows reports neither invalid UTF-8 nor a replacement by a similar letter, so the result is
+// converted back and compared.
 std::string ansi(std::string_view text) {
     std::string result = converted(text, CP_UTF8, CP_ACP);
     if (utf8(result) != text) {

@@ -6,22 +6,22 @@
 
 namespace tools {
 
-// Between the host's UTF-8 names and the ANSI texts and Windows paths that the libraries take, by the
-// system's code page and drives.
+// Converts between the host's UTF-8 names and the libraries' ANSI texts and Windows paths, by the system's
+// code page and drives.
 
-// Text of one code page in another; what that lacks is replaced by something that looks like it or by "?".
+// Converts text between code pages; a missing character is replaced by a similar one or by "?".
 std::string converted(std::string_view text, unsigned from, unsigned to);
 std::string utf8(std::string_view ansi);
-// Throws Problem(usage) for a character that the code page has not.
+// Throws Problem(usage) for a character that the code page lacks.
 std::string ansi(std::string_view text);
-// A text (UTF-8) as the system compares it with others where case does not count.
+// A text (UTF-8) in the form that the system uses to compare without case.
 std::string upperCase(std::string_view text);
-// The Windows path of a host file or folder that is there. Throws Problem: usage when no Windows path leads
-// to it, failure when it cannot be looked at.
+// The Windows path of an existing host file or folder. Throws Problem: usage when no Windows path leads to
+// it, failure when it cannot be examined.
 std::string windowsPath(const Path& host);
-// Throws as windowsPath does for a file that need not be there, though its folder must.
+// Throws like windowsPath, but only the folder must exist, not the file.
 void requireWindowsPath(const Path& host);
-// The same as windowsPath, spelt as it is but for the separators: a relative path stays one.
+// The same as windowsPath, but only the separators are changed: a relative path stays relative.
 std::string windowsSpelling(const Path& host);
 // The same for a file, as its folder and its name.
 struct WindowsFile {

@@ -1,4 +1,4 @@
-// Names where Windows is played by the layer.
+// Names on the Windows layer.
 #include "tools/common/names.h"
 #include "winlayer/text/case_folding.h"
 

@@ -1,4 +1,4 @@
-// Names by Windows itself.
+// Names on Windows itself.
 #include <windows.h>
 
 #include "tools/common/names.h"

@@ -17,7 +17,7 @@ namespace {
 
 constexpr int schemaVersion = 1;
 
-// The language's own library speaks to programmers.
+// The standard library's texts are for programmers.
 std::string wordsFor(const std::exception& unexpected) {
     if (dynamic_cast<const std::bad_alloc*>(&unexpected) != nullptr) return noMemoryText;
     const auto* fault = dynamic_cast<const std::system_error*>(&unexpected);
@@ -86,15 +86,14 @@ CLI::App* Program::command(const std::string& name, const std::string& descripti
 
 int Program::run(int argc, const char* const* argv) {
     fillStandardStreams();
-    if (argc == 3 &&
-        std::string_view(argv[1]) == "--write-reference") {  // for the build of the program's package
+    if (argc == 3 && std::string_view(argv[1]) == "--write-reference") {  // used by the build of the package
         return writeReferenceTo(argv[2]);
     }
     ExitCode code = ExitCode::success;
     std::vector<std::string> words = commandLine(argc, argv);
     words.erase(words.begin(), words.begin() + std::min<std::ptrdiff_t>(1, argc));
     try {
-        app_.parse(std::vector<std::string>(words.rbegin(), words.rend()));  // as CLI11 wants them
+        app_.parse(std::vector<std::string>(words.rbegin(), words.rend()));  // CLI11 expects reverse order
         code = runCommand();
     } catch (const CLI::ParseError& fault) {
         code = answer(fault, asksForJson(words));

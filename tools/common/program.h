@@ -12,27 +12,26 @@
 
 namespace tools {
 
-// For an option or argument that names a file or folder; `kind` stands for it in the help.
+// Marks an option or argument that names a file or folder; `kind` represents it in the help.
 CLI::Option* named(CLI::Option* option, const char* kind);
 
-// What a running command works with.
+// The environment of a running command.
 struct Session {
     Console& console;
     bool json;                             // one result object instead of text results
-    JsonWriter& object;                    // that object, for the command's own members; names in English
-    std::vector<std::string> warned = {};  // what its last member tells
+    JsonWriter& object;                    // the result object, for the command's members; names in English
+    std::vector<std::string> warned = {};  // the warnings in its last member
 
-    // Adds one of these members, where there is such an object.
+    // Adds a member, if there is a result object.
     void member(const char* name, const JsonText& value) const {
         if (json) object.member(name, value);
     }
-    // Takes what the user should know of though the command goes on (UTF-8, no full stop). Lives as long as
-    // the session.
+    // Takes warnings that do not stop the command (UTF-8, no full stop). Valid as long as the session.
     std::function<void(const std::string&)> warnings();
 };
 
-// A command-line program of several commands: the options they share (-h, -V, -q, --json), the exit codes and
-// the way failures are reported.
+// A command-line program with several commands: their common options (-h, -V, -q, --json), the exit codes and
+// the error reports.
 class Program {
 public:
     using Body = std::function<void(Session&)>;
@@ -43,9 +42,8 @@ public:
     CLI::App* command(const std::string& name, const std::string& description, const std::string& examples,
                       Body body);
 
-    // Parses, runs the chosen command and gives the exit code. Nothing is thrown.
-    // For the build alone, and so not in the help: "--write-reference FOLDER" writes the manual page and the
-    // completions (reference.h).
+    // Parses, runs the chosen command and returns the exit code. Throws nothing. "--write-reference FOLDER",
+    // for the build only and not in the help, writes the manual page and the completions (reference.h).
     int run(int argc, const char* const* argv);
 
 private:
@@ -65,8 +63,8 @@ private:
     JsonWriter object_;
 };
 
-// A program's main function around its real one: what that throws ends the program with one sentence and an
-// exit code, also when there is no memory left to say it with.
+// Runs a program's main function: whatever it throws ends the program with one sentence and an exit code,
+// even when no memory is left for the sentence.
 int runToTheEnd(const char* name, int (*program)(int argc, char** argv), int argc, char** argv);
 
 }  // namespace tools

@@ -16,7 +16,7 @@ constexpr DWORD systemsOwn = 0;
 constexpr std::uint64_t oneStep = 8192;
 constexpr std::string_view conditionLabel = "Error Condition:  ";
 
-// The system's sentence in a language, 8-bit; empty when it has none.
+// The system's message in a language, 8-bit; empty when there is none.
 std::string systemSentence(DWORD error, DWORD language) {
     char text[512];
     const DWORD length = FormatMessageA(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,

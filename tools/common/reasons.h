@@ -8,15 +8,15 @@
 
 namespace tools {
 
-// Why something failed, in words for a person (UTF-8, no trailing full stop).
+// Reasons of failures, as text for the user (UTF-8, no trailing full stop).
 
-// The system's sentence for a Windows error code, with the code.
+// The system's message for a Windows error code, with the code.
 std::string errorText(DWORD error);
-// What a library has thrown: the error's sentence where it carries one, and its condition.
+// Describes a library's exception: the error's message, if it carries one, and its condition.
 std::string reasonOf(const std::exception& fault);
 
-// Throws Problem(failure) when a folder's disk has no room for even one more step of a copy: the libraries
-// report a copy that failed, but not why.
+// Throws Problem(failure) when a folder's disk lacks the space for one more step of a copy: the libraries
+// report that a copy failed, but not why.
 void blameFullDisk(const Path& folder);
 
 }  // namespace tools

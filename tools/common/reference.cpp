@@ -6,7 +6,7 @@ namespace tools {
 
 namespace {
 
-// "TEXT:{95,98}": a set of choices follows the value's name.
+// "TEXT:{95,98}": a set of choices after the value's name.
 void readValue(const CLI::Option& option, OptionEntry& entry) {
     if (option.get_items_expected_max() == 0) return;
     const std::string type = option.get_type_name();

@@ -6,15 +6,15 @@
 
 namespace tools {
 
-// What a program's manual page and its completions in the shells tell, taken from the table of options that
-// the help is made from. Texts are UTF-8.
+// The contents of a program's manual page and shell completions, taken from the option table behind the help.
+// Texts are UTF-8.
 
 enum class ValueKind { none, text, choice, file, folder };
 
 struct OptionEntry {
-    std::vector<std::string> names;  // "-l", "--list"; of a positional its name alone
-    std::string heading;             // with value and conditions, as the help shows it
-    std::string usage;               // a positional's in a line of usage: "ARCHIVE", "[DIRECTORY]"
+    std::vector<std::string> names;  // "-l", "--list"; for a positional its name
+    std::string heading;             // with value and conditions, as in the help
+    std::string usage;               // a positional in a usage line: "ARCHIVE", "[DIRECTORY]"
     std::string description;
     ValueKind kind = ValueKind::none;
     std::string valueName;             // "FILE"; empty without a value
@@ -32,8 +32,8 @@ struct CommandEntry {
 struct Reference {
     std::string program;
     std::string version;                  // "zar 1.0.0"
-    CommandEntry common;                  // what the program says and takes before a command
-    std::vector<OptionEntry> everywhere;  // those of its options that every command takes, too
+    CommandEntry common;                  // the program's description and its options before a command
+    std::vector<OptionEntry> everywhere;  // its options that every command accepts, too
     std::vector<CommandEntry> commands;
 };
 
@@ -45,8 +45,8 @@ std::string bashCompletion(const Reference& reference);
 std::string zshCompletion(const Reference& reference);
 std::string fishCompletion(const Reference& reference);
 
-// Writes all four into a folder, under the names by which man and the shells find them: zar.1, zar.bash,
-// _zar, zar.fish. Throws std::ios_base::failure.
+// Writes all four into a folder, with the names that man and the shells expect: zar.1, zar.bash, _zar,
+// zar.fish. Throws std::ios_base::failure.
 void writeReference(const Reference& reference, const std::string& folder);
 
 }  // namespace tools

@@ -13,14 +13,14 @@ std::string heading(const Reference& reference, const char* shell) {
     return "# Completion of " + reference.program + " in " + shell + ", made from its table of options.\n";
 }
 
-// A text between single quotes; `escape` stands for a quote within.
+// A text in single quotes; `escape` represents a quote within.
 std::string quoted(const std::string& text, const std::string& escape) {
     std::string result = "'";
     for (const char c : text) result += c == '\'' ? escape : std::string(1, c);
     return result + "'";
 }
 
-// A name that a shell takes for a function.
+// A valid name for a shell function.
 std::string functionName(const Reference& reference) {
     std::string name = "_" + reference.program;
     std::replace(name.begin(), name.end(), '-', '_');
@@ -43,7 +43,7 @@ std::string words(const std::vector<CommandEntry>& commands, const char* separat
 
 // ---- bash
 
-// What is completed, behind which option and in which command.
+// What is completed, after which option and in which command.
 constexpr const char* bashWords = R"(() {
     local current=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD - 1]}
     local command= word words= options= kind=
@@ -100,7 +100,7 @@ void addBashCommand(std::ostringstream& script, const Reference& reference, cons
 
 // ---- zsh
 
-// In a description of zsh's _arguments brackets and colons have a meaning.
+// Brackets and colons are special in descriptions of zsh's _arguments.
 std::string zshText(const std::string& text) {
     std::string result;
     for (const char c : text) {
@@ -128,11 +128,11 @@ std::string zshValue(const OptionEntry& option) {
 
 void addZshOptions(std::ostringstream& script, const Options& options, const std::string& indent) {
     for (const OptionEntry& option : options) {
-        // Each name once a line; the others are not offered after it.
+        // Each name at most once; the others are not offered after it.
         const std::string names = "(" + CLI::detail::join(option.names, " ") + ")";
         for (const std::string& name : option.names) {
             std::string entry = names + name;
-            // "=" and "+": the value may also stand in the same word.
+            // "=" and "+": the value may be part of the same word.
             if (option.kind != ValueKind::none) entry += name.starts_with("--") ? "=" : "+";
             entry += "[" + zshText(option.description) + "]";
             entry += zshValue(option);
@@ -159,7 +159,7 @@ std::string fishText(const std::string& text) {
     return quoted(text, "\\'");
 }
 
-// Options of the program are offered with its commands, too.
+// Options of the program are also offered with its commands.
 bool isCommon(const Reference& reference, const OptionEntry& option) {
     const Options& common = reference.common.options;
     return std::any_of(common.begin(), common.end(),

@@ -8,7 +8,7 @@ namespace tools {
 
 namespace {
 
-// Text as the formatter prints it as it is: its own signs escaped, hyphens those of ASCII.
+// Text that the formatter prints unchanged: special characters escaped, hyphens as ASCII.
 std::string plain(const std::string& text) {
     std::string escaped;
     for (const char c : text) {
@@ -25,7 +25,7 @@ std::string plain(const std::string& text) {
     return escaped;
 }
 
-// "Packs files." as a manual's name line has it: "packs files".
+// "Packs files." in the form of a manual's name line: "packs files".
 std::string asPhrase(std::string sentence) {
     sentence[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(sentence[0])));
     if (sentence.ends_with('.')) sentence.pop_back();

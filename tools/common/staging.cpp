@@ -12,14 +12,14 @@ using host_files::Kind;
 
 namespace {
 
-// A target has many spellings, and what lies in it one name.
+// A target can be spelt in many ways; this name is always the same.
 constexpr const char* folderLike = "unpacked";
 
 Path folderOf(const Path& file) {
     return file.parent().empty() ? Path(".") : file.parent();
 }
 
-// What `work` gives; a failure of the host becomes a problem that says what could not be done.
+// The result of `work`; a host failure becomes a problem that says what could not be done.
 template <class Work>
 auto orProblem(const std::string& what, Work work) {
     try {
@@ -29,7 +29,7 @@ auto orProblem(const std::string& what, Work work) {
     }
 }
 
-// Where a file that is to be written really is: behind a link, and nothing but a file.
+// The file to write: follows links; anything but a file is refused.
 Path placeOf(const Path& target) {
     const Kind kind = host_files::kindOf(target);
     if (kind != Kind::file && kind != Kind::missing) {
@@ -38,7 +38,7 @@ Path placeOf(const Path& target) {
     return orProblem("cannot write " + target.string(), [&] { return host_files::behindLink(target); });
 }
 
-// A new hidden entry; what killed runs have left under such names goes.
+// A new hidden entry; removes what killed runs have left under such names.
 HiddenEntry hiddenEntry(const Path& folder, const std::string& like, Kind kind, const std::string& what) {
     host_files::removeAbandoned(folder, like, kind);
     return orProblem(what, [&] { return HiddenEntry(folder, like, kind); });
@@ -62,7 +62,7 @@ Problem mountedAt(const Path& place) {
             place.string() + " is a mount point, across which nothing can be moved; nothing was changed"};
 }
 
-// Only a file takes a file's place, and only folders are merged; better told before the first one is moved.
+// A file may only replace a file, and a folder only be merged with one; checked before anything is moved.
 void refuseConflicts(const Folder& from, const Folder& to) {
     for (const auto& [name, kind] : from.entries()) {
         const Kind there = to.kindOf(name);
@@ -104,7 +104,7 @@ void StagedFile::commit() {
     orProblem("cannot replace " + target_.string(), [&] { staged_.moveTo(target_); });
 }
 
-// The object exists for its destructor before the first folder is made.
+// Delegates so that the destructor runs even if creating a folder throws.
 NewFolders::NewFolders(const Path& folder) : NewFolders() {
     make(folder);
 }
@@ -118,8 +118,8 @@ void NewFolders::make(const Path& folder) {
     if (isThere()) return;
     const Path above = folder.parent();
     if (!above.empty() && !(above == folder)) make(above);
-    if (isThere()) return;    // named with a separator at its end
-    made_.push_back(folder);  // removing one that could not be made does nothing
+    if (isThere()) return;    // the name has a trailing separator
+    made_.push_back(folder);  // removing one that was not created does nothing
     host_files::makeFolder(folder);
 }
 

@@ -5,13 +5,13 @@
 
 namespace tools {
 
-// A file that is written beside its target under a hidden name and takes the target's place when it is whole.
-// Whatever happens before commit() leaves the target as it was.
+// A file that is written beside its target under a hidden name and replaces the target when complete.
+// Whatever happens before commit(), the target remains unchanged.
 class StagedFile {
 public:
-    // Makes an empty file beside the target, or beside what it is a link to, and removes what killed runs
-    // have left there for the same target. Throws Problem: refused for what is there and is not a file,
-    // failure when the folder does not take it.
+    // Creates an empty file beside the target, or beside the file that it links to, and removes what killed
+    // runs have left there for the same target. Throws Problem: refused when the target exists and is not a
+    // file, failure when the file cannot be created.
     explicit StagedFile(const Path& target);
     // Removes what was not committed.
     ~StagedFile() = default;
@@ -20,7 +20,7 @@ public:
 
     const Path& path() const { return staged_.path(); }
     const Path& target() const { return target_; }
-    // Puts the contents on the medium, then renames. Throws Problem; the target is then still the old one.
+    // Flushes the file to the medium, then renames it. Throws Problem, with the target unchanged.
     void commit();
 
 private:
@@ -28,8 +28,8 @@ private:
     host_files::HiddenEntry staged_;
 };
 
-// A folder, made with those above it that are missing. What was made goes again at the end where it is empty,
-// unless it is kept.
+// A folder, created with its missing parents. Unless kept, the created folders are removed at the end if they
+// are empty.
 class NewFolders {
 public:
     // Throws HostError.
@@ -46,26 +46,25 @@ private:
     std::vector<Path> made_;  // outermost first
 };
 
-// A folder inside the target folder in which files are made and from which whole ones are moved to their
-// places.
+// A folder inside the target folder in which files are created and from which complete ones are moved to
+// their final locations.
 class StagedFolder {
 public:
-    // Makes the target folder when it is missing, and removes what killed runs have left in it. Throws
-    // Problem.
+    // Creates the target folder if missing, and removes what killed runs have left in it. Throws Problem.
     explicit StagedFolder(const Path& target);
-    // Removes what was not moved and, without a commit, the folders that were made for it.
+    // Removes what was not moved and, without a commit, the folders that were created for it.
     ~StagedFolder() = default;
     StagedFolder(const StagedFolder&) = delete;
     StagedFolder& operator=(const StagedFolder&) = delete;
 
     const Path& path() const { return staged_.path(); }
-    // How many files are staged below one of its folders ("." is itself).
+    // The number of files staged below one of its folders ("." is itself).
     std::size_t files(const std::string& below) const;
-    // Puts everything on the medium, then moves what is below one of its folders to its place below
-    // the target, replacing files, merging folders, following no link. Throws Problem before anything is
-    // moved when something is in the way (refused for a link and a mount point, failure for a file or folder
-    // that is needed as the other), and otherwise one that names the first entry that could not be moved; the
-    // entries before it are in place, each whole.
+    // Flushes everything to the medium, then moves what is below one of its folders to the same location
+    // below the target, replacing files, merging folders, following no links. Throws Problem before anything
+    // is moved when something is in the way (refused for a link and a mount point, failure for a file where a
+    // folder is needed and vice versa), and otherwise one that names the first entry that could not be moved;
+    // the entries before it are in place, each complete.
     void commit(const std::string& below);
 
 private:

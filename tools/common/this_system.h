@@ -3,38 +3,38 @@
 #include <string_view>
 #include <vector>
 
-// What the programs ask of the system they run on beyond Windows' calls and files. One source for each
-// platform implements it.
+// Services of the system that the programs need beyond Windows' calls and files. One source for each
+// platform.
 
 namespace tools {
 
-// The words of the command line, UTF-8; the first is the program's own name.
+// The command-line arguments, UTF-8; the first is the program's name.
 std::vector<std::string> commandLine(int argc, const char* const* argv);
 
-// A standard stream that is closed would lend its place to the next file that is opened, and texts would go
-// there. Nothing can be written to what takes the place of standard output, so that the loss is noticed.
+// The descriptor of a closed standard stream would be reused by the next opened file, which would receive its
+// texts. Whatever replaces standard output is not writable, so that the loss is noticed.
 void fillStandardStreams();
 
-// Says that no other program uses this program's files meanwhile.
+// Selects exclusive mode: no other program uses this program's files meanwhile.
 void workAlone();
 
-// Standard error as a person sees it.
+// Standard error as a terminal.
 namespace terminal {
 
-// Whether it can draw a line anew.
+// Whether it can redraw a line.
 bool drawsLines();
 bool showsColours();
-// Columns of a line that can be written without starting the next.
+// Columns that can be written without starting the next line.
 std::size_t width();
-// Writes a line (UTF-8, not longer than width()) over the one before, or removes it.
+// Writes a line (UTF-8, not longer than width()) over the previous one, or removes it.
 void redraw(std::string_view line);
 void clear();
-// Whether there is someone to ask.
+// Whether a user can be asked.
 bool canAsk();
 
 }  // namespace terminal
 
-// A text (UTF-8) in the form in which standard output or standard error takes it.
+// A text (UTF-8) in the encoding of standard output or standard error.
 enum class Stream { out, err };
 std::string encoded(Stream stream, std::string_view text);
 

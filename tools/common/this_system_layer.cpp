@@ -1,4 +1,4 @@
-// A POSIX system whose Windows is played by the layer.
+// A POSIX system under the Windows layer.
 #include "tools/common/this_system.h"
 
 #include <fcntl.h>
@@ -42,7 +42,7 @@ fs::path physicalPath(const Path& host) {
     return physical;
 }
 
-// Whether the libraries find that file of the host by a Windows path, and no other one.
+// Whether the libraries find that file of the host, and no other, by a Windows path.
 bool leadsTo(const std::string& path, const fs::path& physical) {
     std::error_code ignored;
     try {
@@ -62,7 +62,7 @@ std::string pathTo(const fs::path& physical) {
     }
 }
 
-// Names the first folder on the way that stands in it.
+// Names the first folder on the path that no Windows path can reach.
 Problem unreachable(const fs::path& physical) {
     fs::path obstacle;
     for (const fs::path& name : physical) {
@@ -89,7 +89,7 @@ void requireWindowsPath(const Path& host) {
         physicalPath(host.parent().empty() ? "." : host.parent()) / host.filename().string();
     try {
         const winlayer::Drives& drives = winlayer::Machine::current().drives;
-        (void)drives.toHost(drives.fromHost(place));  // there is none to a device's name
+        (void)drives.toHost(drives.fromHost(place));  // a device's name has none
     } catch (const std::invalid_argument&) {
         throw unreachable(place);
     }

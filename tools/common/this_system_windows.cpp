@@ -28,7 +28,7 @@ std::size_t columns() {
     return known ? static_cast<std::size_t>(facts.dwSize.X) : 80;
 }
 
-// Characters of a UTF-8 text.
+// The number of characters of a UTF-8 text.
 std::size_t length(std::string_view text) {
     std::size_t count = 0;
     for (const char byte : text) count += (static_cast<unsigned char>(byte) & 0xC0) != 0x80;
@@ -43,10 +43,10 @@ std::vector<std::string> commandLine(int argc, const char* const* argv) {
     return words;
 }
 
-// A closed stream has a handle of its own kind here, which no file is given.
+// A closed stream has a special handle here, which no file is given.
 void fillStandardStreams() {}
 
-// Windows caches for every program.
+// Windows' cache is shared by all programs.
 void workAlone() {}
 
 std::string windowsPath(const Path& host) {
@@ -77,7 +77,7 @@ bool drawsLines() {
     return isConsole(standard(Stream::err));
 }
 
-// Consoles of older Windows know no control sequences.
+// Consoles of older Windows have no control sequences.
 bool showsColours() {
     return false;
 }
@@ -103,7 +103,7 @@ bool canAsk() {
 
 }  // namespace terminal
 
-// A console has a code page of its own; a file and a pipe get what they get on every platform.
+// A console has its own code page; files and pipes get the same bytes on every platform.
 std::string encoded(Stream stream, std::string_view text) {
     if (!isConsole(standard(stream))) return std::string(text);
     return converted(text, CP_UTF8, GetConsoleOutputCP());
