@@ -34,7 +34,7 @@ struct FormatOptions {
     bool yes = false;
 };
 
-// Each does one command and throws Problem when it fails.
+// Each runs one command and throws Problem on failure.
 void make(const MakeOptions& options, Session& session);
 void check(const CheckOptions& options, Session& session);
 

@@ -9,7 +9,7 @@ namespace tools::emergency_disk {
 
 namespace {
 
-// Three steps before the fourteen files and one for each; the sequence itself jumps to the end.
+// Three steps, then one for each of the fourteen files; the sequence itself jumps to the end.
 constexpr int steps = 3 + 14;
 
 std::string trimmed(const char* text) {

@@ -4,7 +4,7 @@
 
 namespace tools::emergency_disk {
 
-// The library's disk maker with a console for a user interface.
+// The library's disk maker with a console as its user interface.
 class DiskMaker : public MakeZARDisks {
 public:
     explicit DiskMaker(Console& console) : console_(console) {}
@@ -17,7 +17,7 @@ public:
 
     // Whether the sequence has shown an error.
     bool hasFailed() const { return failed_; }
-    // How many status lines it has shown.
+    // The number of status lines it has shown.
     int statusLines() const { return statusLines_; }
 
 private:

@@ -17,7 +17,7 @@ Problem invalid(const Path& archive, const std::string& what) {
     return {ExitCode::invalidArchive, archive.string() + ": " + what};
 }
 
-// The first record of that name, which is the one that the extractor takes.
+// The first record with that name, which the extractor takes.
 const ::zar::Entry& find(const Path& archive, const ArchiveContents& contents, const std::string& name) {
     const auto found = std::find_if(contents.records.begin(), contents.records.end(),
                                     [&](const ::zar::Entry& record) { return record.name == name; });
@@ -25,7 +25,8 @@ const ::zar::Entry& find(const Path& archive, const ArchiveContents& contents, c
     return *found;
 }
 
-// Names that Windows takes for one: the extractor asks for a file by its name and stops at the first.
+// Warns of names that are the same to Windows: the extractor stops at the first file with the name it is
+// given.
 void warnOfNamesakes(const Path& archive, const ArchiveContents& contents, const std::string& name,
                      const Warn& warn) {
     const auto count =
@@ -44,7 +45,7 @@ void checkLoader(const Path& archive, const PlannedFile& loader) {
     }
 }
 
-// Before any contents are read, so that an archive of any size is refused at once.
+// Called before any contents are read, so that an archive of any size is refused at once.
 void checkSpace(const Path& archive, const std::vector<const ::zar::Entry*>& records) {
     std::uint64_t clusters = 0;
     for (const ::zar::Entry* record : records) {

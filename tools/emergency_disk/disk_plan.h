@@ -9,7 +9,7 @@
 
 namespace tools::emergency_disk {
 
-// What belongs on a diskette: the fourteen files with their contents and attributes, in the order of writing.
+// The contents of a diskette: the fourteen files with their data and attributes, in the order of writing.
 struct PlannedFile {
     std::string name;
     DWORD attributes;
@@ -19,10 +19,10 @@ using DiskPlan = std::vector<PlannedFile>;
 
 inline constexpr const char* loaderName = "QZLOADER.BIN";
 
-// Reads an archive and checks that a diskette can be made from it: every record is sound, every file of the
-// diskette is there and none is empty, everything fits, and the boot code will accept the loader.
-// Warns when the archive holds a file more than once. Throws Problem: failure (not readable), invalidArchive
-// or doesNotFit.
+// Reads an archive and checks that a diskette can be made from it: all records are sound, all files of the
+// diskette exist and are not empty, everything fits, and the boot code will accept the loader. Warns when the
+// archive contains a file more than once. Throws Problem: failure (not readable), invalidArchive or
+// doesNotFit.
 DiskPlan readPlan(const Path& archive, const Warn& warn = {});
 
 }  // namespace tools::emergency_disk

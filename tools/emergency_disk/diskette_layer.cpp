@@ -1,4 +1,4 @@
-// Diskettes behind the layer's drive A:, images and block devices.
+// Diskettes in the layer's drive A:, images and block devices.
 #include "tools/emergency_disk/diskette.h"
 
 #include <fcntl.h>
@@ -32,7 +32,7 @@ namespace {
 
 constexpr std::size_t imageBytes = std::size_t{winlayer::sectors1440} * winlayer::sectorSize;
 
-// Whom the permissions of a file let do something.
+// Who has access by the permissions of a file.
 std::string whoMay(const Path& file, mode_t asUser, mode_t inGroup) {
     std::string who = "only root";
     struct stat facts {};
@@ -56,7 +56,7 @@ Problem mayNotWrite(const Path& file) {
             "no permission to write to " + file.string() + ": " + whoMay(file, S_IWUSR, S_IWGRP)};
 }
 
-// Whether it is the permissions that keep this user from it, and not everyone.
+// Whether the permissions exclude this user in particular, rather than everyone.
 bool isKeptFromWriting(const Path& file) {
     constexpr mode_t byAnyone = S_IWUSR | S_IWGRP | S_IWOTH;
     struct stat facts {};
@@ -84,7 +84,7 @@ Problem openProblem(const Target& target, DWORD error) {
     }
 }
 
-// Null when there is nothing by that name.
+// Null when the target does not exist.
 std::unique_ptr<SectorStore> openIfThere(const Target& target) {
     const Kind kind = target.isDevice() ? Kind::missing : host_files::kindOf(target.image);
     if (kind == Kind::folder || kind == Kind::other) {
@@ -110,7 +110,7 @@ std::unique_ptr<SectorStore> openTarget(const Target& target) {
     return store;
 }
 
-// What an image needs of the folder that it lies in, where a new one is made beside it.
+// Checks the folder of an image, where the new one is created beside it.
 void requireRoomBeside(const Path& image) {
     const Path file = host_files::behindLink(image);
     const Path folder = file.parent().empty() ? Path(".") : file.parent();
@@ -133,8 +133,8 @@ void requireRoomBeside(const Path& image) {
     }
 }
 
-// Gives an image file its size and its room on the host's disk, so that a full disk is not taken for a bad
-// sector.
+// Gives an image file its full size on the host's disk in advance, so that a full disk is not mistaken for a
+// bad sector.
 void reserve(const Path& file, const Path& target) {
     const int opened = open(file.c_str(), O_RDWR | O_CLOEXEC);
     int error = opened < 0 ? errno : 0;
@@ -182,7 +182,7 @@ std::string simulationNames() {
     return names;
 }
 
-// Why --simulate does not take a name; empty when it does.
+// Why --simulate rejects a name; empty when it is valid.
 std::string unknownSimulation(const std::string& name) {
     winlayer::DisketteState ignored;
     if (winlayer::parseState(name, ignored)) return {};
@@ -244,11 +244,11 @@ private:
     std::shared_ptr<DisketteDrive> drive_;
 };
 
-// An image is built beside its place, beginning with what the old one or a blank one holds, and put there by
-// commit(); a device is worked on itself.
+// An image is built beside its target, starting with the contents of the old or a blank one, and moved there
+// by commit(); a device is written directly.
 class LayerDiskette : public Diskette {
 public:
-    // A missing drive is a problem; a missing image is one that is yet to be made.
+    // A missing drive is a problem; a missing image will be created.
     LayerDiskette(const Target& target, const winlayer::DisketteState& state) : target_(target) {
         auto medium = target.isDevice() ? openTarget(target) : openIfThere(target);
         exists_ = medium != nullptr;
@@ -336,7 +336,7 @@ private:
     winlayer::ScopedMachine machine_;
 };
 
-// Asks before an image is written over. What is no diskette image at all is never replaced.
+// Asks before an image is overwritten. A file that is not a diskette image is never replaced.
 void confirmReplacing(const FormatOptions& options, Console& console) {
     const Target target{options.image, {}};
     const auto image = openIfThere(target);
@@ -371,7 +371,7 @@ std::string storedLabel(const std::string& label) {
     winlayer::RawName stored;
     if (label.size() > stored.size() || !winlayer::parseLabel(label, stored)) return {};
     const std::string text = winlayer::labelText(stored);
-    return text.size() == label.size() ? text : "";  // blanks at the end would be lost
+    return text.size() == label.size() ? text : "";  // trailing blanks would be lost
 }
 
 std::unique_ptr<DisketteView> openForReading(const Target& target) {

@@ -24,7 +24,7 @@ constexpr const char* layerOnly =
     "this is an option of the layer that plays Windows and its diskettes on other systems; here a real drive "
     "is used, as in --device A:";
 
-// No box of Windows that asks for a diskette, as long as the object lives.
+// Suppresses Windows' message boxes that ask for a diskette, during its lifetime.
 class NoBoxes {
 public:
     NoBoxes() : before_(SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX)) {}
@@ -36,15 +36,15 @@ private:
     UINT before_;
 };
 
-// MS-DOS, which reads sectors where there is no NT, counts the same reasons from 0 that Windows counts from
-// ERROR_WRITE_PROTECT. Where a diskette should be formatted it knows only that it does not know the medium.
+// MS-DOS, which reads the sectors on Windows other than NT, numbers from 0 the errors that Windows numbers
+// from ERROR_WRITE_PROTECT. For an unformatted diskette it only reports an unknown medium.
 DWORD fromDos(DWORD error) {
     constexpr BYTE unknownMedium = 7;
     const BYTE reason = LOBYTE(error);
     return reason == unknownMedium ? ERROR_UNRECOGNIZED_MEDIA : ERROR_WRITE_PROTECT + reason;
 }
 
-// What the work throws as a file or device failure becomes its error code.
+// Returns a file or device failure that `work` throws as its error code.
 template <class Work>
 DWORD errorOf(Work work) {
     try {
@@ -60,7 +60,7 @@ unsigned field(const std::array<unsigned char, boot_sector::size>& sector, std::
     return sector[at] | sector[at + 1] << 8;
 }
 
-// A drive with a letter: its files by Windows, its sectors by the way to them that this Windows has.
+// A drive letter: files through Windows, sectors by the access that this Windows version offers.
 class DriveView : public DisketteView {
 public:
     explicit DriveView(char letter) : letter_(letter) {}
@@ -69,8 +69,8 @@ public:
     std::string name() const { return {letter_, ':'}; }
     std::string root() const { return name() + '\\'; }
 
-    // A volume that nobody else uses is taken off, so that Windows reads it anew; what else can be done is to
-    // forget what this program has opened.
+    // Dismounts a volume that is not otherwise in use, so that Windows reads it again; beyond that only this
+    // program's own cache can be dropped.
     DWORD settle() override {
         const NoBoxes quiet;
         device_.CloseQuietly();
@@ -139,7 +139,7 @@ public:
         });
     }
 
-    // The number of sectors of the medium; 0 where this Windows does not tell.
+    // The number of sectors of the medium; 0 where this Windows version does not report it.
     DWORD sectors(DWORD& count) {
         const NoBoxes quiet;
         count = 0;
@@ -154,7 +154,7 @@ public:
         return error;
     }
 
-    // ERROR_WRITE_PROTECT for a protected diskette. Only NT tells without a write.
+    // ERROR_WRITE_PROTECT for a protected diskette. Only NT reports that without a write.
     DWORD writable() {
         if (!isNT()) return NO_ERROR;
         const NoBoxes quiet;
@@ -192,8 +192,8 @@ Problem driveProblem(const DriveView& drive, DWORD error) {
     return {cause.code(), drive.name() + " cannot be read: " + cause.what()};
 }
 
-// The library would look for the driver of Windows 95. The program has started itself again by then, as it
-// does on such a Windows; here that did not help.
+// The library would look for Windows 95's driver. The program has already restarted itself on such a version,
+// without success.
 void refuseUnknownWindows() {
     if (newwindows::runsOnKnownWindows()) return;
     throw Problem(
@@ -203,8 +203,8 @@ void refuseUnknownWindows() {
         "start it again; where that does not help, use a computer with Windows 98 to XP");
 }
 
-// On Windows 95/98/Me, which tells a medium's size only after a look at the drive's type, the diskette drives
-// are A: and B:.
+// Windows 95/98/Me reports a medium's size only after its drive type has been queried; there the diskette
+// drives are A: and B:.
 void refuseOtherDrives(DriveView& drive) {
     refuseUnknownWindows();
     const UINT type = GetDriveTypeA(drive.root().c_str());
@@ -228,7 +228,7 @@ public:
 
     bool exists() const override { return true; }
 
-    // Where Windows does not tell of a protected diskette, the first change fails and nothing is lost.
+    // Where Windows does not report write protection, the first change fails and nothing is lost.
     void requireWritable() override {
         std::string label;
         std::string system;
@@ -240,7 +240,7 @@ public:
 
     void prepare() override {}
 
-    // Windows does not let programs write to sectors everywhere, so a file shows whether it can be written.
+    // Not every Windows version lets programs write sectors, so a file is written as a test.
     Problem diagnose() override {
         const DWORD error = errorOf([&] {
             const NoBoxes quiet;
@@ -283,7 +283,7 @@ bool isControl(char letter) {
     return static_cast<unsigned char>(letter) < ' ';
 }
 
-// An option that is known, not shown, and refused.
+// A known option that is hidden and refused.
 void refuse(CLI::App& command, const std::string& name) {
     command
         .add_option_function<std::string>(
@@ -293,8 +293,8 @@ void refuse(CLI::App& command, const std::string& name) {
 
 }  // namespace
 
-// Windows' own upper case, and no character that the code page of diskettes lacks: Windows would refuse the
-// label only when the diskette has been erased.
+// Windows' upper case, without characters that the code page of diskettes lacks: Windows would refuse the
+// label only after erasing the diskette.
 std::string storedLabel(const std::string& label) {
     if (label.find_first_of("\"*+,./:;<=>?[\\]|") != std::string::npos || label.front() == ' ' ||
         label.back() == ' ' || std::any_of(label.begin(), label.end(), isControl)) {
@@ -335,7 +335,7 @@ void addLayerOptions(CLI::App& command, MakeOptions&) {
     refuse(command, "--simulate");
 }
 
-// Kept as a command, so that whoever expects it learns what to do instead.
+// Kept as a command that explains what to do instead.
 void addFormat(Program& program, FormatOptions& options) {
     CLI::App* command = program.command(
         "format", "Not on Windows, which formats diskettes itself", "  format a:\n", [](Session&) {

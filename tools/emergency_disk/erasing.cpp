@@ -14,12 +14,12 @@ namespace tools::emergency_disk {
 namespace {
 
 struct Entry {
-    std::string name;  // whole
+    std::string name;  // full path
     bool isDirectory;
     bool isReadOnly;
 };
 
-// What is in a directory but itself and the one above; ends at a failure with its error code.
+// The entries of a directory except "." and ".."; stops at a failure with its error code.
 std::vector<Entry> entriesOf(const std::string& directory, DWORD& error) {
     const std::string path = directory.back() == '\\' ? directory : directory + '\\';
     std::vector<Entry> entries;
@@ -41,7 +41,7 @@ void refuse(const std::string& name, const std::string& why) {
     throw Problem(ExitCode::refused, utf8(name) + " cannot be deleted: " + why);
 }
 
-// The attribute guards a directory; of a file it is taken off before.
+// The read-only attribute protects a directory; of a file it is removed first.
 void requireDeletable(const Entry& entry) {
     if (GetFileAttributesA(entry.name.c_str()) == INVALID_FILE_ATTRIBUTES) {
         refuse(entry.name, errorText(GetLastError()));
@@ -51,7 +51,7 @@ void requireDeletable(const Entry& entry) {
     requireErasable(entry.name);
 }
 
-// The error code with which deleting fails.
+// Tries to delete again. The error code.
 DWORD deleteAgain(const Entry& entry) {
     const char* name = entry.name.c_str();
     const bool deleted = entry.isDirectory

@@ -3,12 +3,12 @@
 
 namespace tools::emergency_disk {
 
-// What can be told of deleting everything below a directory ("A:\"), before and after.
+// Checks around deleting everything below a directory ("A:\"), before and after.
 
-// Throws Problem(refused) that names the first entry for which it would fail.
+// Throws Problem(refused) that names the first entry that could not be deleted.
 void requireErasable(const std::string& directory);
 
-// When it has stopped: the entry at which it did, with the reason; empty when nothing is left.
+// After a failure: the entry at which it stopped, with the reason; empty when nothing is left.
 std::string erasingStoppedAt(const std::string& directory);
 
 }  // namespace tools::emergency_disk

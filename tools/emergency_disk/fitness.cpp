@@ -19,8 +19,8 @@ constexpr DWORD sectorSize = boot_sector::size;
 constexpr DWORD entrySize = 32;
 constexpr DWORD freeMark = 0;
 constexpr DWORD badMark = 0xFF7;
-// Of this program alone, for what it has freed: no link has so many bits. A directory is open as long as its
-// entries are not all deleted.
+// Marks used only by this program for freed clusters; no link has so many bits. A directory is open until all
+// its entries are deleted.
 constexpr DWORD released = 0x1000;
 constexpr DWORD ofOpenDirectory = 0x1001;
 
@@ -34,7 +34,7 @@ DWORD sectorOf(DWORD cluster) {
     return boot_sector::dataStart + cluster - firstCluster;
 }
 
-// When a transfer of several sectors fails, the one at fault is looked for.
+// When a transfer of several sectors fails, reads one by one to find the bad sector.
 Bytes read(DisketteView& diskette, DWORD first, DWORD count) {
     Bytes bytes(std::size_t{count} * sectorSize);
     const auto all = std::as_writable_bytes(std::span(bytes));
@@ -48,7 +48,7 @@ Bytes read(DisketteView& diskette, DWORD first, DWORD count) {
     return bytes;
 }
 
-// The file allocation table, changed in memory alone.
+// The file allocation table, modified in memory only.
 class Clusters {
 public:
     explicit Clusters(const Bytes& fat) : links_(clusterEnd) {
@@ -60,10 +60,10 @@ public:
 
     struct Chain {
         std::vector<DWORD> clusters;
-        DWORD end;  // where its last link leads
+        DWORD end;  // where its last link points
     };
 
-    // Frees a chain as far as it is one, which may be damaged in any way.
+    // Frees a chain as far as it is valid; it may be damaged in any way. `mark`: what its clusters become.
     Chain release(DWORD first, DWORD mark) {
         Chain chain{{}, first};
         while (chain.end >= firstCluster && chain.end < clusterEnd && !isFree(chain.end)) {
@@ -78,8 +78,8 @@ public:
 
     bool isBad(DWORD cluster) const { return links_[cluster] == badMark; }
     bool isFree(DWORD cluster) const { return links_[cluster] == freeMark || links_[cluster] >= released; }
-    // Whether a directory's entries are lost to such a chain: those of an open one, or its own, which went
-    // with another entry.
+    // Whether such a chain shares clusters with an open directory, or is a directory's and shares clusters that
+    // another entry has freed: entries would be lost.
     bool losesDirectory(const Chain& chain, DWORD mark) const {
         const DWORD other = chain.end < clusterEnd ? links_[chain.end] : freeMark;
         return other == ofOpenDirectory || (other == released && mark == ofOpenDirectory);
@@ -99,7 +99,7 @@ private:
     std::vector<DWORD> links_;
 };
 
-// What is not ASCII, and so of a code page, reads as "?".
+// Characters outside ASCII depend on the code page and become "?".
 std::string nameOf(const unsigned char* entry) {
     std::string name(entry, entry + boot_sector::directoryNameSize);
     for (char& letter : name) {
@@ -118,12 +118,12 @@ std::string nameOf(const unsigned char* entry) {
                                          nameOf(entry) + " belongs to another entry, too");
 }
 
-// Frees what the entries of a directory hold. Result: the entries that deleting leaves behind: labels, and
-// parts of long names that belong to no file.
+// Frees the clusters of a directory's entries. Result: the number of entries that deleting leaves behind:
+// labels, and parts of long names without a file.
 std::size_t eraseDirectory(DisketteView& diskette, Clusters& clusters, const Bytes& directory, bool isRoot) {
     constexpr DWORD labelBit = 0x08;
     std::size_t kept = 0;
-    std::size_t longName = 0;  // parts of one, before the file that it belongs to
+    std::size_t longName = 0;  // parts of one, waiting for their file
     for (std::size_t at = 0; at < directory.size() && directory[at] != 0; at += entrySize) {
         const DWORD attributes = directory[at + 11];
         const bool deleted = directory[at] == 0xE5;
@@ -198,7 +198,7 @@ void requireRoom(const DiskPlan& plan, const Clusters& clusters, std::size_t kep
     }
 }
 
-// `places` are the free clusters, in the order in which the files take them.
+// `places` are the free clusters, in the order in which the files use them.
 void requireLoadersRun(const DiskPlan& plan, const Clusters& clusters, std::span<const DWORD> places) {
     const auto loader = std::find_if(plan.begin(), plan.end(),
                                      [](const PlannedFile& file) { return file.name == loaderName; });

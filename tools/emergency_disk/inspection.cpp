@@ -15,7 +15,7 @@ namespace {
 constexpr DWORD attributeBits =
     FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM | FILE_ATTRIBUTE_ARCHIVE;
 
-// A failed transfer is told apart from contents that differ.
+// A failed transfer is distinguished from contents that differ.
 ExitCode faultCode(DWORD error) {
     const ExitCode code = codeOf(error, ExitCode::verificationFailed);
     return code == ExitCode::refused ? ExitCode::verificationFailed : code;
@@ -44,8 +44,8 @@ bool hasOwnBootCode(const Inspection& inspection) {
                        [](const Check& check) { return check.name == "boot-code" && check.passed; });
 }
 
-// What is to be said when there is no volume to look into. A diskette that was never an emergency diskette
-// has nothing in its boot sector that would be worth a word.
+// Reports why there is no volume to inspect. The boot sector of a diskette that never was an emergency
+// diskette is not described.
 void checkVolume(DWORD error, Inspection& inspection) {
     if (codeOf(error, ExitCode::failure) != ExitCode::refused) {
         inspection.checks.push_back(unreadable("volume", "The volume cannot be read", error));

@@ -7,12 +7,12 @@
 
 namespace tools::emergency_disk {
 
-// One thing that was looked at on a diskette.
+// One check of a diskette.
 struct Check {
     std::string name;  // short and fixed, for --json
     bool passed;
     std::string sentence;  // plain English
-    // How a program ends when this is the check that failed.
+    // The exit code when this is the check that failed.
     ExitCode code = ExitCode::verificationFailed;
 };
 
@@ -21,19 +21,19 @@ struct Inspection {
     bool boots = false;  // the boot code would start the loader
 
     bool passed() const;
-    // The check that failed, of several the first that tells of the medium; null when all passed.
+    // The failed check; of several, the first about the medium. Null when all passed.
     const Check* fault() const;
 };
 
-// What a finished diskette is compared with.
+// The expected contents of a finished diskette.
 struct Expectation {
     const DiskPlan* plan = nullptr;      // null: only the names are known
-    const std::string* label = nullptr;  // null: any label will do; ANSI
+    const std::string* label = nullptr;  // null: any label; ANSI
 };
 
-// Looks at a diskette: whether it starts, whether its two FATs agree, its label, and each of the
-// fourteen files with its attributes and, given a plan, its contents. Everything is read from the medium. A
-// diskette that is not formatted fails one check, which says so.
+// Inspects a diskette: whether it boots, whether its two FATs agree, its label, and each of the fourteen
+// files with its attributes and, given a plan, its contents. Everything is read from the medium. An
+// unformatted diskette fails a single check that says so.
 Inspection inspect(DisketteView& diskette, const Expectation& expected);
 
 }  // namespace tools::emergency_disk

@@ -26,7 +26,7 @@ std::string checkedLabel(const std::string& text) {
     return stored;
 }
 
-// What would be lost is the user's, who must agree.
+// The user must agree to lose the data on the diskette.
 void confirm(const MakeOptions& options, Diskette& diskette, Console& console) {
     if (!diskette.exists() || options.yes) return;
     std::string label;
@@ -49,7 +49,7 @@ void setUp(DiskMaker& maker, const MakeOptions& options, const std::string& labe
         maker.AddDiskFile(UTILS::UtilsString(file.name), static_cast<int>(file.attributes));
 }
 
-// The maker takes the first drive that it finds, which must be the one that the user means.
+// The maker takes the first drive that it finds, which must be the user's choice.
 void findDrive(DiskMaker& maker, const Diskette& diskette) {
     if (maker.FindFloppyDrive() != 1) {
         throw Problem(ExitCode::unsuitableDrive, "this is no drive in which Windows takes 1.44 MB diskettes");
@@ -62,7 +62,7 @@ void findDrive(DiskMaker& maker, const Diskette& diskette) {
 
 constexpr const char* formatHint = " (emergency-disk format makes a blank diskette of it)";
 
-// Everything that can be known before anything is changed; a dry run ends after it. Until then an interrupt
+// All checks that are possible before anything is changed; a dry run ends after them. Until then an interrupt
 // may end the program at once.
 void checkEverything(const MakeOptions& options, const DiskPlan& plan, Diskette& diskette, DiskMaker& maker,
                      Console& console) {
@@ -87,7 +87,7 @@ Problem causeOfFailure(Diskette& diskette, bool whileErasing) {
     return entry.empty() ? cause : Problem(ExitCode::failure, entry);
 }
 
-// Erasing is the one step that shows no status line.
+// Erasing is the only step without a status line.
 void runMaker(const MakeOptions& options, DiskMaker& maker, Diskette& diskette,
               const Cancellation& cancellation) {
     const Cancellation::Scope scope(cancellation, [&maker] { maker.SendCancelCommand(); });

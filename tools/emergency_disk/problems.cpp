@@ -24,7 +24,7 @@ std::string sentence(DWORD error, ExitCode code, std::optional<DWORD> sector) {
 
 }  // namespace
 
-// The name of a drive of Windows ends in a colon itself.
+// The name of a Windows drive already ends in a colon.
 std::string about(const Target& target, const std::string& text) {
     const std::string& name = target.path().string();
     return name + (name.ends_with(':') ? " " : ": ") + text;

@@ -25,7 +25,7 @@ struct TestOptions {
     Path archive;
 };
 
-// Each does one command and throws Problem when it fails; nothing partial is then left under a final name.
+// Each runs one command and throws Problem on failure; nothing partial is then left under a final name.
 void create(const CreateOptions& options, Session& session);
 void list(const ListOptions& options, Session& session);
 void extract(const ExtractOptions& options, Session& session);

@@ -14,7 +14,7 @@ namespace tools::zar {
 
 namespace {
 
-// The engine reads a list file in one transfer whose length it keeps in 16 bits, and 65535 means "whole".
+// The engine reads a list file in one transfer with a 16-bit length, in which 65535 means "whole".
 constexpr std::size_t maximumListBytes = 65534;
 
 // The archiver with its status lines on the console.
@@ -30,10 +30,10 @@ public:
         console_.status(current_);
     }
 
-    // How many files were packed.
+    // The number of packed files.
     std::size_t files() const { return files_; }
 
-    // The status line of the file that was packed last.
+    // The status line of the last file packed.
     const std::string& current() const { return current_; }
 
 private:
@@ -42,7 +42,7 @@ private:
     std::size_t files_ = 0;
 };
 
-// The names in a list as people write it: one host path a line, any line ends.
+// The names in a list written by a user: one host path per line, with any line ends.
 std::vector<std::string> namesIn(const Path& list) {
     std::istringstream lines;
     try {
@@ -57,7 +57,7 @@ std::vector<std::string> namesIn(const Path& list) {
     return names;
 }
 
-// A list in the form that the archiver reads: Windows paths in the ANSI code page, each line ended by CR LF.
+// A list in the archiver's format: Windows paths in the ANSI code page, each line ended by CR LF.
 std::string engineList(const Path& list) {
     std::string text;
     int number = 0;
@@ -78,14 +78,14 @@ std::string engineList(const Path& list) {
     return text;
 }
 
-// An archive that lies in the folder it is made of would be packed into itself.
+// An archive in the folder to be packed would be packed into itself.
 void refuseArchiveInside(const Path& archive, const Path& folder) {
     if (!host_files::liesIn(archive, folder)) return;
     throw Problem(ExitCode::refused,
                   archive.string() + " lies in the folder that is to be packed; write it elsewhere");
 }
 
-// Why the libraries can make nothing of a name; empty when they can.
+// Why the libraries cannot use a name; empty when they can.
 std::string nameObstacle(const std::string& name) {
     try {
         const std::string stored = ansi(name);
@@ -99,7 +99,8 @@ std::string nameObstacle(const std::string& name) {
     }
 }
 
-// What the libraries cannot pass below a folder, with the reason; empty when there is nothing of the kind.
+// The first entry below a folder that the libraries cannot process, with the reason; empty when there is
+// none.
 std::string obstacleBelow(const Path& folder) {
     try {
         for (const Path& entry : host_files::entries(folder)) {
@@ -117,7 +118,7 @@ std::string obstacleBelow(const Path& folder) {
     return {};
 }
 
-// A folder that cannot be walked to its end stops the engine before any file.
+// A folder that cannot be listed completely stops the engine before any file.
 void refuseObstacle(const CreateOptions& options, const Packer& packer, const std::exception& fault) {
     const bool ofFile = dynamic_cast<const UTILS::DiskIoException*>(&fault) != nullptr;
     if (ofFile || !packer.current().empty() || options.folder.empty()) return;
@@ -125,7 +126,7 @@ void refuseObstacle(const CreateOptions& options, const Packer& packer, const st
     if (!obstacle.empty()) throw Problem(ExitCode::failure, "cannot pack: " + obstacle);
 }
 
-// Why the engine stopped. Only a file that cannot be opened is named by the fault itself.
+// Why the engine stopped. The exception itself names only a file that cannot be opened.
 Problem explain(const CreateOptions& options, const Packer& packer, const std::exception& fault) {
     if (packer.current().empty() && !options.folder.empty()) {
         return {ExitCode::failure, "cannot pack " + options.folder.string() + ": " + reasonOf(fault)};
@@ -156,7 +157,7 @@ void refuseEmptyFiles(const CreateOptions& options) {
     for (const std::string& name : namesIn(options.list)) refuseEmptyFile(name);
 }
 
-// Gives the number of files.
+// Returns the number of files.
 std::size_t pack(const CreateOptions& options, const std::string& source, const StagedFile& staged,
                  Session& session, Cancellation& cancellation) {
     Packer packer(source, windowsPath(staged.path()), session.console);
@@ -174,7 +175,7 @@ std::size_t pack(const CreateOptions& options, const std::string& source, const 
     return packer.files();
 }
 
-// What was packed must be in the archive that is about to get its name.
+// The new archive must contain all packed files before it gets its name.
 void refuseOtherCount(const CreateOptions& options, std::size_t packed, std::size_t found) {
     if (packed == found) return;
     throw Problem(ExitCode::failure, "cannot write " + options.archive.string() + ": it would hold " +
@@ -182,8 +183,8 @@ void refuseOtherCount(const CreateOptions& options, std::size_t packed, std::siz
                                          " files that were packed; nothing was changed");
 }
 
-// The number of records. What the format cannot hold, such as a name, shows only now: in an archive that
-// nobody knows yet.
+// The number of records. What the format cannot represent, such as a name, shows only now, before the archive
+// is visible.
 std::size_t countSound(const StagedFile& staged) {
     const ArchiveSummary summary = walkArchive(staged.path(), [](const ::zar::Entry&) {});
     if (!summary.fault) return summary.count;
@@ -201,7 +202,7 @@ void create(const CreateOptions& options, Session& session) {
     if (options.folder.empty() == options.list.empty()) {
         throw Problem(ExitCode::usage, "name a folder, or a list with --list");
     }
-    requireWindowsPath(host_files::behindLink(options.archive));  // the engine sees only the hidden name
+    requireWindowsPath(host_files::behindLink(options.archive));  // the engine sees the hidden name only
     Cancellation cancellation;
     std::unique_ptr<StagedFile> list;
     std::string source;
@@ -213,7 +214,7 @@ void create(const CreateOptions& options, Session& session) {
         source = windowsPath(options.folder);
     } else {
         const std::string text = engineList(options.list);
-        list = std::make_unique<StagedFile>(options.archive);  // never committed: for the engine alone
+        list = std::make_unique<StagedFile>(options.archive);  // never committed: for the engine only
         try {
             host_files::write(list->path(), text);
         } catch (const HostError&) {

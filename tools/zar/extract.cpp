@@ -16,8 +16,8 @@ namespace tools::zar {
 
 namespace {
 
-// The extractor with its status lines on the console. They tell where a file will be in the end, not where it
-// waits.
+// The extractor with its status lines on the console, which name the final location of a file, not the staged
+// one.
 class Unpacker : public Extract_ZAR {
 public:
     Unpacker(const StagedFolder& staged, const Path& folder, Console& console)
@@ -25,14 +25,14 @@ public:
 
     void UPDATE_WINDOW(const char* text, int) override { console_.status(inFinalPlace(utf8(text))); }
 
-    // A text (UTF-8) with the final name of what it says of a waiting file.
+    // A text (UTF-8) with staged names replaced by the final ones.
     std::string inFinalPlace(std::string text) const {
         const std::size_t at = text.find(waiting_);
         if (at != std::string::npos) text.replace(at, waiting_.size(), final_);
         return text;
     }
 
-    // Extracts the named file, which the record at an offset holds. Throws as Extract does.
+    // Extracts the named file from the record at an offset. Throws like Extract.
     void extractFrom(std::uint64_t offset, const WindowsFile& archive, const std::string& target,
                      const char* name, bool stripFirst) {
         autoExtract_ = 0;
@@ -64,7 +64,7 @@ struct Extraction {
     Unpacker& unpacker;
     Cancellation& cancellation;
 
-    // Unpacks everything, or one file from a record on, below a folder.
+    // Unpacks everything, or one file starting at a record, below a folder.
     void run(const Path& folder, const char* onlyName, std::uint64_t from = 0) const {
         const WindowsFile archive = windowsFile(options.archive);
         const std::string target = windowsPath(folder);
@@ -77,7 +77,7 @@ struct Extraction {
             }
         } catch (const std::exception& fault) {
             cancellation.check();
-            // An archive of no files has not even a first field, which the extractor takes for a failure.
+            // An archive without files lacks even the first field, which the extractor treats as a failure.
             if (countSoundArchive(options.archive) == 0) return;
             blameFullDisk(options.folder);
             throw Problem(ExitCode::failure, "cannot unpack " + options.archive.string() + ": " +
@@ -90,7 +90,7 @@ struct Extraction {
 std::string engineName(const std::string& name, bool stripFirst) {
     std::string text = ansi(name);
     std::replace(text.begin(), text.end(), '/', '\\');
-    // A name that lost its first element keeps the backslash that followed it.
+    // A name without its first element keeps the backslash after it.
     if (stripFirst && text.front() != '\\') text.insert(text.begin(), '\\');
     return text;
 }
@@ -105,8 +105,8 @@ Path onlyFileBelow(const Path& folder) {
     return {};
 }
 
-// Where the last record of a name lies. The extractor takes the first; whoever unpacks everything gets the
-// last.
+// The offset of the last record with a name. The extractor would take the first, while unpacking everything
+// leaves the last.
 std::uint64_t lastRecord(const ExtractOptions& options, const std::string& name, const Warn& warn) {
     std::uint64_t offset = 0;
     std::size_t count = 0;
@@ -122,7 +122,7 @@ std::uint64_t lastRecord(const ExtractOptions& options, const std::string& name,
     return offset;
 }
 
-// What was unpacked must be in the folder that is about to be moved to its place.
+// All unpacked files must be in the folder before it is moved to its final location.
 void refuseOtherCount(const ExtractOptions& options, std::size_t unpacked, std::size_t staged) {
     if (unpacked == staged) return;
     throw Problem(ExitCode::failure, "cannot unpack " + options.archive.string() + ": " +
@@ -130,8 +130,8 @@ void refuseOtherCount(const ExtractOptions& options, std::size_t unpacked, std::
                                          " files were written; nothing was changed");
 }
 
-// The extractor does not tell whether the archive holds the name, so each file gets a folder of its own: what
-// lies there afterwards is the answer. Gives how many files this added.
+// The extractor does not report whether the archive contains the name, so each file is extracted to a
+// separate folder and looked for there. Returns the number of files added.
 std::size_t extractNamed(const Extraction& extraction, const Path& work, const Path& whole,
                          const std::string& name, const Warn& warn) {
     if (name.empty()) throw Problem(ExitCode::usage, "an empty name names no file");

@@ -9,7 +9,7 @@ namespace tools::zar {
 
 namespace {
 
-// The letters of DIR and ATTRIB, in their order; '-' for what is not set.
+// The letters of DIR and ATTRIB in their order; '-' for a clear attribute.
 std::string attributeLetters(DWORD attributes) {
     std::string letters = "RHSA";
     const DWORD bits[] = {FILE_ATTRIBUTE_READONLY, FILE_ATTRIBUTE_HIDDEN, FILE_ATTRIBUTE_SYSTEM,

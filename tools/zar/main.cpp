@@ -7,7 +7,7 @@
 
 static int run(int argc, char** argv) {
     using namespace tools;
-    // What it writes is staged and put on the medium before it gets its name.
+    // Its output is staged and flushed to the medium before it gets its final name.
     workAlone();
     Program program("zar", "Packs files into ZAR archives, lists, checks and unpacks them.",
                     "  zar create disk.dat files/\n"
