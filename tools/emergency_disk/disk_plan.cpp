@@ -25,8 +25,7 @@ const ::zar::Entry& find(const Path& archive, const ArchiveContents& contents, c
     return *found;
 }
 
-// Warns of names that are the same to Windows: the extractor stops at the first file with the name it is
-// given.
+// Warns of names that are the same to Windows: the extractor stops at the first match.
 void warnOfNamesakes(const Path& archive, const ArchiveContents& contents, const std::string& name,
                      const Warn& warn) {
     const auto count =

@@ -73,8 +73,7 @@ public:
     virtual void commit() = 0;
 };
 
-// The environment in which a diskette is made: the system with its drive. While it exists, Windows calls go
-// there.
+// The system with the drive in which a diskette is made. While it exists, Windows calls go there.
 class Workplace {
 public:
     virtual ~Workplace() = default;

@@ -51,7 +51,7 @@ void requireDeletable(const Entry& entry) {
     requireErasable(entry.name);
 }
 
-// Tries to delete again. The error code.
+// Tries to delete an entry again. Result: the error code.
 DWORD deleteAgain(const Entry& entry) {
     const char* name = entry.name.c_str();
     const bool deleted = entry.isDirectory

@@ -99,8 +99,7 @@ std::string nameObstacle(const std::string& name) {
     }
 }
 
-// The first entry below a folder that the libraries cannot process, with the reason; empty when there is
-// none.
+// The first entry below a folder that the libraries cannot handle, with the reason; empty if none.
 std::string obstacleBelow(const Path& folder) {
     try {
         for (const Path& entry : host_files::entries(folder)) {
@@ -118,7 +117,7 @@ std::string obstacleBelow(const Path& folder) {
     return {};
 }
 
-// A folder that cannot be listed completely stops the engine before any file.
+// A folder that cannot be traversed completely stops the engine before any file.
 void refuseObstacle(const CreateOptions& options, const Packer& packer, const std::exception& fault) {
     const bool ofFile = dynamic_cast<const UTILS::DiskIoException*>(&fault) != nullptr;
     if (ofFile || !packer.current().empty() || options.folder.empty()) return;
