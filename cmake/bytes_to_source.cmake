@@ -1,6 +1,6 @@
 # cmake -DINPUT=<file> -DOUTPUT=<file> -DSIZE=<bytes> -P bytes_to_source.cmake
-# Writes the first SIZE bytes of INPUT as the elements of a C++ initialiser. What an object format adds behind
-# them to fill its section is left out; a shorter INPUT is an error.
+# Writes the first SIZE bytes of INPUT as the elements of a C++ initialiser. Padding that an object format adds after
+# them is left out; a shorter INPUT is an error.
 file(SIZE ${INPUT} available)
 if(available LESS SIZE)
     message(FATAL_ERROR "${INPUT} has ${available} bytes; ${SIZE} are needed.")

@@ -1,4 +1,4 @@
-# Lists what the libraries' classes export, for the linker of a Windows module (run by cmake -P):
+# Lists the exports of the libraries' classes, for the linker of a Windows module (run by cmake -P):
 #   NM, LIBRARIES (archives, separated by commas), CLASSES (a regular expression of mangled names), OUTPUT (.def)
 string(REPLACE "," ";" LIBRARIES "${LIBRARIES}")
 execute_process(COMMAND ${NM} --defined-only --extern-only --format=posix ${LIBRARIES}
@@ -7,7 +7,7 @@ string(REPLACE ";" "" symbols "${symbols}")
 string(REPLACE "\n" ";" symbols "${symbols}")
 set(lines)
 foreach(symbol IN LISTS symbols)
-    # 32-bit Windows puts an underscore before every name.
+    # 32-bit Windows adds an underscore before every name.
     if(symbol MATCHES "^_?(_Z(NK?|T[VTIS]N?)(${CLASSES})[A-Za-z0-9_]*) ([TRDB])")
         set(name ${CMAKE_MATCH_1})
         if(CMAKE_MATCH_4 STREQUAL "T")

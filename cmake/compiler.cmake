@@ -1,4 +1,4 @@
-# Warnings, sanitizers and platform definitions that every target of this project shares.
+# Warnings, sanitizers and platform definitions shared by every target of this project.
 add_library(project_options INTERFACE)
 if(EMDISK_WERROR)
     set(werror -Werror)
@@ -15,10 +15,10 @@ if(EMDISK_SANITIZE)
         -fno-sanitize-recover=all)
     target_link_options(project_options INTERFACE -fsanitize=${EMDISK_SANITIZE})
     if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
-        # The sanitizers' own checks hide from GCC what the standard library has set.
+        # The sanitizers' checks hide from GCC which variables the standard library has set.
         target_compile_options(project_options INTERFACE -Wno-maybe-uninitialized)
     else()
-        # A host holds the component's objects as plain handles, so its functions' types differ from the component's.
+        # A host stores the component's objects as plain handles, so its function types differ from the component's.
         target_compile_options(project_options INTERFACE -fno-sanitize=function)
     endif()
 endif()
@@ -30,9 +30,9 @@ endif()
 if(WIN32)
     target_compile_definitions(project_options INTERFACE
         WINVER=0x0501 _WIN32_WINNT=0x0501 WIN32_LEAN_AND_MEAN NOMINMAX)
-    # The same sources give the same bytes.
+    # Reproducible builds.
     target_link_options(project_options INTERFACE LINKER:--no-insert-timestamp)
-    # The compiler's runtime library is inside, but for a target that sets this property of its own.
+    # The compiler's runtime library is linked statically, unless a target sets this property.
     set(own_runtime "$<NOT:$<BOOL:$<TARGET_PROPERTY:SHARED_RUNTIME>>>")
     target_link_options(project_options INTERFACE "$<${own_runtime}:-static>")
     if(EMDISK_WINDOWS_CPU STREQUAL "i686")

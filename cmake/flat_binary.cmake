@@ -1,7 +1,7 @@
-# flat_binary(<output> <source>): assembles 16-bit x86 source to the bare bytes of its .text section.
+# flat_binary(<output> <source>): assembles 16-bit x86 source to the raw bytes of its .text section.
 #
-# The assembler is a program of the build machine whatever is built for: any GNU assembler for x86 takes
-# `--32` and gives the same bytes. No linker is involved, so the source leaves nothing to be settled by one.
+# The assembler runs on the build machine, also in cross builds: any GNU assembler for x86 accepts `--32` and gives the
+# same bytes. No linker runs, so the source must not need one to resolve anything.
 
 function(find_x86_assembler)
     foreach(prefix "" x86_64-linux-gnu- i686-linux-gnu- x86_64-w64-mingw32- i686-w64-mingw32-)

@@ -1,5 +1,5 @@
-# What is installed for programs of the suite: libraries, their public headers, and the files by which a build finds
-# them (find_package(emergency_disk), pkg-config). Nothing in them names the folder of the build.
+# Installation for programs of the suite: libraries, their public headers, and the files by which a build finds them
+# (find_package(emergency_disk), pkg-config). None of these names the build folder.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 set(EMDISK_LIBRARIES ${CMAKE_INSTALL_LIBDIR}/emergency-disk)  # static libraries and modules
@@ -7,7 +7,7 @@ set(EMDISK_HEADERS ${CMAKE_INSTALL_INCLUDEDIR}/emergency-disk)
 set(EMDISK_PACKAGE ${CMAKE_INSTALL_LIBDIR}/cmake/emergency_disk)
 
 # install_library(<target> [header...]): a target of the package, emergency_disk::<target>, and the headers that its
-# users include. What these headers include comes by itself.
+# users include. Headers included by these are added automatically.
 function(install_library target)
     add_library(emergency_disk::${target} ALIAS ${target})
     target_include_directories(${target} INTERFACE $<INSTALL_INTERFACE:${EMDISK_HEADERS}>)
@@ -19,8 +19,8 @@ function(install_library target)
     set_property(GLOBAL APPEND PROPERTY public_headers ${ARGN})
 endfunction()
 
-# install_module(<target>): a module, with its import library where there is one, else out of the linker's sight
-# beside the modules that it needs.
+# install_module(<target>): a module, with its import library if it has one; otherwise beside the modules that it needs,
+# where the linker does not look.
 function(install_module target)
     if(WIN32)
         install_library(${target})
@@ -31,7 +31,7 @@ function(install_module target)
     endif()
 endfunction()
 
-# install_package(): the headers, and the files that say where everything is; called after every install_library.
+# install_package(): the headers and the files that describe the package; called after every install_library.
 function(install_package)
     get_property(headers GLOBAL PROPERTY public_headers)
     install(CODE "

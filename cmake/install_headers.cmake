@@ -1,5 +1,5 @@
-# Installs public headers (run at install time): the files named HEADERS of the libraries in SOURCE, and in turn the
-# headers of these libraries that they include, into DESTINATION. What no public header includes stays out.
+# Installs public headers (run at install time): the files named HEADERS of the libraries in SOURCE, and recursively the
+# headers of these libraries that they include, into DESTINATION. Other headers are not installed.
 set(found)
 while(HEADERS)
     list(POP_FRONT HEADERS name)

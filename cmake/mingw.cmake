@@ -1,12 +1,12 @@
-# Toolchain for Windows: -DEMDISK_WINDOWS_CPU=i686 (what ships, and with -DBUILD_TESTING=ON the tests of it) or x86_64
-# (what the tests run as under a 64-bit Wine).
+# Toolchain for Windows: -DEMDISK_WINDOWS_CPU=i686 (the product, and with -DBUILD_TESTING=ON its tests) or x86_64 (the
+# tests under a 64-bit Wine).
 set(CMAKE_SYSTEM_NAME Windows)
 set(EMDISK_WINDOWS_CPU i686 CACHE STRING "i686 or x86_64")
 set(CMAKE_TRY_COMPILE_PLATFORM_VARIABLES EMDISK_WINDOWS_CPU BUILD_TESTING)
 set(CMAKE_SYSTEM_PROCESSOR ${EMDISK_WINDOWS_CPU})
 set(prefix ${EMDISK_WINDOWS_CPU}-w64-mingw32)
-# The library of POSIX threads asks for functions that came after Windows 98 and Windows NT 4.0, so what ships is
-# built without it. The tests start threads of the standard library, which need it.
+# The POSIX thread library needs functions newer than Windows 98 and Windows NT 4.0, so the product is built without it.
+# The tests start threads of the standard library, which need it.
 if(EMDISK_WINDOWS_CPU STREQUAL "i686" AND NOT BUILD_TESTING)
     set(threads win32)
     set(BUILD_TESTING OFF CACHE BOOL "Build the tests, with POSIX threads")

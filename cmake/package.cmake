@@ -1,4 +1,4 @@
-# The Debian package of what is installed: cmake --build <build> --target package
+# The Debian package of the installed files: cmake --build <build> --target package
 set(EMDISK_MAINTAINER "The maintainers <maintainers@localhost>" CACHE STRING "Maintainer of the Debian package")
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGE_NAME emergency-disk)
@@ -21,7 +21,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/winlayer $
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 
-# What only a Debian package has comes from a script.
+# A script adds what only a Debian package contains.
 string(TIMESTAMP now "%a, %d %b %Y %H:%M:%S +0000" UTC)
 configure_file(cmake/debian_documents.cmake.in debian_documents.cmake @ONLY)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_BINARY_DIR}/debian_documents.cmake)

@@ -1,8 +1,8 @@
-# What GCC marks as unique in the process keeps its module loaded for good; a module's static objects have to end
-# when it is unloaded.
+# Symbols that GCC marks as unique in the process keep their module loaded for good; a module's static objects must be
+# destroyed when it is unloaded.
 set(unloadable $<$<CXX_COMPILER_ID:GNU>:-fno-gnu-unique>)
 
-# room(<name> <folder>...): a static library of all C++ sources in the folders (not below them).
+# room(<name> <folder>...): a static library of all C++ sources in the folders, without subfolders.
 function(room name)
     set(sources)
     foreach(folder IN LISTS ARGN)
@@ -21,7 +21,7 @@ function(room name)
     endif()
 endfunction()
 
-# uses(<name> <library>...): what a room may include and link; an arrow of docs/architecture.md each.
+# uses(<name> <library>...): what a module may include and link; each is an arrow of docs/architecture.md.
 function(uses name)
     get_target_property(type ${name} TYPE)
     if(type STREQUAL "INTERFACE_LIBRARY")

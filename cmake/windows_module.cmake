@@ -1,9 +1,9 @@
-# Modules under the names that they have on Windows, on Linux too: the Windows layer loads them by these names.
+# Modules with their Windows names, on Linux too: the Windows layer loads them by these names.
 
-# windows_resources(<target> <rc>): compiles a resource script (UTF-8) into the target. On Linux the compiled
-# form (.res) becomes the section ".rsrc" of the file, where the layer looks for it, and is left as
-# ${CMAKE_CURRENT_BINARY_DIR}/<target>.res. Further arguments are files that the script includes; their folders are
-# searched for them.
+# windows_resources(<target> <rc>): compiles a resource script (UTF-8) into the target. On Linux the compiled form
+# (.res) becomes the section ".rsrc" of the file, where the layer finds it, and is kept as
+# ${CMAKE_CURRENT_BINARY_DIR}/<target>.res. Further arguments are files that the script includes, searched in their
+# folders.
 function(windows_resources target rc)
     set(folders ${CMAKE_CURRENT_BINARY_DIR})
     foreach(file IN LISTS ARGN)
@@ -45,17 +45,16 @@ function(windows_exports target decorated)
     if(NOT plain STREQUAL names)
         add_custom_command(TARGET ${target} POST_BUILD
             COMMAND ${CMAKE_DLLTOOL} --kill-at --input-def ${decorated}
-                --output-lib $<TARGET_LINKER_FILE_NAME:${target}>  # a path would be in the names of its members
+                --output-lib $<TARGET_LINKER_FILE_NAME:${target}>  # a path would become part of its members' names
             WORKING_DIRECTORY $<TARGET_LINKER_FILE_DIR:${target}>
             VERBATIM)
     endif()
 endfunction()
 
-# windows_module(<target> <file name without .dll> <source>...): a dynamic library that exports what its list
-# of exports names and starts at DllMain. The list is <folder of the caller>/<target>.exports on Linux
-# (a version script) and <target>.def on Windows. Names are exported without the decoration that 32-bit Windows
-# gives them (_name@bytes); a list that tells it (name@bytes) makes an import library for callers, which ask
-# for the decorated names.
+# windows_module(<target> <file name without .dll> <source>...): a dynamic library that exports the names in its export
+# list and starts at DllMain. The list is <folder of the caller>/<target>.exports on Linux (a version script) and
+# <target>.def on Windows. Names are exported without the decoration of 32-bit Windows (_name@bytes); a list with
+# decorated names (name@bytes) makes an import library for callers, which use those.
 function(windows_module target name)
     add_library(${target} SHARED ${ARGN})
     target_link_libraries(${target} PRIVATE project_options)
@@ -70,7 +69,7 @@ function(windows_module target name)
     target_link_libraries(${target} PRIVATE winlayer)
     target_link_options(${target} PRIVATE -Wl,-e,DllMain -Wl,--version-script=${exports}
         -Wl,-O1 -Wl,--as-needed -Wl,-Bsymbolic-functions)
-    if(NOT EMDISK_SANITIZE)  # the sanitizers' own functions lie in the program
+    if(NOT EMDISK_SANITIZE)  # the sanitizers' functions are in the program
         target_link_options(${target} PRIVATE -Wl,-z,defs)
     endif()
     set_target_properties(${target} PROPERTIES BUILD_RPATH "$ORIGIN" LINK_DEPENDS ${exports})
