@@ -16,7 +16,7 @@ public:
     // result.
     int CreateDialogWindow(HINSTANCE instance, HWND parent, WORD templateId, BOOL modal);
 
-    // 0 until the window has received WM_INITDIALOG.
+    // Null until the window has received WM_INITDIALOG.
     HWND Window() const { return hwnd_; }
 
 protected:

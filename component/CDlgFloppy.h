@@ -13,7 +13,7 @@ public:
     int Create(ComponentUI* owner) override;
     void Destroy() override;
 
-    // Hooks of the disk maker and of the archive library.
+    // Hooks of the disk maker and the archive library.
     void GET_MESSAGE_WND(HWND& window) override;
     void UPDATE_WINDOW(const char* text, int pause) override;
     void MoveSlider(int absolute, int value) override;

@@ -17,7 +17,7 @@ namespace {
 constexpr char productProgram[] = "MwWin.exe";
 constexpr char webAddress[] = "http://www.quarvel.example/mendwell/";
 
-// Opens a file or an address with the shell. Whether that succeeded.
+// Opens a file or an address with the shell. Result: whether that succeeded.
 bool open(HWND window, const char* what, const char* directory) {
     const HINSTANCE result = ::ShellExecuteA(window, "open", what, nullptr, directory, SW_SHOW);
     return reinterpret_cast<INT_PTR>(result) > 32;

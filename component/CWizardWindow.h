@@ -49,7 +49,6 @@ protected:
     // Whether the component shows this page; the second notifies the page shown, which may be another.
     bool IsCurrent() const;
     void ActivateCurrentPage() const;
-    // Leaves the component.
     void LeaveComponent() const;
 
 private:

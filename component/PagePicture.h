@@ -5,7 +5,7 @@
 // picture's are not 0.
 RECT FitPicture(const RECT& place, LONG pictureWidth, LONG pictureHeight);
 
-// The picture that every page shows in place of its control IDC_PICTURE. Owns the bitmap.
+// The picture that every page shows at the position of its control IDC_PICTURE. Owns the bitmap.
 class PagePicture {
 public:
     PagePicture() = default;
@@ -15,7 +15,7 @@ public:
 
     // Loads the module's bitmap; without it nothing is drawn.
     void Load(HINSTANCE module);
-    // Answers a page's WM_PAINT.
+    // Handles a page's WM_PAINT.
     void Paint(HWND page) const;
     void Release();
 

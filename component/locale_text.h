@@ -13,7 +13,7 @@ std::string Number(const std::string& digits);
 // Without decimal places.
 std::string Integer(int value);
 std::string Date(const SYSTEMTIME& time);
-// flags: as GetTimeFormatA.
+// flags: as for GetTimeFormatA.
 std::string Time(const SYSTEMTIME& time, DWORD flags);
 
 }  // namespace locale_text

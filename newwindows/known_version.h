@@ -7,8 +7,8 @@ namespace newwindows {
 // XP. They treat any other as Windows 95, whose access to the drive it does not have.
 bool isKnown(const OSVERSIONINFOA& version);
 
-// Whether the running Windows version is known. The number of an unknown one is not queried: Windows reports
-// a lower one to programs as old as these.
+// Whether the running Windows version is known. The number of an unknown one is not used: Windows reports a
+// lower one to programs built for such old versions.
 bool runsOnKnownWindows();
 
 }  // namespace newwindows

@@ -10,7 +10,7 @@ public:
     explicit Component(const std::string& library);
     ~Component() { destroy(); }
 
-    // Has the component show its first page in the frame. Throws Failure when there is no component.
+    // Has the component show its first page in the frame. Throws Failure when it creates no user interface.
     void create(HWND frame);
     // Destroys the component's pages; no effect when there is none.
     void destroy();

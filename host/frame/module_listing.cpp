@@ -15,7 +15,7 @@ bool takeNumber(std::string& text, int& value) {
     return true;
 }
 
-// The picture has the library's name with another extension; a name without a dot has no picture.
+// The picture has the library's name with another extension; a library without one has no picture.
 bool belongs(const std::string& picture, const std::string& library) {
     const std::size_t point = library.rfind('.');
     if (point == std::string::npos) return picture.empty();

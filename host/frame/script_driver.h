@@ -15,7 +15,7 @@ public:
     // `screenshots`: the folder for a PNG of the frame after each step; empty for none.
     ScriptDriver(WizardFrame& frame, Platform& platform, Transcript& transcript, Answers& answers,
                  std::string screenshots = {});
-    // Throws Failure (scriptFailed) at the first step that a user could not do.
+    // Throws Failure (scriptFailed) at the first step that a user could not perform.
     void run(const std::vector<Step>& steps);
 
 private:

@@ -12,7 +12,7 @@ namespace host {
 // Records what a user would see of the frame, one line (UTF-8) for each change:
 //
 //     > next                                          what was done
-//     page 2                                          a page, numbered in the order of first showing
+//     page 2                                          a page, numbered in order of first appearance
 //       1011 (x) Mendwell Ostrel &ausführen           its controls: (x), ( ) marks of radio buttons
 //     buttons: back next cancel help home             those offered; "-back" when disabled
 //     status: ...    progress: 0..100    progress: 3    progress: off

@@ -74,8 +74,8 @@ private:
     FrameLayout layout_;
     ButtonState buttons_;
     FrameEvents& events_;
-    int commandsUnderWay_ = 0;  // of the page, on the stack
-    bool pageArrives_ = false;  // the current page has not had the focus yet
+    int commandsUnderWay_ = 0;  // commands of the page on the stack
+    bool pageArrives_ = false;  // the current page has not yet had the focus
     bool left_ = false;
 };
 

@@ -4,7 +4,6 @@
 
 namespace qxpm {
 
-// Creates objects of one class.
 class ClassFactory final : public ComObject<ClassFactory, IClassFactory, IID_IClassFactory> {
 public:
     explicit ClassFactory(Maker maker) : maker_(maker) {}

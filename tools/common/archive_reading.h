@@ -39,7 +39,7 @@ void refuseFaulty(const Path& archive, const ArchiveSummary& summary);
 ArchiveContents readSoundArchive(const Path& archive);
 std::size_t countSoundArchive(const Path& archive);
 
-// One file's data. Throws Problem.
+// The data of one file. Throws Problem.
 std::vector<unsigned char> readMember(const Path& archive, const zar::Entry& record);
 
 }  // namespace tools

@@ -37,12 +37,12 @@ std::uint64_t sizeOf(const Path& file);
 std::vector<Path> entries(const Path& folder);
 // Whether a file with that name would be in the folder or below it.
 bool liesIn(const Path& file, const Path& folder);
-// The file that writing to a name would write: follows links, also one to a file that does not exist.
+// The file that writing to `file` changes: follows links, also one whose target does not exist.
 Path behindLink(const Path& file);
 // Free bytes on the disk of a folder; the largest number when the host does not report them.
 std::uint64_t freeBytes(const Path& folder);
 
-// Creates one folder.
+// Creates a folder; its parent must exist.
 void makeFolder(const Path& folder);
 // Renames an entry on the same disk, replacing a file. The older file stays complete under its name until the
 // new one replaces it, except on Windows 95, 98 and Me, where it has a hidden name meanwhile.
@@ -55,8 +55,8 @@ void removeEmptyFolder(const Path& folder);
 // Flushes a file to the medium.
 void synchronise(const Path& file);
 
-// An open folder. Operations follow no link below it, and where the host can hold a folder open, it stays the
-// same one even if its name is given to another.
+// An open folder. Operations follow no link below it. Where the host can hold a folder open, the object
+// refers to the same folder even if that is renamed or replaced.
 class Folder {
 public:
     struct Entry {

@@ -26,7 +26,8 @@ struct Session {
     void member(const char* name, const JsonText& value) const {
         if (json) object.member(name, value);
     }
-    // Takes warnings that do not stop the command (UTF-8, no full stop). Valid as long as the session.
+    // A function for warnings that do not stop the command (UTF-8, no full stop). Valid as long as the
+    // session.
     std::function<void(const std::string&)> warnings();
 };
 

@@ -15,7 +15,7 @@ public:
     void GET_MESSAGE_WND(HWND& window) override;
     int GetSliderPos() override { return position_; }
 
-    // Whether the sequence has shown an error.
+    // Whether the sequence has reported an error.
     bool hasFailed() const { return failed_; }
     // The number of status lines it has shown.
     int statusLines() const { return statusLines_; }

@@ -173,7 +173,7 @@ std::unique_ptr<SectorStore> makeImage(const StagedFile& file, SectorStore& cont
     return image;
 }
 
-// The names that --simulate takes.
+// The names that --simulate accepts.
 std::string simulationNames() {
     std::string names;
     for (const std::string_view name : winlayer::stateNames()) {

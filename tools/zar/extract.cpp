@@ -16,8 +16,7 @@ namespace tools::zar {
 
 namespace {
 
-// The extractor with its status lines on the console, which name the final location of a file, not the staged
-// one.
+// The extractor with its status lines on the console, which name a file's final location, not the staged one.
 class Unpacker : public Extract_ZAR {
 public:
     Unpacker(const StagedFolder& staged, const Path& folder, Console& console)
