@@ -23,7 +23,7 @@ public:
     CBSTR& operator=(CBSTR other) noexcept;
     ~CBSTR() { Release(); }
 
-    // The text in the ANSI code page; null for a null text. Owned by the block and valid as long as it.
+    // The text in the ANSI code page; null for a null text. Owned by the block and valid as long as that.
     const char* Narrow();
     // The same, but an empty text instead of null.
     const char* Text();

@@ -4,9 +4,9 @@
 #include <unknwn.h>
 
 // Access to the objects of the host's module "QXPM.DLL", which is found and loaded on first use and stays
-// loaded until the component's library is unloaded. The host signals with an event that it is ready; while
-// that is reset, every request fails. Nothing here throws or shows anything. Thread rule: the host's
-// user-interface thread, and the attaching and detaching of the library.
+// loaded until the component's library is unloaded. The host signals with an event that it is ready; once the
+// module is loaded, requests fail while the event is reset. Nothing here throws or shows anything. Thread
+// rule: the host's user-interface thread, and the attaching and detaching of the library.
 class HostBroker {
 public:
     constexpr HostBroker() = default;
@@ -19,7 +19,7 @@ public:
     // loaded.
     void Stop();
 
-    // Whether the host's module is loaded, or can be loaded now, and the host is ready.
+    // Loads the host's module if needed. Whether that succeeded or, when loaded before, the host is ready.
     bool EnsureHostModule();
     // Creates an object of the host, by the host's own creation function, then by its class factory. Result:
     // E_FAIL when the host is not available, otherwise the result of the last attempt. The caller releases

@@ -42,7 +42,7 @@ private:
     std::atomic<ULONG> references_{1};
 };
 
-// Creates an object and returns its interface; null on failure.
+// Creates an object and stores its interface in *result; null on failure.
 template <class Object>
 HRESULT makeObject(REFIID interfaceId, void** result) noexcept {
     Object* const object = new (std::nothrow) Object;

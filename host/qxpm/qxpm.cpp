@@ -11,7 +11,7 @@ HANDLE readyEvent = nullptr;
 
 }  // namespace
 
-// Returns the module's event, which the module keeps. After a host resets it, requests fail.
+// Returns the event, which the module owns. Once a host resets it, the component makes no more requests.
 extern "C" HRESULT WINAPI DllGetEventHandle(HANDLE* event) {
     if (!event) return E_POINTER;
     *event = readyEvent;

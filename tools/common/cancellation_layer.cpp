@@ -17,7 +17,7 @@ static_assert(std::atomic<bool>::is_always_lock_free, "a signal handler may take
 
 // The handler only sets a flag, so that no second thread has to wait for signals: in a single-threaded
 // program every lock and every transfer costs less. Interrupted host calls continue. A reader that closes the
-// output must not end the program either: its hidden files would stay.
+// output must not end the program either: its hidden files would remain.
 Cancellation::Cancellation() {
     std::signal(SIGPIPE, SIG_IGN);
     struct sigaction action {};

@@ -33,8 +33,8 @@ bool callHandler() {
 }
 
 // An operation clears earlier cancels at its start, so the request is repeated until it has ended. When the
-// console is closed, Windows ends the program as soon as this returns, so it does not return: the program
-// ends by itself, for which Windows waits a while.
+// console is closed, Windows ends the program as soon as this function returns, so it does not return:
+// Windows waits a while, in which the program ends by itself.
 BOOL WINAPI onControl(DWORD event) {
     constexpr DWORD againAfter = 50;  // milliseconds
     cancelled = true;

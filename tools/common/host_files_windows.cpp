@@ -153,7 +153,7 @@ void forEachFile(const Folder& folder, const std::function<void(const Path&)>& w
     }
 }
 
-// The lock of an entry is a file that Windows deletes when its process ends in any way.
+// The lock of an entry is a file that Windows deletes when its process ends, for whatever reason.
 Path lockOf(const Path& entry) {
     return entry.string() + std::string(lockEnding);
 }

@@ -26,8 +26,7 @@ struct Session {
     void member(const char* name, const JsonText& value) const {
         if (json) object.member(name, value);
     }
-    // A function for warnings that do not stop the command (UTF-8, no full stop). Valid as long as the
-    // session.
+    // Takes warnings that do not stop the command (UTF-8, no full stop). Valid as long as the session.
     std::function<void(const std::string&)> warnings();
 };
 

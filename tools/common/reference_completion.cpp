@@ -128,7 +128,7 @@ std::string zshValue(const OptionEntry& option) {
 
 void addZshOptions(std::ostringstream& script, const Options& options, const std::string& indent) {
     for (const OptionEntry& option : options) {
-        // Each name at most once; the others are not offered after it.
+        // One line per name; the other names are not offered after it.
         const std::string names = "(" + CLI::detail::join(option.names, " ") + ")";
         for (const std::string& name : option.names) {
             std::string entry = names + name;

@@ -32,7 +32,7 @@ namespace {
 
 constexpr std::size_t imageBytes = std::size_t{winlayer::sectors1440} * winlayer::sectorSize;
 
-// Who has access by the permissions of a file.
+// Names who has access by a file's permissions.
 std::string whoMay(const Path& file, mode_t asUser, mode_t inGroup) {
     std::string who = "only root";
     struct stat facts {};

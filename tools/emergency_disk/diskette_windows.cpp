@@ -69,8 +69,8 @@ public:
     std::string name() const { return {letter_, ':'}; }
     std::string root() const { return name() + '\\'; }
 
-    // Dismounts a volume that is not otherwise in use, so that Windows reads it again; beyond that only this
-    // program's own cache can be dropped.
+    // Makes Windows read the diskette again: 95/98/Me by dropping their cache, NT by dismounting the volume,
+    // which only works if it is not otherwise in use.
     DWORD settle() override {
         const NoBoxes quiet;
         device_.CloseQuietly();

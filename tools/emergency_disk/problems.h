@@ -11,7 +11,7 @@
 
 namespace tools::emergency_disk {
 
-// A text about a diskette, after its name.
+// A text about a diskette, preceded by its name.
 std::string about(const Target& target, const std::string& text);
 
 // The exit code for the Windows error code of a transfer: writeProtected, noDiskette, refused (the medium is
