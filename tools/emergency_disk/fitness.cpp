@@ -78,8 +78,8 @@ public:
 
     bool isBad(DWORD cluster) const { return links_[cluster] == badMark; }
     bool isFree(DWORD cluster) const { return links_[cluster] == freeMark || links_[cluster] >= released; }
-    // Whether such a chain shares clusters with an open directory, or is a directory's and shares clusters that
-    // another entry has freed: entries would be lost.
+    // Whether such a chain shares clusters with an open directory, or is a directory's and shares clusters
+    // that another entry has freed: entries would be lost.
     bool losesDirectory(const Chain& chain, DWORD mark) const {
         const DWORD other = chain.end < clusterEnd ? links_[chain.end] : freeMark;
         return other == ofOpenDirectory || (other == released && mark == ofOpenDirectory);
