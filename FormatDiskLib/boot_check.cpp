@@ -15,7 +15,7 @@ constexpr std::size_t fileSizeAt = 0x1C;
 constexpr std::size_t markAt = 0x1FE;
 constexpr std::size_t headAt = 0x200;
 constexpr std::size_t blocksAt = 0x204;
-constexpr DWORD largestLoader = 127 * size;  // bits 9 to 15 of the size are all that the boot code takes
+constexpr DWORD largestLoader = 127 * size;  // the boot code uses only bits 9 to 15 of the size
 
 struct Parameter {
     std::size_t at;
@@ -35,7 +35,7 @@ constexpr Parameter parameters[] = {
     {headsAt, 2, "number of heads"},
 };
 
-// What the boot code sees from 8000h on: the root directory, over it the loader, zeros elsewhere.
+// Memory from 8000h as the boot code sees it: the root directory, then the loader over it, zeros elsewhere.
 constexpr std::size_t memorySize = 0x200 + 255 * size;
 static_assert(memorySize > 0x10000);
 using Memory = std::vector<unsigned char>;
@@ -70,7 +70,7 @@ public:
         unreadable_ = false;
         return passed;
     }
-    // A sector could not be read, which the next finding is about.
+    // The next finding is about a sector that could not be read.
     void noteUnreadable() { unreadable_ = true; }
 
 private:
@@ -78,8 +78,8 @@ private:
     bool unreadable_ = false;
 };
 
-// Checks what the boot code looks at in a loader that it has read to the start of `memory`, in its order.
-// `sectors` is how many it has read. Result: whether it would enter the loader.
+// Makes the boot code's checks, in its order, on a loader of `sectors` sectors at the start of `memory`.
+// Result: whether the boot code would enter the loader.
 bool checkContent(std::span<const unsigned char> memory, std::size_t sectors, Findings& findings) {
     if (!findings.add("loader-mark", wordAt(memory, markAt) == 0xAA55,
                       "The loader's first sector ends with the mark 55 AA.",
@@ -110,8 +110,8 @@ bool checkLength(DWORD bytes, Findings& findings) {
         "The loader is " + number(bytes) + " bytes long; it must be a multiple of 512, from 1024 to 65024.");
 }
 
-// The walk over one diskette. The arithmetic is that of the boot code, 16 bits wide, so that it also comes to
-// the boot code's result on a sector whose parameter block is damaged.
+// Checks one diskette. Uses the boot code's 16-bit arithmetic, so that the result is the same even if the
+// parameter block is damaged.
 class Walk {
 public:
     Walk(const SectorReader& read, Report& report)
@@ -145,7 +145,7 @@ private:
         return read;
     }
 
-    // As the boot code and the BIOS between them turn a sector number into a place on the diskette.
+    // Converts a sector number to a physical position as the boot code and the BIOS do.
     bool readByGeometry(WORD sectorNumber, unsigned char* target) {
         const unsigned perTrack = wordAt(boot_, sectorsPerTrackAt);
         const unsigned headCount = wordAt(boot_, headsAt);
@@ -155,7 +155,7 @@ private:
         const unsigned track = sectorNumber / perTrack;
         const unsigned cylinder = track / headCount & 0x3FF;
         const unsigned head = track % headCount & 0xFF;
-        // A sector number of 64 or more runs into the cylinder's upper bits.
+        // A sector number of 64 or more overflows into the cylinder's upper bits.
         const unsigned low = (sectorNumber % perTrack + 1) & 0xFF;
         const unsigned sector = low & 0x3F;
         const unsigned askedCylinder = cylinder | (low & 0xC0) << 2;
@@ -165,7 +165,7 @@ private:
         return readSector((askedCylinder * heads + head) * sectorsPerTrack + sector - 1, target);
     }
 
-    // Reads to the start of the memory; the first sector that fails is left in failed_.
+    // Reads to the start of the memory; a failure leaves the sector number in failed_.
     bool readRun(WORD first, unsigned char count) {
         WORD offset = 0;
         for (unsigned i = 0; i < count; ++i, offset = static_cast<WORD>(offset + size)) {
@@ -219,8 +219,7 @@ private:
         return entry;
     }
 
-    // An entry of an empty file (first cluster 0) does not count; nor does anything behind the first free
-    // one.
+    // Skips empty files (first cluster 0); the first free entry ends the directory.
     std::optional<std::array<unsigned char, entrySize>> searchRoot() const {
         const std::size_t entries = std::min<std::size_t>(wordAt(boot_, rootEntriesAt), 0x8000 / entrySize);
         for (std::size_t i = 0; i < entries; ++i) {
@@ -264,7 +263,7 @@ private:
                                                              : 2 + (totalSectors - firstData_) / perCluster;
     }
 
-    // Twelve bits of the first FAT; empty when they cannot be read.
+    // A 12-bit entry of the first FAT; empty if it cannot be read.
     std::optional<WORD> fatEntry(DWORD cluster) {
         const DWORD byte = cluster + cluster / 2;
         const auto sectorNumber = static_cast<DWORD>(wordAt(boot_, reservedSectorsAt) + byte / size);
@@ -277,11 +276,11 @@ private:
         return static_cast<WORD>(cluster % 2 == 0 ? both & 0xFFF : both >> 4);
     }
 
-    // The boot code takes for granted that the file is one run of clusters; the FAT must say so too.
+    // The boot code assumes that the file is contiguous; the FAT must agree.
     void checkChain(DWORD first, DWORD bytes) {
         const DWORD perCluster = static_cast<DWORD>(boot_[sectorsPerClusterAt] * size);
         if (perCluster == 0) {
-            return;  // the parameter block's finding says it
+            return;  // the parameter block's finding reports it
         }
         const DWORD clusters = bytes / perCluster + (bytes % perCluster != 0 ? 1 : 0);
         DWORD cluster = first;
@@ -294,7 +293,7 @@ private:
                       bad.empty() ? "The loader is empty." : bad);
     }
 
-    // What is wrong with the chain's link at `cluster`, which is to be the last one or lead to the next.
+    // The fault of the FAT entry of `cluster`, which must end the chain or point to the next cluster.
     std::string chainFault(DWORD cluster, bool last) {
         if (cluster < 2 || cluster >= clusterEnd()) {
             return "The loader's clusters run past the end of the diskette.";

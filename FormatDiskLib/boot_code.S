@@ -1,23 +1,23 @@
 # The diskette's boot code: offsets 0x03E to 0x1FF of sector 0.
 #
-# The BIOS puts the sector at 0000:7C00 and starts it. The code moves itself to 7E00h, finds the second-stage
-# loader in the root directory, reads it to 8000h, checks it and jumps into it. Only instructions of the first
-# PC's processor are used, and of the BIOS only "read sectors" (INT 13h, AH = 02h) and "teletype output"
-# (INT 10h, AH = 0Eh). docs/boot-sector.md tells the loader's side.
+# The BIOS loads the sector at 0000:7C00 and jumps to it. The code copies itself to 7E00h, finds the second
+# stage, the loader, in the root directory, reads it to 8000h, checks it and jumps into it. It uses only 8086
+# code and the BIOS functions "read sectors" (INT 13h, AH = 02h) and "teletype output" (INT 10h, AH = 0Eh).
+# docs/boot-sector.md describes the loader's side.
 #
-# Every address is written as a difference of two places in this section, so the assembler settles all of them
-# and the object needs no linking. The .org lines hold each piece to its place: code that grows over the next
-# piece does not assemble.
+# Every address is a difference of two labels in this section, so the assembler resolves all of them and the
+# object needs no linking. The .org lines fix the offset of each part: code that overlaps the next part does
+# not assemble.
 
         .code16                                 # first: newer assemblers refuse .arch i8086 in 32-bit code
         .arch   i8086
         .text
 
-        .set    loaded, 0x7C00                  # where the BIOS puts the sector
-        .set    copy, 0x7E00                    # where the code works
+        .set    loaded, 0x7C00                  # where the BIOS loads the sector
+        .set    copy, 0x7E00                    # where the code runs
         .set    buffer, 0x8000                  # root directory first, then the loader
         .set    buffer_segment, buffer / 16
-        .set    head, buffer + 0x200            # the loader's second sector, which carries its head
+        .set    head, buffer + 0x200            # the loader's second sector, which begins with its head
         .set    head_segment, head / 16
 
         .set    template, .                     # offset 0x03E of the sector
@@ -32,7 +32,7 @@
         .set    sectors_per_track, copy + 0x18
         .set    head_count, copy + 0x1A
 
-# Variables, in the copy: they lie over the work area and over start-up code that has run by then.
+# Variables, in the copy: they overlay the work area and start-up code that has already run.
         .set    sector_number, copy + 0x3E      # word: the next sector to read
         .set    first_data_sector, copy + 0x42  # word
         .set    sectors_left, copy + 0x46       # byte
@@ -41,7 +41,7 @@
 work_area:
         .byte   0, 0, 0, 0xAA, 0x55
 
-# Offset 0x043: the jump at the sector's start leads here.
+# Offset 0x043: the target of the jump at the sector's start.
 start:
         cli                                     # the first 8088s take interrupts between SS and SP
         xorw    %ax, %ax
@@ -49,13 +49,13 @@ start:
         movw    %ax, %es
         movw    %ax, %ss
         movw    $loaded, %sp
-        sti                                     # Ctrl-Alt-Del is to work when the code has stopped
+        sti                                     # Ctrl-Alt-Del must work after the code has stopped
         cld
         movw    $loaded, %si
         movw    $copy, %di
         movw    $256, %cx
         rep movsw
-        ljmp    $0, $(resident - origin)        # CS becomes 0 also where the BIOS came in at 07C0:0000
+        ljmp    $0, $(resident - origin)        # CS becomes 0 even if the BIOS entered at 07C0:0000
 
 # Prints the message and stops.
 fail:
@@ -72,7 +72,7 @@ fail:
 2:      hlt
         jmp     2b
 
-# The loader's return address: starts what the loader has put in the boot sector's first place.
+# The loader's return address: starts what the loader has put at 7C00h.
         .org    template + 0x82 - 0x3E
 restart:
         jmp     origin + loaded
@@ -91,13 +91,13 @@ resident:
         movw    %ax, first_data_sector
         call    read
 
-# DX counts the entries, SI walks them.
+# DX: entries left, SI: current entry.
         movw    root_entries, %dx
         movw    $buffer, %si
 entry:
         testw   %dx, %dx
         jz      fail
-        cmpb    $0, (%si)                       # nothing was ever stored from here on
+        cmpb    $0, (%si)                       # never used: the end of the directory
         je      fail
         pushw   %si
         movw    $(loader_name - origin), %di
@@ -160,7 +160,7 @@ block:
 stop:
         jmp     fail
 
-# Reads sectors_left sectors from sector_number on to the buffer. Leaves with ES = 0.
+# Reads sectors_left sectors from sector_number to the buffer. Returns with ES = 0.
 read:
         movw    $buffer_segment, %ax
         movw    %ax, %es
@@ -186,7 +186,7 @@ try:
         orb     %ah, %cl
         movw    $0x0201, %ax
         int     $0x13
-        sti                                     # not every BIOS returns with these as they were
+        sti                                     # not every BIOS preserves these flags
         cld
         jnc     sector_read
         decb    tries_left

@@ -24,7 +24,7 @@ constexpr bool assembledText(std::size_t sectorOffset, std::string_view text) {
     return true;
 }
 
-// The offsets above and the places in boot_code.S are one layout told twice.
+// boot_sector.h and boot_code.S both state the layout and must agree.
 static_assert(codeSize == 384);
 static_assert(assembled(restartAt) == 0xE9 && assembled(restartAt + 1) == 0x7B &&
               assembled(restartAt + 2) == 0xFD);
@@ -51,7 +51,7 @@ const std::array<unsigned char, templateSize>& Template() {
 
 Image Build(DWORD serialNumber) {
     Image image{};
-    image[jumpAt] = 0xEB;  // short jump, counted from the byte behind it
+    image[jumpAt] = 0xEB;  // short jump, relative to the byte after the offset
     image[jumpAt + 1] = static_cast<unsigned char>(codeAt - (jumpAt + 2));
     image[jumpAt + 2] = 0x90;
     put(image, oemNameAt, ")GWmRIHC");
@@ -101,7 +101,7 @@ DWORD RandomSource::Step() {
     return state_ >> shift_;
 }
 
-// The count of rejections keeps the generator moving when the clock stands still between two of them.
+// The rejection count keeps the generator moving if the clock does not advance.
 void RandomSource::Reseed() {
     state_ += elapsedMilliseconds() + ++rejected_;
 }

@@ -66,7 +66,7 @@ inline constexpr unsigned clusterEnd = firstCluster + clusterCount;  // one past
 // The reference is valid for the life of the program.
 const std::array<unsigned char, templateSize>& Template();
 
-// Builds a complete boot sector that carries the given volume serial number.
+// Builds a complete boot sector with the given volume serial number.
 Image Build(DWORD serialNumber);
 
 // Draws a volume serial number from RandomInRange with the mask AAAAFFFFh and the lower bound AAAAAAh.
@@ -74,12 +74,12 @@ DWORD DrawSerialNumber();
 
 }  // namespace boot_sector
 
-// A small pseudo-random generator that the clock stirs while it rejects candidates.
+// A small pseudo-random generator that reseeds from the clock when it rejects a candidate.
 class RandomSource {
 public:
     // Draws a number of at least lowerBound that has no bit outside the mask. Only the low 24 bits of the
-    // mask can occur in a result. Result: the number, or 0 when the mask lets no number reach the lower
-    // bound. Thread rule: one thread at a time.
+    // mask have an effect. Result: the number, or 0 if no number within the mask reaches the lower bound.
+    // Thread rule: one thread at a time.
     DWORD64 Draw(DWORD64 mask, DWORD64 lowerBound);
 
 private:
@@ -91,6 +91,5 @@ private:
     DWORD rejected_ = 0;
 };
 
-// Draws from the one source that lives as long as the module; parameters, result and thread rule as
-// RandomSource::Draw.
+// Draws from the module's single source; parameters, result and thread rule as for RandomSource::Draw.
 DWORD64 RandomInRange(DWORD64 mask, DWORD64 lowerBound);

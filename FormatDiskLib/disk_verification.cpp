@@ -17,14 +17,14 @@ constexpr std::size_t entrySize = 32;
 constexpr std::size_t attributesAt = 0x0B;
 constexpr std::size_t firstClusterAt = 0x1A;
 constexpr std::size_t fileSizeAt = 0x1C;
-constexpr unsigned char labelBit = 0x08;  // a label, or a piece of a long name
+constexpr unsigned char labelBit = 0x08;  // a label, or part of a long name
 constexpr std::size_t baseSize = 8;
 
 DWORD wordAt(const unsigned char* bytes) {
     return bytes[0] | DWORD{bytes[1]} << 8;
 }
 
-// As a directory entry has it: "IBMBIO  COM".
+// The name as stored in a directory entry: "IBMBIO  COM".
 std::string directoryName(const std::string& name) {
     const std::size_t dot = std::min(name.find('.'), name.size());
     std::string entry = name.substr(0, dot);
@@ -34,7 +34,7 @@ std::string directoryName(const std::string& name) {
     return entry;
 }
 
-// The first record of each of the names.
+// The first record of each name.
 std::map<std::string, zar::Entry> recordsOf(const std::vector<std::string>& names, zar::Checker& archive) {
     std::map<std::string, zar::Entry> records;
     for (zar::Entry record; archive.Next(record);) {
@@ -81,7 +81,7 @@ bool DiskVerification::Starts() {
         .passed();
 }
 
-// Keeps the first one and the root directory, for what follows.
+// Also keeps the first FAT and the root directory for the following steps.
 bool DiskVerification::FatsAgree() {
     std::vector<unsigned char> second(fat_.size());
     return ReadRun(fatStart, fat_) && ReadRun(fatStart + fatSize, second) && fat_ == second &&
@@ -157,8 +157,8 @@ bool DiskVerification::ReadSector(DWORD number, Sector sector) {
     return track.readable[place];
 }
 
-// At once: a drive that turns for each sector would take minutes. Sector by sector where that does not work,
-// because nothing need lie in the bad one.
+// Reads a whole track at once: one revolution per sector would take minutes. If that fails, reads sector by
+// sector, because the bad one may be unused.
 const DiskVerification::Track& DiskVerification::ReadTrack(unsigned track) {
     if (const auto known = tracks_.find(track); known != tracks_.end()) {
         return known->second;

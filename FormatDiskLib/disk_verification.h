@@ -12,23 +12,22 @@
 #include "boot_sector.h"
 #include "zar_check.h"
 
-// Compares a finished emergency diskette with the archive that it was made from. It knows the one layout that
-// the boot sector describes, looks at sectors alone, and so sees what a PC will find.
+// Compares a finished emergency diskette with the archive that it was made from. Reads only sectors, in the
+// one layout that the boot sector describes, and so sees what a PC will see.
 class DiskVerification {
 public:
-    // Fills the buffer, whole sectors, from sector `first` on (0 = boot sector); false when one of them
-    // cannot be read.
+    // Fills the buffer with whole sectors from sector `first` (0 = boot sector); false if one cannot be read.
     using ReadSectors = std::function<bool(DWORD first, std::span<std::byte> buffer)>;
-    // Called before each track is read and after each step, with the per cent done; false ends it.
+    // Called before each track is read and after each step, with the percentage done; false stops it.
     using GoOn = std::function<bool(int percent)>;
 
-    // Both are called on the thread of Passes; what they throw passes through.
+    // Both are called on the thread of Passes; their exceptions propagate.
     DiskVerification(ReadSectors read, GoOn goOn);
 
-    // Whether the boot code would start the loader, both FATs are the same, and each of the files, named as
-    // in the archive, is in the root directory with the content that the archive has for it (of several
-    // records of one name the first). A file that a sound archive does not hold is passed over; one that
-    // cannot be looked up, because the archive has a fault, is not. False also when it was ended.
+    // Whether the diskette passes every boot check, both FATs are equal, and each of the files, named as in
+    // the archive, is in the root directory with the archive's content (the first of several records of one
+    // name). A file that is not in a sound archive is skipped; if the archive has a fault, a missing file
+    // fails. Also false if stopped.
     bool Passes(const std::vector<std::string>& files, zar::Checker& archive);
 
 private:

@@ -13,7 +13,7 @@ using namespace UTILS::literals;
 
 namespace {
 
-// The one medium that the emergency diskette is made on.
+// The only medium for an emergency diskette.
 constexpr MediaGeometry diskette144{80, 2, 18, 512, F3_1Pt44_512};
 
 constexpr const char* noDriveText =
@@ -21,7 +21,7 @@ constexpr const char* noDriveText =
 
 constexpr const char* unknownErrorText = "Unbekannter Systemfehler";
 
-// A search for files and directories, closed at its end.
+// A search for files and directories, closed by the destructor.
 class Search {
 public:
     Search(const std::string& pattern, WIN32_FIND_DATAA& entry)
@@ -36,7 +36,7 @@ public:
 
     bool found() const { return handle_ != INVALID_HANDLE_VALUE; }
     bool next(WIN32_FIND_DATAA& entry) { return FindNextFileA(handle_, &entry) != 0; }
-    // After next() has said no: whether there was nothing more to find.
+    // After next() has failed: whether there were no more entries.
     static bool complete() { return GetLastError() == ERROR_NO_MORE_FILES; }
 
 private:
@@ -47,7 +47,7 @@ bool isDirectory(const WIN32_FIND_DATAA& entry) {
     return (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
-// A directory that lies elsewhere: only the way to it is on the diskette.
+// A link to a directory elsewhere: only the link is on the diskette.
 bool isLink(const WIN32_FIND_DATAA& entry) {
     return (entry.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
@@ -88,7 +88,7 @@ void MakeZARDisks::ClearDiskFiles() {
     files_.RemoveAllData();
 }
 
-// Both bases have hooks of these names; the disk maker's are meant.
+// Both bases have hooks of these names; these call FormatDisk's.
 void MakeZARDisks::ShowStatus(const char* text) {
     FormatDisk& disk = *this;
     disk.UPDATE_WINDOW(text, 1);
@@ -225,7 +225,7 @@ int MakeZARDisks::VerifyDisk(const std::function<bool(int percent)>& goOn) {
     }
     try {
         if (IsNT() && IsOpen()) {
-            Flush();  // writes what NT holds back for the drive
+            Flush();  // writes what NT has cached for the drive
         }
         RawDiskette diskette;
         diskette.OpenDrive(driveRoot_.c_str()[0]);
@@ -251,7 +251,7 @@ int MakeZARDisks::VerifyDisk(const std::function<bool(int percent)>& goOn) {
 int MakeZARDisks::EraseTree(const char* directory) {
     std::string path = directory;
     if (path.empty()) {
-        return 0;  // no drive was found; a backslash alone would name the root of the current one
+        return 0;  // no drive was found; a lone backslash would name the current drive's root
     }
     if (path.back() != '\\') {
         path += '\\';

@@ -11,8 +11,8 @@
 
 // Makes the emergency diskette: finds the drive, empties the diskette, labels it, writes its boot sector and
 // extracts the files of the list from the disk archive. FormatDisk's hooks receive every status line,
-// progress step and error; the extractor's own hooks of the same names can be overridden by the same bodies.
-// Thread rule: one thread; SendCancelCommand may come from any.
+// progress step and error; a derived class can override them together with the extractor's hooks of the same
+// names. Thread rule: one thread at a time; any thread may call SendCancelCommand.
 //
 //   maker.SetArchiveDirectory("C:\\Programme\\Mendwell");
 //   maker.SetArchiveName("mwdisk1.dat");
@@ -26,10 +26,10 @@ public:
     MakeZARDisks(const MakeZARDisks&) = delete;
     MakeZARDisks& operator=(const MakeZARDisks&) = delete;
 
-    // A user interface's progress position; here 0.
+    // The progress position of a user interface; here 0.
     virtual int GetSliderPos();
 
-    // Empties the names, the drive root and the file list; progress end 100.
+    // Clears the names, the drive root and the file list; sets the progress end to 100.
     void Reset();
 
     void SetArchiveDirectory(const UTILS::UtilsString& directory) { archiveDirectory_ = directory; }
@@ -41,31 +41,30 @@ public:
     void AddDiskFile(const UTILS::UtilsString& name, int attributes);
     void ClearDiskFiles();
 
-    // The root of the drive that FindFloppyDrive has found ("A:\"), empty before.
+    // The root of the drive that FindFloppyDrive found ("A:\"), empty before.
     const UTILS::UtilsString& GetDriveRoot() const { return driveRoot_; }
 
-    // Looks for a drive for 1.44 MB diskettes. Result: 1, or 0 after a failure, which has been reported
-    // through SHOW_ERROR. Throws nothing but what the hooks throw while they report.
+    // Finds a drive for 1.44 MB diskettes. Result: 1, or 0 after a failure, which has been reported through
+    // SHOW_ERROR. Throws only what the hooks throw while reporting.
     int FindFloppyDrive();
 
-    // Makes the disk in the drive that was found. Result: 1; 0 when the file list is empty, the diskette
-    // cannot be emptied, or a file cannot be extracted (a cancel included): files written until then stay. A
-    // label, an attribute or a boot sector that cannot be written does not end the run, unless it is for want
-    // of memory; the last is reported through SHOW_ERROR. Failures after the list was counted are told, not
-    // thrown; what the hooks throw outside the steps passes through.
+    // Makes the disk in the drive found. Result: 1; 0 if the file list is empty, the diskette cannot be
+    // emptied, or a file cannot be extracted (including a cancel); files already written stay. A label or
+    // attribute that cannot be set does not end the run unless memory is short, nor does a boot sector that
+    // cannot be written, which is reported through SHOW_ERROR. Once the list is counted, failures are
+    // reported, not thrown; exceptions of hooks outside the steps propagate.
     int MakeDisk();
 
-    // Reads the disk in the drive that was found back, from the medium as far as Windows lets programs, and
-    // compares it with the archive, as DiskVerification does. goOn is called again and again with the per
-    // cent done; false ends it. Result: 1 when the disk starts and holds what the archive holds; 0 when it
-    // does not, when the disk or the archive cannot be read, and when it was ended. Throws std::bad_alloc,
-    // and what goOn throws.
+    // Reads the disk back, from the medium as far as Windows allows, and compares it with the archive as
+    // DiskVerification does. goOn is called repeatedly with the percentage done; false stops. Result: 1 if
+    // the disk boots and matches the archive; 0 if not, if no drive was found, if the disk or the archive
+    // cannot be read, or if stopped. Throws std::bad_alloc and what goOn throws.
     int VerifyDisk(const std::function<bool(int percent)>& goOn);
 
-    // Deletes all files and directories below a directory, whatever their attributes; reports nothing. Of a
-    // link to a directory only the link goes.
-    // Result: 1, also when nothing can be found there; 0 at the first failure, where it stops, for an empty
-    // name, and when there is no memory to look.
+    // Deletes all files and directories below a directory, regardless of attributes; reports nothing. Deletes
+    // a link to a directory, not its target.
+    // Result: 1, even if nothing is found there; 0 at the first failure, where it stops, for an empty name,
+    // and if memory is short.
     int EraseTree(const char* directory);
 
 private:

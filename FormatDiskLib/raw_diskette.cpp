@@ -6,7 +6,7 @@
 
 namespace {
 
-// MS-DOS function 710Dh of Windows 95/98/Me, and its flag that has the caches forgotten, not only written.
+// MS-DOS function 710Dh of Windows 95/98/Me, and its flag that invalidates the caches after flushing them.
 constexpr DWORD resetDrive = 0x710D;
 constexpr DWORD invalidateCache = 1;
 
@@ -31,7 +31,7 @@ void RawDiskette::DropCache() {
     try {
         DeviceControl(VWIN32_DIOC_DOS_IOCTL, &in, sizeof in, &out, sizeof out);
     } catch (const UTILS::DiskIoException&) {
-        // Then what is read may come from memory, which is as far as this Windows lets a program go.
+        // Reads may then come from a cache; this Windows offers nothing better.
     }
 }
 

@@ -15,16 +15,15 @@
 //   diskette.ReadSectors(0, std::as_writable_bytes(std::span(bootSector)));
 class RawDiskette : public UTILS::DiskIO {
 public:
-    // Opens the way to the drive of that letter, for reading; what was open before is closed. Throws
-    // DiskIoException type 1.
+    // Opens the drive of that letter for reading, after closing what was open. Throws DiskIoException type 1.
     void OpenDrive(char letter);
 
-    // Has Windows 95/98/Me write what it holds back for the drive that is open and forget what it has read
-    // of it; a refusal is not reported. NT needs no asking: it reads the sectors of a volume from the medium.
+    // Makes Windows 95/98/Me flush and invalidate its cache of the open drive; a refusal is not reported. NT
+    // needs no call: it reads the sectors of a volume from the medium.
     void DropCache();
 
-    // Reads whole sectors of 512 bytes, at most 65535, from number `first` on (0 = boot sector). Throws
-    // DiskIoException when one of them cannot be read; the buffer is then undefined.
+    // Reads whole sectors of 512 bytes, at most 65535, starting at `first` (0 = boot sector). Throws
+    // DiskIoException if one cannot be read; the buffer contents are then undefined.
     void ReadSectors(DWORD first, std::span<std::byte> buffer);
 
 private:

@@ -41,7 +41,7 @@ DWORD maskOf(UINT driveType) {
     }
 }
 
-// The device type of an MS-DOS parameter block as Windows names the medium.
+// Converts the device type of an MS-DOS parameter block to a Windows media type.
 MEDIA_TYPE mediaOf(BYTE deviceType) {
     switch (deviceType) {
         case 0:
@@ -116,7 +116,7 @@ void FormatDisk::ResetDrive() {
         physicalDrive_ = 0;
         bootSectorImage_.reset();
     }
-    ResetErrorMode();  // so that a second reset keeps the mode from before the first
+    ResetErrorMode();  // so that a second reset still restores the original mode
     SetErrorMode();
 }
 
@@ -132,8 +132,7 @@ void FormatDisk::DeviceControl(DWORD code, void* const in, DWORD inSize, void* o
     DiskIO::DeviceControl(code, in, inSize, out, outSize);
 }
 
-// Closing forgets the saved error mode; it is this object's until its end, however often the device is
-// opened.
+// Close clears the saved error mode, which this object must keep until its end.
 void FormatDisk::Reopen() {
     if (IsOpen()) {
         const DWORD savedErrorMode = savedErrorMode_;
@@ -212,8 +211,8 @@ void FormatDisk::ReadGeometry(const MediaGeometry& wanted) {
     }
 }
 
-// MS-DOS function 440Dh, "get device parameters". The block is cleared first: a service that fails leaves it
-// as it is, and what the drive before it has reported must not be taken for an answer.
+// MS-DOS function 440Dh, "get device parameters". The block is cleared first: a failed service leaves it
+// unchanged, and the previous drive's parameters must not be mistaken for the answer.
 void FormatDisk::ReadDeviceParameters() {
     deviceParameters_ = {};
     input_ = {};
@@ -256,7 +255,7 @@ void FormatDisk::TakeIfWanted(const DISK_GEOMETRY& geometry, const MediaGeometry
 
 const char* FormatDisk::GetFirstDriveOfType(MediaGeometry wanted) {
     nativeGeometry_ = {};
-    driveGeometry_ = {};  // a drive found earlier must not answer for one that has nothing to offer
+    driveGeometry_ = {};  // the result of an earlier scan must not count for this one
     UPDATE_WINDOW("Diskettenlaufwerke werden gesucht...", 1);
     try {
         ChooseDrive(wanted);
