@@ -25,7 +25,7 @@ Archive_ZAR::Archive_ZAR() {
 Archive_ZAR::Archive_ZAR(const UtilsString& source, const UtilsString& archiveFile, int archiveNow) {
     Init();
     sourcePath_.SetScanRO();
-    // The tree is walked once, here; the automate flag would do it a second time while the path is set.
+    // The tree is walked once, here; with the automate flag, setting the path would walk it again.
     sourcePath_ = source;
     sourcePath_.SetAutomate();
     if (sourcePath_.GetFileFlag() == 0) treeFound_ = sourcePath_.Search("*.*") != 0;
@@ -86,7 +86,7 @@ void Archive_ZAR::OpenArchive() {
 }
 
 void Archive_ZAR::ArchiveTree() {
-    // An archive of nothing, or of half a tree, must not replace one that is there.
+    // An archive of nothing, or of half a tree, must not replace an existing one.
     if (!treeFound_) RaiseArchiveError();
     OpenArchive();
     sourcePath_.ResetTreeSearch();
@@ -110,7 +110,7 @@ void Archive_ZAR::ArchiveList() {
     ListFile().Close();
 }
 
-// The whole file in one transfer. An empty list is a list of no files.
+// Reads the whole file in one transfer. An empty file lists no files.
 std::string Archive_ZAR::ReadListFile() {
     DiskIO& file = ListFile();
     file.Open(sourcePath_.GetPath(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, OPEN_EXISTING, 0);
@@ -131,7 +131,7 @@ void Archive_ZAR::ArchiveListed(const std::string& line) {
 void Archive_ZAR::ArchiveFile(const char* path, UtilsString& stored) {
     OpenInput(path);
     DiskIO& input = Input();
-    // The layout keeps 32 bits of a size.
+    // The layout stores sizes in 32 bits.
     if (input.GetFileSizeHigh() != 0) RaiseArchiveError(ERROR_NOT_SUPPORTED);
     UPDATE_WINDOW((std::string(archiving) + path).c_str(), 1);
     const DWORD size = input.GetFileSize();
@@ -145,7 +145,7 @@ void Archive_ZAR::ArchiveFile(const char* path, UtilsString& stored) {
 DWORD Archive_ZAR::ReportedAttributes() {
     const DWORD attributes = Input().GetFileAttributes();
     if (attributes == INVALID_FILE_ATTRIBUTES) RaiseArchiveError(::GetLastError());
-    // A link is archived as the file that it leads to.
+    // A link is archived as its target.
     return attributes & ~FILE_ATTRIBUTE_REPARSE_POINT;
 }
 
@@ -171,7 +171,7 @@ void Archive_ZAR::CopyData(DWORD size) {
         throw ZAR_CommonException(archiveFailure, ZAR_CANCELLED, __builtin_LINE(), sourceFile,
                                   ZAR_CANCEL_CONDITION);
     }
-    // A file that shrank meanwhile would leave a record that promises more than it holds. After a failed copy
-    // the archive is closed, and the next field that is written reports it.
+    // A file that shrank meanwhile would leave a record shorter than its size field says. After a failed copy
+    // the output is closed, and writing the next field reports the failure.
     if (copied != 0 && bytesCopied_ != size) RaiseArchiveError();
 }

@@ -35,7 +35,7 @@ Checker::Checker(UTILS::DiskIO& file)
 
 bool Checker::Next(Entry& entry) {
     if (ended_ || next_ == size_) return false;
-    // Until the record has proved sound there is no way on.
+    // Until the record proves sound, the next one cannot be found.
     ended_ = true;
     entry = Entry{};
     entry.offset = next_;

@@ -11,20 +11,20 @@
 #include "zar_format.h"
 
 // Reads archives of both layouts without extracting them: for programs that list, test or compare. Stricter
-// than the extractor, which looks for the markers that it needs and passes over everything else.
+// than the extractor, which looks only for the markers that it needs and skips everything else.
 
 namespace zar {
 
 enum class FaultKind {
-    UnknownSignature,  // a record does not begin as one of this archive's layout
-    MissingMarker,     // a field of a record is not the marker that belongs there
+    UnknownSignature,  // a record does not begin with the archive's signature
+    MissingMarker,     // a field of a record is not the expected marker
     Truncated,         // the archive ends inside a record's fields
     NamePastEnd,
     DataPastEnd,
-    NameLength,  // 0, or 65535 and more
-    NameByte,    // the name holds a zero byte or the key byte, so that it does not survive the round trip
+    NameLength,  // 0, or 65535 or more
+    NameByte,    // the name contains a zero byte or the key byte and does not survive a round trip
     NameLeavesTarget,
-    EmptyFile,  // a record without data, which no extractor can copy
+    EmptyFile,  // a record without data, which the extractor cannot copy
     ReadFailure,
 };
 
@@ -47,10 +47,10 @@ struct Entry {
 // file or after a failure.
 using ReadAt = std::function<std::size_t(std::uint64_t offset, unsigned char* buffer, std::size_t count)>;
 
-// Takes the next piece of a file's data; false ends the reading.
+// Receives the next piece of a file's data; false stops reading.
 using TakeData = std::function<bool(const unsigned char* data, std::size_t count)>;
 
-// Walks an archive's records from its start.
+// Iterates over an archive's records.
 //
 //   zar::Checker checker(file);
 //   for (zar::Entry entry; checker.Next(entry);) std::cout << entry.name << '\n';
@@ -59,18 +59,17 @@ class Checker {
 public:
     // `size` is the archive's size in bytes.
     Checker(ReadAt read, std::uint64_t size);
-    // The file is open for reading and outlives the checker; its file pointer is moved about.
+    // The file must be open for reading and outlive the checker, which moves its file pointer.
     explicit Checker(UTILS::DiskIO& file);
 
-    // Gives the next record; false at the end of the archive, or when a fault leaves no way to the next
-    // record. A record with a fault that does not (its name, an empty file) is given nevertheless. Throws
-    // std::bad_alloc.
+    // Returns the next record; false at the end of the archive, or if a fault hides where the next record
+    // begins. A record with another fault (its name, an empty file) is still returned. Throws std::bad_alloc.
     bool Next(Entry& entry);
-    // The first fault met so far.
+    // The first fault found so far.
     const std::optional<Fault>& FirstFault() const { return fault_; }
 
-    // Reads a record's data, unscrambled, piece by piece. True when all of it was taken; false when `take`
-    // ended it or the data could not be read, which is then a fault. Does not disturb the walk.
+    // Reads a record's data, unscrambled, piece by piece. True if all of it was taken; false if `take`
+    // stopped or the data could not be read, which is then a fault. Does not affect the iteration.
     bool ReadData(const Entry& entry, const TakeData& take);
 
 private:

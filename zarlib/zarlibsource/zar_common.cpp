@@ -80,7 +80,7 @@ void ZAR_Common::ResetCancelState() {
 }
 
 int ZAR_Common::CheckForCancelCommand() const {
-    // Looking at the queue lets messages that other threads have sent to this one's windows through.
+    // Peeking at the queue delivers messages that other threads sent to this thread's windows.
     MSG message;
     ::PeekMessageA(&message, nullptr, 0, 0, PM_NOREMOVE);
     return cancelEvent_.UnLock() == 0 ? 1 : 0;

@@ -17,47 +17,47 @@ public:
     using ReportException::ReportException;
 };
 
-// Error number and condition text by which a cancelled operation is told from a failed one.
+// Error number and condition text of a cancelled operation.
 inline constexpr DWORD ZAR_CANCELLED = 1000;
 inline constexpr const char* ZAR_CANCEL_CONDITION = "The Cancel Command Has Been Processed";
 
-// The engine under the extractor and the archiver: the files that an operation has open, the reading and
-// writing of fields, names and data, and the cancel protocol. Never used alone.
-// Thread rule: one thread runs an operation; SendCancelCommand may come from any other.
+// The common base of the extractor and the archiver: the open files, reading and writing of fields, names and
+// data, and cancelling. Never used alone.
+// Thread rule: one thread runs an operation; any other may call SendCancelCommand.
 class ZAR_Common : public UTILS::DIOList {
 public:
     ~ZAR_Common() override = default;
 
     // Asks the running operation to stop at its next check; several requests before one check count as one.
     virtual void SendCancelCommand();
-    // Keeps the path of a log file. The archive library itself writes no log.
+    // Stores the path of a log file. The archive library itself writes no log.
     virtual void SetLogFile(const UTILS::UtilsString& path);
-    // 1 from the moment a check has seen a cancel until ResetCancelState.
+    // 1 after a check has seen a cancel, until ResetCancelState.
     virtual int ProcessCancelCommand() const;
     virtual void ResetCancelState();
 
     // 1 while a file's data is being copied.
     int IsIOStarted() const { return ioStarted_; }
     int GetIOStarted() const { return IsIOStarted(); }
-    // The value of the last field that was read.
+    // The value of the last field read.
     DWORD GetMag() const { return lastField_; }
     // Bytes of the current file's data copied so far.
     DWORD GetI() const { return bytesCopied_; }
 
 protected:
-    // The engine's files by their place in the list.
+    // The files by their position in the list.
     static constexpr DWORD inputIndex = 0;
     static constexpr DWORD outputIndex = 1;
     static constexpr DWORD listFileIndex = 2;
 
     ZAR_Common();
     // Copy the log file path, the copy buffer and the cancel event's state; the copy has its own handle to
-    // the same event. A cancel sent to either stops whichever of the two checks first, and only that one. The
-    // open files are not copied.
+    // the same event. A cancel sent to either stops only the one that checks first. The open files are not
+    // copied.
     ZAR_Common(const ZAR_Common& other);
     ZAR_Common& operator=(const ZAR_Common& other);
 
-    // Puts the two files into the list and the engine into its first state.
+    // Adds the two files to the list and resets the state.
     void Init();
 
     UTILS::DiskIO& Input() { return GetIO(inputIndex); }
@@ -70,40 +70,40 @@ protected:
     // Read one field. Throw DiskIoException type 2 at the end of the file.
     DWORD ReadInputFileField();
     DWORD ReadOutputFileField();
-    // Reads fields until one equals `wanted`. Throws as a field does.
+    // Reads fields until one equals `wanted`. Throws as ReadInputFileField does.
     void ReadUntil(m_archive_fields wanted);
     // Writes one field. Throws DiskIoException type 3.
     void WriteOutputFileField(DWORD value);
 
-    // Read `length` bytes (below 65535) or what the file still has, unscrambled when `scrambled` is not 0. A
+    // Read `length` bytes (below 65535) or as many as remain; unscramble them if `scrambled` is not 0. A
     // string receives them up to the first zero byte stored. Throw DiskIoException type 2 at the end of the
-    // file and for a greater length, where nothing is read or allocated.
+    // file, and for a greater length without reading or allocating anything.
     void ReadInputStringData(UTILS::UtilsString& s, DWORD length, int scrambled);
     void ReadInputByteData(UTILS::UtilsByte& b, DWORD length, int scrambled);
-    // Write the first `length` bytes (below 65535). With `scrambled` not 0 the caller's object is scrambled
-    // first and stays so. Throw DiskIoException type 3.
+    // Write the first `length` bytes (below 65535). If `scrambled` is not 0, the caller's object is scrambled
+    // first and stays scrambled. Throw DiskIoException type 3.
     void WriteOutputStringData(UTILS::UtilsString& s, DWORD length, int scrambled);
     void WriteOutputByteData(UTILS::UtilsByte& b, DWORD length, int scrambled);
-    // Read from the input and write to the output what was read, unscrambled when `scrambled` is not 0.
+    // Copy from the input to the output, unscrambled if `scrambled` is not 0.
     void TransactStringData(UTILS::UtilsString& s, DWORD length, int scrambled);
     void TransactByteData(UTILS::UtilsByte& b, DWORD length, int scrambled);
 
-    // From where the input stands, after a record's name, to the next record's name marker (field
-    // ZAR_SKIP_FROM_NAME, or another up to it as a signed number), or for any greater field past the record's
-    // end marker. 1 when done, 0 after a cancel (I/O started is then 1) or a failure. Throws nothing.
+    // Moves the input from after a record's name to the next record's name marker (field ZAR_SKIP_FROM_NAME,
+    // or another not above it as a signed number) or, for a greater field, past the record's end marker. 1
+    // when done, 0 after a cancel (I/O started is then 1) or a failure. Throws nothing.
     int MoveToNextRecord(m_archive_fields& field);
-    // Moves the input forward by `distance` bytes, past the end of the file if need be. False, and nothing
-    // moved, when the file has fewer than `required` bytes left. Throws DiskIoException type 5.
+    // Moves the input forward by `distance` bytes, even past the end of the file. False without moving if
+    // fewer than `required` bytes remain. Throws DiskIoException type 5.
     bool SkipInput(std::uint64_t distance, std::uint64_t required);
 
-    // Copies `size` bytes of data from the input to the output, XORed with the key on the way. 1 when done;
-    // 0 after a cancel (I/O started stays 1) or a failure (0), with the output closed.
+    // Copies `size` bytes of data from the input to the output, XORed with the key. 1 when done; 0, with the
+    // output closed, after a cancel (I/O started stays 1) or a failure (it is 0).
     int WriteOutputFileData(DWORD size);
 
-    // 1 when no cancel is pending, 0 when one was and is now consumed.
+    // 1 if no cancel is pending; 0 if one was, which is now consumed.
     int CheckForCancelCommand() const;
 
-    // Closes one of the engine's files and brings it to its unopened state, whatever the system says.
+    // Closes one of the files and resets it, ignoring errors.
     void CloseQuietly(DWORD index) noexcept;
 
     UTILS::CCriticalSection listLock_;

@@ -3,7 +3,7 @@
 #include "zar_common.h"
 #include "zar_file.h"
 
-// Copying a file's data and passing over records.
+// Copying a file's data and skipping records.
 
 using UTILS::DiskIO;
 using UTILS::DiskIoException;
@@ -16,7 +16,7 @@ constexpr DWORD skipReference = 0xEFB04FAF;
 
 int ZAR_Common::MoveToNextRecord(m_archive_fields& field) {
     try {
-        // Compared as the signed numbers that the codes are taken for.
+        // The codes are compared as signed numbers.
         const bool fromName = static_cast<LONG>(field) <= static_cast<LONG>(ZAR_SKIP_FROM_NAME);
         if (!SkipUntil(fromName ? ZAR_SIZE : ZAR_RECORD_END)) return 0;
         return !fromName || SkipData(field) ? 1 : 0;
@@ -38,10 +38,10 @@ bool ZAR_Common::SkipUntil(m_archive_fields wanted) {
 
 bool ZAR_Common::SkipData(m_archive_fields field) {
     const std::uint64_t size = ReadInputFileField();
-    // How many fields lie between the size and the place to go to follows from the field that was asked for.
+    // The requested field determines how many fields are between the size and the destination.
     const std::int64_t k = std::int64_t{static_cast<LONG>(skipReference)} - static_cast<LONG>(field);
     const auto between = static_cast<std::uint64_t>(k + k / 2) * zar::fieldSize;
-    // The place may lie past the end of the archive, but not of a record that is cut short.
+    // The destination may be past the end of the archive, but the record must not be truncated.
     return SkipInput(size + between, size + zar::fromSizeToEnd);
 }
 

@@ -28,14 +28,13 @@ std::string TextOf(const UtilsString& text) {
     return std::string(text.c_str(), text.length());
 }
 
-// What `read` gives; false when it fails. The end of an archive is not marked: it is met when something is
-// looked for in vain, and whatever goes wrong then counts as the end. Only a lack of memory does not, because
-// the archive goes on.
+// The result of `read`; false if it fails. An archive has no end marker: any failure while looking for the
+// next record counts as its end, except lack of memory, because the archive continues.
 template <class Read>
 bool BeforeTheEnd(Read read) {
     try {
         return read();
-    } catch (const UTILS::AllocationFailure&) {  // what is read asks for a text that there cannot be
+    } catch (const UTILS::AllocationFailure&) {  // the archive asks for a text of impossible length
         return false;
     } catch (const std::bad_alloc&) {
         throw;
@@ -169,7 +168,7 @@ UtilsString Extract_ZAR::ReadStoredName() {
 
 bool Extract_ZAR::ReducedStaysBelow(const UtilsString& name) const {
     std::string text = TextOf(name);
-    // A reduced name keeps the backslash that followed the element taken away.
+    // A reduced name keeps the backslash that followed the removed element.
     if (subDirAsRoot_ != 0 && text.starts_with('\\')) text.erase(0, 1);
     return StaysBelowTarget(text);
 }
@@ -181,7 +180,7 @@ int Extract_ZAR::ExtractNew(const UtilsString& name, bool report) {
     ReadUntil(ZAR_ATTRIBUTES);
     const DWORD attributes = ReadInputFileField();
     ReadUntil(ZAR_DATA);
-    // The rest of the number would be flags of the opening, which are not an archive's to choose.
+    // The other bits would be flags of CreateFile, which an archive must not choose.
     Output().SetFileAttributes(attributes & zar::creationAttributes);
     MakeDirectories(path);
     OpenOutput(path);
@@ -192,7 +191,7 @@ int Extract_ZAR::ExtractNew(const UtilsString& name, bool report) {
     return copied;
 }
 
-// The path for one file ends with its name.
+// For a single file the target path already includes the name.
 std::string Extract_ZAR::OutputPath(const UtilsString& name) const {
     const std::string target = targetPath_.GetPath();
     return autoExtract_ != 0 ? zar::JoinPath(target, TextOf(name)) : target;

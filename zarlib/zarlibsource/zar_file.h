@@ -6,13 +6,13 @@
 
 namespace zar {
 
-// Size of an open file in bytes, as it was when the file was opened or last written.
+// Size of an open file in bytes, as of its last open or write.
 inline std::uint64_t SizeOf(const UTILS::DiskIO& file) {
     return std::uint64_t{file.GetFileSizeHigh()} << 32 | file.GetFileSize();
 }
 
-// Moves a file's pointer to a place, in bytes from the start. The system takes a distance of 32 bits as
-// signed, so a place between 2 and 4 GiB is gone to in several moves. Throws DiskIoException type 5.
+// Moves a file's pointer to `place`, in bytes from the start. The system treats a 32-bit distance as signed,
+// so a position from 2 to 4 GiB takes several moves. Throws DiskIoException type 5.
 inline void MoveTo(const UTILS::DiskIO& file, std::uint64_t place) {
     constexpr std::uint64_t longest = 0x7FFFFFFF;
     LARGE_INTEGER step{};

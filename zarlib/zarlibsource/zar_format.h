@@ -3,8 +3,8 @@
 
 #include <cstddef>
 
-// The layout of an archive, in one place. An archive is nothing but its records, one after the other; the
-// first field tells the two layouts apart. docs/archive-format.md describes both.
+// The archive format. An archive is a sequence of records; the first field distinguishes the two layouts,
+// which docs/archive-format.md describes.
 
 // Field codes: record signatures and the markers around each value of a new-layout record.
 enum m_archive_fields : DWORD {
@@ -18,7 +18,7 @@ enum m_archive_fields : DWORD {
     ZAR_ATTRIBUTES_END = 0xEFB111CD,
     ZAR_DATA = 0xEFBFDFCD,
     ZAR_RECORD_END = 0xEFBDFDCD,
-    // No field of an archive: asks MoveToNextRecord to go on from a record's name to the next name marker.
+    // Not a field of an archive: makes MoveToNextRecord go from a record's name to the next name marker.
     ZAR_SKIP_FROM_NAME = 0xEFB04FAA,
 };
 
@@ -27,7 +27,7 @@ namespace zar {
 inline constexpr unsigned char key = 0x93;  // every byte of names and data is stored XORed with it
 inline constexpr DWORD fieldSize = 4;
 inline constexpr DWORD nameLimit = 65535;   // names are shorter: one transfer with a 16-bit length
-inline constexpr DWORD chunkSize = 8094;    // the most bytes of data that one step of a copy moves
+inline constexpr DWORD chunkSize = 8094;    // the most bytes of data copied in one step
 inline constexpr DWORD oldNameSize = 16;    // fixed width of an old-layout name
 inline constexpr DWORD oldHeaderSize = 24;  // signature, name, size
 
@@ -36,8 +36,8 @@ inline constexpr DWORD beforeName = 12;      // signature, name marker, n
 inline constexpr DWORD fromNameToData = 32;  // name end, size, attributes, data marker
 inline constexpr DWORD fromSizeToEnd = 24;  // size end, attributes, data marker, record end; data not counted
 
-// Values of a creation attribute that an archive may choose: file attributes, none of the flags that share
-// the number with them (delete on close, overlapped, ...).
+// Bits of a creation attribute that an archive may set: file attributes, not the flags in the same number
+// (delete on close, overlapped, ...).
 inline constexpr DWORD creationAttributes = 0x31A7;
 
 inline DWORD LoadField(const unsigned char* bytes) {

@@ -19,7 +19,7 @@ std::string Upper(std::string_view text) {
     return upper;
 }
 
-// A port number as the system reads it: a digit from 1, or one of the raised digits of code page 1252.
+// A port number as the system accepts it: 1 to 9, or a superscript digit of code page 1252.
 bool IsPortNumber(char c) {
     return (c >= '1' && c <= '9') || c == '\xB9' || c == '\xB2' || c == '\xB3';
 }
@@ -27,7 +27,7 @@ bool IsPortNumber(char c) {
 bool NamesDevice(std::string_view element) {
     static constexpr std::array<std::string_view, 7> devices = {"NUL",    "CON",    "PRN",    "AUX",
                                                                 "CLOCK$", "CONIN$", "CONOUT$"};
-    // The system looks at what stands before the first point, without the blanks behind it.
+    // The system looks only at the part before the first dot, without trailing blanks.
     std::string stem = Upper(element.substr(0, element.find('.')));
     stem.erase(stem.find_last_not_of(' ') + 1);
     if (std::find(devices.begin(), devices.end(), stem) != devices.end()) return true;
@@ -51,12 +51,12 @@ const char* ElementObstacle(std::string_view element) {
 }
 
 NameDanger JudgeElement(std::string_view element) {
-    // Trailing points and blanks are dropped by the system, so these may become "." or "..", or nothing.
+    // The system drops trailing dots and blanks, so these may become "." or "..", or nothing.
     if (element.find_first_not_of(". ") == std::string_view::npos) return NameDanger::ParentStep;
     return NamesDevice(element) ? NameDanger::Device : NameDanger::None;
 }
 
-// What is said first of an element of the name, or `nothing`.
+// The first verdict on an element of the name that is not `nothing`, else `nothing`.
 template <class Verdict>
 Verdict FirstVerdict(std::string_view name, Verdict nothing, Verdict (*judge)(std::string_view)) {
     while (!name.empty()) {
