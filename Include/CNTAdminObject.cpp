@@ -32,7 +32,7 @@ bool matches(const KnownSystem& known, const OSVERSIONINFOA& version) {
            (known.minor == anyMinor || known.minor == version.dwMinorVersion);
 }
 
-// The token that access checks of the calling thread use: that of whom it impersonates, else the process's.
+// The token for access checks of the calling thread: its impersonation token, else the process token.
 UTILS::OwnedHandle openEffectiveToken() {
     HANDLE token = nullptr;
     if (::OpenThreadToken(::GetCurrentThread(), TOKEN_QUERY, TRUE, &token)) {
@@ -47,7 +47,7 @@ UTILS::OwnedHandle openEffectiveToken() {
 
 using GroupList = UTILS::UtilsAllocator<TOKEN_GROUPS>;
 
-// Reads the token's groups into the block, which must stay where it is: they point to identifiers in it.
+// Reads the token's groups into `groups`, which must not move: the entries point into it.
 bool readGroups(HANDLE token, GroupList& groups) {
     DWORD size = 0;
     if (::GetTokenInformation(token, TokenGroups, nullptr, 0, &size) ||
@@ -58,7 +58,7 @@ bool readGroups(HANDLE token, GroupList& groups) {
     return ::GetTokenInformation(token, TokenGroups, groups.GetBuffer(), size, &size) != 0;
 }
 
-// Makes the identifier of the local Administrators group in the place given, and frees it when it goes.
+// Allocates the identifier of the local Administrators group into `place`; the destructor frees it.
 class AdministratorsGroup {
 public:
     explicit AdministratorsGroup(PSID& place) : place_(place) {

@@ -1,8 +1,8 @@
 #pragma once
 #include <windows.h>
 
-// The Windows systems that the file, drive and registry code tells apart; 0 stands for any other. 4 and above
-// is the NT family.
+// The Windows systems that the file, drive and registry code distinguishes; 0 is any other. 4 and above are
+// the NT family.
 enum ostype : DWORD {
     OS_UNKNOWN = 0,
     OS_WINDOWS_95 = 1,
@@ -14,10 +14,10 @@ enum ostype : DWORD {
     OS_WINDOWS_XP = 7
 };
 
-// Tells which Windows the process runs on and whether its user is a local administrator.
+// Detects the Windows version and whether the user is a local administrator.
 class CNTAdminObject {
 public:
-    // Determines the system; it stays OS_UNKNOWN when it is none of the known ones. Throws nothing.
+    // Detects the system; OS_UNKNOWN if it is none of the known ones. Throws nothing.
     CNTAdminObject();
     CNTAdminObject(const CNTAdminObject& other) = default;
     CNTAdminObject& operator=(const CNTAdminObject& other) = default;
@@ -30,16 +30,16 @@ public:
     // Result: 1 or 0 (also for an unknown system).
     int IsNT() const { return system_ > OS_WINDOWS_ME ? 1 : 0; }
 
-    // Whether the token of the calling thread, or of the process when the thread impersonates nobody, holds
+    // Whether the token of the calling thread, or of the process if the thread does not impersonate, contains
     // the local Administrators group.
     // Result: 1 or 0; 0 also on Windows 95/98/Me, on an unknown system and when a system call fails.
-    // Throws std::bad_alloc when memory runs out. The token and the group identifier are released each time.
+    // Throws std::bad_alloc. Releases the token and the group identifier before it returns.
     int RunningAsAdministrator();
     int IsAdmin() { return RunningAsAdministrator(); }
 
 protected:
-    // Asks the system for its version and sets the system accordingly; an unknown version, or a failure,
-    // leaves it as it was.
+    // Sets the system from the version that Windows reports; an unknown version or a failure leaves it
+    // unchanged.
     void DetermineOS();
 
 private:

@@ -88,8 +88,8 @@ std::string CCriticalSection::GetObjName() const {
     return CSyncObject::GetObjName();
 }
 
-// Only states that came with a copy can lie on the stack while no thread owns the section; there is then
-// nothing to leave. A section that another thread owns is none of the caller's business.
+// While no thread owns the section, any state on the stack came with a copy, so there is nothing to leave. A
+// section that another thread owns is left alone.
 int CCriticalSection::DropCopiedState() noexcept {
     const int depth = Depth();
     if (depth > 0 && owner_.load(std::memory_order_relaxed) == nullptr) {

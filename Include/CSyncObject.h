@@ -6,30 +6,30 @@
 #include <memory>
 #include <string>
 
-// Classes that override these operations declare them "const int"; to a compiler the const does nothing.
+// Overriding classes declare these operations "const int"; the const has no effect.
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wignored-qualifiers"
 
 namespace UTILS {
 
-// Base of the lock and the event: a name, a record of lock states and whether the system handle is borrowed.
-// The record is a stack that holds one 0 (unlocked) and above it a 1 for each Lock not yet undone.
+// Base of the lock and the event: a name, a stack of lock states and whether the system handle is borrowed.
+// The stack holds one 0 (unlocked) and above it a 1 for each Lock without its UnLock.
 class CSyncObject {
 public:
     virtual ~CSyncObject();
 
-    // Marks the system handle as borrowed: the destructor then leaves it open. UnAttach takes the mark back.
+    // Marks the system handle as borrowed: the destructor then leaves it open. UnAttach clears the mark.
     virtual void Attach();
     virtual void UnAttach();
 
     // Pushes a 1 on the state stack. Result: 1.
     virtual const int Lock();
 
-    // Pops one state. Result: 1; 0 when only the first 0 is left, which is never popped.
+    // Pops one state. Result: 1; 0 if only the first 0 is left, which is never popped.
     virtual const int UnLock();
 
-    // The state at `index`, counted from the bottom; -1 asks for the top. An index beyond the stack (or any
-    // other negative one) throws std::out_of_range.
+    // The state at `index`, counted from the bottom; -1 is the top. Any other index outside the stack throws
+    // std::out_of_range.
     virtual const int GetState(int index) const;
 
     // 1 when the system handle is borrowed, else 0.
@@ -38,7 +38,7 @@ public:
     // A copy of the name; empty for an unnamed object.
     virtual std::string GetObjName() const;
 
-    // The name of the object's run-time class, for example "class UTILS::CEvent"; it lives as long as the
+    // The name of the object's run-time class, for example "class UTILS::CEvent"; valid for the life of the
     // program.
     virtual const char* derived_class() const;
 
@@ -46,31 +46,31 @@ protected:
     explicit CSyncObject(const std::string& name);
     CSyncObject() noexcept = default;
 
-    // Copies take the name, the states and the attached mark; the system object's own state stays behind.
+    // Copy the name, the states and the attached mark, but not the state of the system object.
     CSyncObject(const CSyncObject& other);
     const CSyncObject& operator=(const CSyncObject& other);
     const CSyncObject& Copy(const CSyncObject& other);
 
-    // How many 1s lie on the stack. Read by any thread; changed by the owner of the lock alone.
+    // The number of 1s on the stack. Any thread may read it; only the lock's owner changes it.
     int Depth() const noexcept { return depth_.load(std::memory_order_relaxed); }
     void SetDepth(int depth) noexcept { depth_.store(depth, std::memory_order_relaxed); }
-    // Moves from one depth to the next unless another thread was faster.
+    // Changes the depth atomically; false, and no change, if it is not `from`.
     bool ChangeDepth(int from, int to) noexcept { return depth_.compare_exchange_strong(from, to); }
 
 private:
     void Init(const std::string& name);
 
-    // A stack of one 0 and then 1s is told whole by its depth, without storage of its own.
+    // The depth alone describes a stack of one 0 followed by 1s.
     std::atomic<int> depth_ = 0;
     std::atomic<int> attached_ = 0;
-    std::unique_ptr<const std::string> name_;  // null for the empty name, which is nearly every object's
+    std::unique_ptr<const std::string> name_;  // null for an empty name, as in most objects
 };
 
-// A lock that its owning thread may enter again.
+// A recursive lock.
 class CCriticalSection : public CSyncObject {
 public:
     CCriticalSection() noexcept { InitializeCriticalSection(&section_); }
-    // A copy is a free lock of its own that carries the recorded states.
+    // A copy is a new, unowned lock with the same recorded states.
     CCriticalSection(const CCriticalSection& other) : CSyncObject(other) {
         InitializeCriticalSection(&section_);
     }
@@ -89,8 +89,8 @@ public:
         return 1;
     }
 
-    // Leaves the section once. Result: 1, also when this thread does not own it: the section then stays as it
-    // is.
+    // Leaves the section once. Result: 1, even if this thread does not own it; then at most a copied state is
+    // popped.
     const int UnLock() override {
         if (owner_.load(std::memory_order_relaxed) != ThisThread()) {
             return DropCopiedState();
@@ -107,7 +107,7 @@ public:
     std::string GetObjName() const override;
 
 private:
-    // The address of a thread's own variable tells threads apart without a system call.
+    // The address of a thread-local variable identifies a thread without a system call.
     static const void* ThisThread() noexcept {
         static thread_local char mark = 0;
         return &mark;
@@ -120,7 +120,7 @@ private:
     int unlocked_ = 0;  // set by UnLock; changed only inside the section
 };
 
-// Holds a section from construction to the end of the scope.
+// Locks a section for the scope.
 class SectionGuard {
 public:
     explicit SectionGuard(CCriticalSection& section) : section_(section) {
@@ -134,28 +134,28 @@ private:
     CCriticalSection& section_;
 };
 
-// A system event. Any thread may signal it; the working thread tests it without waiting.
+// A system event. Any thread may signal it; the worker thread tests it without waiting.
 class CEvent : public CSyncObject {
 public:
-    // Creates the event. initiallySignalled and manualReset: 0 or not; an empty name makes an unnamed event;
-    // security may be null. An event that cannot be created has no handle and its operations report 0.
+    // Creates the event. initiallySignalled and manualReset: 0 or not 0; an empty name makes an unnamed
+    // event; security may be null. If the event cannot be created, the handle is null and the operations
+    // return 0.
     CEvent(int initiallySignalled = 0, int manualReset = 0, const std::string& name = std::string(),
            LPSECURITY_ATTRIBUTES security = nullptr);
 
-    // A copy refers to the same system event through a handle of its own (inheritable, same access), or
-    // borrows the handle when `other` does; states, flags and name are copied.
+    // A copy uses the same system event through its own handle (inheritable, same access), or borrows the
+    // handle if `other` does; states, flags and name are copied.
     CEvent(const CEvent& other);
     const CEvent& operator=(const CEvent& other);
 
     // Closes the handle unless it is borrowed.
     ~CEvent() override;
 
-    // Signals the event and records it. Result: what the system says; 0, and nothing done, when already
-    // recorded.
+    // Signals the event and pushes a 1. Result: the system's; 0, without a call, if a 1 is already there.
     const int Lock() override;
 
-    // Tests the event without waiting. Result: 1 when it was signalled: the signal is then consumed, a
-    // recorded state popped and the signal-seen flag set; else 0.
+    // Tests the event without waiting. Result: 1 if it was signalled; the signal is then consumed, a state
+    // popped and the signal-seen flag set. Otherwise 0.
     const int UnLock() override;
 
     std::string GetObjName() const override;
@@ -170,7 +170,7 @@ public:
     int IsSignalSeen() const noexcept { return signalSeen_.load(); }
     void ClearSignalSeen() noexcept { signalSeen_.store(0); }
 
-    // The system handle, which stays the event's own; null when the event could not be created.
+    // The system handle, which the event keeps; null if the event could not be created.
     HANDLE GetHandle() const noexcept { return handle_; }
 
 private:

@@ -12,7 +12,7 @@
 namespace UTILS {
 namespace {
 
-// 0, or the system's reason.
+// 0, or the system's error code.
 DWORD CreateLevel(std::string_view directory) {
     return ::CreateDirectoryA(path_text::ForSystem(directory).c_str(), nullptr) ? 0 : ::GetLastError();
 }
@@ -21,8 +21,7 @@ bool IsThere(DWORD error) {
     return error == 0 || error == ERROR_ALREADY_EXISTS;
 }
 
-// Climbs from a directory that lacks an ancestor to the first level that is there or can be made, then
-// creates every level down to the directory.
+// Climbs to the first ancestor that exists or can be created, then creates every level down to the directory.
 int CreateFromAncestor(std::string_view directory) {
     std::vector<std::string_view> missing;
     DWORD error = ERROR_PATH_NOT_FOUND;
@@ -40,7 +39,7 @@ int CreateFromAncestor(std::string_view directory) {
     return IsThere(error) ? 1 : 0;
 }
 
-// Whether a directory is a link to one elsewhere. One that cannot be asked is left alone like a link.
+// Whether a directory is a link. One whose attributes cannot be read is left alone like a link.
 bool IsLink(const std::string& directory) {
     return (::GetFileAttributesA(directory.c_str()) & FILE_ATTRIBUTE_REPARSE_POINT) != 0;
 }
@@ -97,8 +96,8 @@ int CUtilsPath::DeleteDir() {
     return 1;
 }
 
-// A directory stands before all that lies below it, in walk order as in ascending order. What an earlier walk
-// has found through a link lies elsewhere and stays.
+// A directory precedes everything below it, in walk order and in ascending order. Entries that an earlier
+// walk found through a link are elsewhere and stay.
 void CUtilsPath::DeleteListed() {
     Directories links;
     for (DWORD index = 0; index < directories_.GetNumberOfStrings(); ++index) {

@@ -7,7 +7,7 @@ namespace {
 
 using DirectoryBuffer = char[MAX_PATH];
 
-// A call reports the length without the zero, and a length that does not fit when the buffer is too small.
+// A call returns the length without the zero, or the required size if the buffer is too small.
 const char* WhenWhole(const DirectoryBuffer& buffer, DWORD length) {
     return length != 0 && length < MAX_PATH ? buffer : nullptr;
 }

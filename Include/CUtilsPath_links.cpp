@@ -17,14 +17,14 @@ namespace UTILS {
 namespace {
 
 constexpr int target_size = 261;
-// No boxes, no search of the disks, and no more than 300 ms for a drive that is slow to answer.
+// No dialogs, no search of the disks, and at most 300 ms for a slow drive.
 constexpr DWORD resolve_quietly = 300u << 16 | SLR_NOSEARCH | SLR_ANY_MATCH | SLR_NO_UI;
 
 LPCOLESTR System(const WideText& text) {
     return reinterpret_cast<LPCOLESTR>(text.c_str());
 }
 
-// A block of data that the shell copied for us.
+// A data block copied by the shell.
 class DataBlock {
 public:
     DataBlock(const ComPointer<IShellLinkDataList>& link, DWORD signature) {
@@ -36,7 +36,7 @@ public:
     DataBlock& operator=(const DataBlock&) = delete;
     ~DataBlock() { ::LocalFree(block_); }
 
-    // The installer's text; empty when the block is too short for it.
+    // The installer's text; empty if the block is too short for it.
     std::string Descriptor() const {
         DATABLOCK_HEADER header{};
         if (block_ != nullptr) {
@@ -53,7 +53,7 @@ private:
     void* block_ = nullptr;
 };
 
-// What the file of a link is, under a name in wide characters; false when it cannot be read.
+// Loads a shortcut file; false if it cannot be read.
 template <class Interface>
 bool Load(const ComPointer<Interface>& link, const UtilsString& linkFile) {
     const auto file = link.template As<IPersistFile>(IID_IPersistFile);
@@ -83,7 +83,7 @@ bool EndsText(char c) {
     return static_cast<unsigned char>(c) < 0x20;
 }
 
-// What stands in front of the first byte that ends it, which stays in `rest`.
+// Removes and returns the text before the first byte for which `ends` is true.
 template <class Ends>
 std::string_view Taken(std::string_view& rest, Ends ends) {
     std::size_t length = 0;
@@ -95,7 +95,7 @@ std::string_view Taken(std::string_view& rest, Ends ends) {
     return taken;
 }
 
-// The product and the file of the icon that the installer keeps for an advertised shortcut:
+// The product and the icon file of an advertised shortcut, from the path of its icon:
 // "...\Installer\{product}\icon".
 struct IconPlace {
     std::string product;
@@ -147,7 +147,7 @@ int CUtilsPath::CreateLinkFile(const UtilsString& target, const UtilsString& lin
 }
 
 int CUtilsPath::ResolveLinkFile(const UtilsString& linkFile, UtilsString& target, int form) const {
-    const UtilsString link(linkFile.c_str());  // may be the very text that takes the target
+    const UtilsString link(linkFile.c_str());  // may be the same object as the target
     PathOutput(target).Put("", linkFile.GetCase());
     const std::string found = LinkTarget(link, form);
     PathOutput(target).Put(found, target.GetCase());
@@ -181,7 +181,7 @@ int CUtilsPath::ResolveLinkFile(int form) {
     return 1;
 }
 
-// What the installer says of its own shortcuts comes first: the shell only knows the icon's place for them.
+// Asks the installer first: for its shortcuts the shell knows only the path of the icon.
 std::string CUtilsPath::LinkTarget(const UtilsString& linkFile, int form) const {
     if (linkFile.length() == 0) {
         return {};
@@ -232,7 +232,7 @@ int CUtilsPath::InternalGetLocalPackagePath(const UtilsString& productCode, Util
     return 1;
 }
 
-// Loaded when the first shortcut asks for it: most paths never do.
+// Loaded on first use: most paths never resolve a shortcut.
 const InstallerLibrary& CUtilsPath::Installer() const {
     if (installer_ == nullptr) {
         installer_ = std::make_shared<const InstallerLibrary>();

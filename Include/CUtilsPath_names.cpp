@@ -15,13 +15,13 @@ constexpr DWORD short_name_size = 261;
 
 using LongPathNameFunction = DWORD(WINAPI*)(LPCSTR path, LPSTR buffer, DWORD size);
 
-// Null on a Windows that has no such function.
+// Null on a Windows without this function.
 LongPathNameFunction FindLongPathName() {
     const FARPROC found = ::GetProcAddress(::GetModuleHandleA("kernel32.dll"), "GetLongPathNameA");
     return reinterpret_cast<LongPathNameFunction>(reinterpret_cast<void (*)()>(found));
 }
 
-// Keeps the system's error boxes away, as for a drive without a medium.
+// Suppresses the system's error boxes, for example for a drive without a medium.
 class QuietErrors {
 public:
     QuietErrors() : previous_(::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX)) {}
@@ -53,7 +53,7 @@ bool IsDriveOrShare(std::string_view path) {
     return path_text::Root(path) == path && (path_text::IsNetwork(path) || path.ends_with(':'));
 }
 
-// From the end up to the drive, each component by the long name that a search for it reports.
+// Replaces each component, from the last up to the drive, with the long name that a search reports.
 std::string RebuiltLongName(std::string_view path) {
     if (path_text::HasWildcard(path)) {
         return {};

@@ -9,7 +9,7 @@
 namespace UTILS {
 namespace {
 
-// 1 when there is something to give.
+// 1 if the answer is not empty.
 int Give(std::string_view answer, int caseFlag, PathOutput output) {
     if (answer.empty()) {
         return 0;
@@ -28,7 +28,7 @@ std::string_view Ancestor(std::string_view path, DWORD depth) {
 
 }  // namespace
 
-// The answer may be a part of the very object that receives it: it is copied first.
+// The answer may point into the object that receives it, so it is copied first.
 void PathOutput::Put(std::string_view text, int caseFlag) const {
     const std::string copy(text);
     if (auto* const* buffer = std::get_if<char*>(&target_)) {

@@ -12,7 +12,7 @@
 namespace UTILS {
 namespace {
 
-// The registry reports by throwing; without the exception flag that is a plain 0.
+// The registry class throws on failure; without the exception flag that becomes a plain 0.
 template <class Work>
 int Report(int exceptions, Work work) {
     try {
@@ -25,7 +25,7 @@ int Report(int exceptions, Work work) {
     }
 }
 
-// Whether an enumeration ended because there was no more, and not by a failure.
+// Whether an enumeration reached its end instead of failing.
 bool IsAtEnd(const UtilsRegistry& key) {
     return static_cast<DWORD>(key.GetLastResult()) == ERROR_NO_MORE_ITEMS;
 }
@@ -36,7 +36,7 @@ int CUtilsPath::WalkKeys() {
     return Report(exceptions_, [this] { return ListTree(); });
 }
 
-// Depth first, as files are walked: a subkey is followed by what lies below it.
+// Depth first, like files: a subkey is followed by everything below it.
 int CUtilsPath::ListTree() {
     std::vector<std::string> pending{std::string(Text())};
     while (!pending.empty()) {
@@ -55,7 +55,7 @@ int CUtilsPath::ListTree() {
     return 1;
 }
 
-// Lists the key's values and gives the paths of its subkeys.
+// Lists the key's values and returns the paths of its subkeys.
 bool CUtilsPath::ListKey(const std::string& path, std::vector<std::string>& subkeys) {
     UtilsRegistry key(KeyName(path));
     UtilsString name;
@@ -88,7 +88,7 @@ int CUtilsPath::DeleteKey() {
     return 1;
 }
 
-// A root key's name is told by the backslash behind it, under the path's case flag.
+// A root key's name ends with a backslash and is compared under the path's case flag.
 UtilsString CUtilsPath::KeyName(std::string_view path) const {
     UtilsString name(path_text::Joined(path, ""));
     name.SetCase(path_.GetCase());

@@ -5,7 +5,7 @@
 namespace UTILS {
 namespace {
 
-// One past the last entry is as far as a cursor goes.
+// A cursor stops one past the last entry.
 void Advance(DWORD& cursor, const UtilsStringList& entries) {
     if (cursor < entries.GetNumberOfStrings()) {
         ++cursor;

@@ -18,7 +18,7 @@ bool NamesRegistryRoot(std::string_view path, int caseFlag) {
                                             "HKCR", "HKEY_CLASSES_ROOT",  "HKU",  "HKEY_USERS",
                                             "HKCC", "HKEY_CURRENT_CONFIG"};
     if (!path.starts_with('H') && caseFlag != 0) {
-        return false;  // spares nearly every file path the comparisons
+        return false;  // avoids the comparisons for nearly every file path
     }
     UtilsString first(std::string(path.substr(0, path.find('\\'))));
     first.SetCase(caseFlag);
@@ -26,14 +26,14 @@ bool NamesRegistryRoot(std::string_view path, int caseFlag) {
                        [&first](const char* root) { return first.Compare(root) == 0; });
 }
 
-// Empty when the system does not tell.
+// Empty if the system does not report it.
 std::string ComputerName() {
     std::array<char, 512> buffer;
     auto size = static_cast<DWORD>(buffer.size());
     return ::GetComputerNameA(buffer.data(), &size) ? std::string(buffer.data()) : std::string();
 }
 
-// Of any length, unlike the process-wide form. Empty when the system does not tell.
+// Of any length, unlike GetCurrentDir. Empty if the system does not report it.
 std::string CurrentDirectory() {
     std::string directory(MAX_PATH, '\0');
     DWORD length = ::GetCurrentDirectoryA(MAX_PATH, directory.data());
@@ -45,7 +45,7 @@ std::string CurrentDirectory() {
     return path_text::Normalised(directory);
 }
 
-// Empty when it cannot be told.
+// Empty if the current directory is needed but unknown.
 std::string Absolute(const std::string& path) {
     if (path_text::IsNetwork(path) || path.find(':') != std::string::npos) {
         return path;

@@ -41,7 +41,7 @@ int CUtilsPath::Search(const UtilsString& pattern) {
     return IsADir() ? WalkFiles(pattern.c_str(), Links::AreFollowed) : 0;
 }
 
-// The levels live on the heap: a tree may be deeper than a stack is.
+// The levels are on the heap: a tree may be too deep for recursion.
 int CUtilsPath::WalkFiles(const std::string& pattern, Links links) {
     std::deque<Level> levels;
     levels.emplace_back(std::string(Text()), pattern);
@@ -67,7 +67,7 @@ bool CUtilsPath::Takes(const WIN32_FIND_DATAA& entry) const {
     return !IsDots(entry.cFileName) && (scanReadOnly_ || (entry.dwFileAttributes & guarded) == 0);
 }
 
-// Whether the entry is a directory.
+// Adds the entry to its list; true for a directory.
 bool CUtilsPath::List(const WIN32_FIND_DATAA& entry, const std::string& path) {
     const bool isDirectory = (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
     (isDirectory ? totalSubDirs_ : totalFiles_) += 1;

@@ -9,18 +9,18 @@
 
 namespace UTILS {
 
-// Pairs of a key and a value, of which one is current. In unsorted mode pairs are appended and searched one
-// by one; in sorted mode they are kept in the order of the keys or of the values and searched by halving. A
-// new map is in unsorted mode, and what is missing is reported by a result and not thrown. A position that is
-// not below the size throws std::out_of_range. Derived classes may replace any of the virtual operations.
-// Thread rule: as for MapObject; the current position and the mode are not protected.
+// Pairs of a key and a value, one of them current. In unsorted mode pairs are appended and searched linearly;
+// in sorted mode they are kept in the order of the keys or of the values and use binary search. A new map is
+// in unsorted mode and reports a missing key or value by its result, not by an exception. A position not
+// below the size throws std::out_of_range. Derived classes may override any virtual operation. Thread rule:
+// as for MapObject; the current position and the mode are not protected.
 template <typename T, typename K>
 class IOMap : public Utils<T, K> {
 public:
     IOMap() = default;
 
-    // Adds a pair: at the end, or in order in sorted mode. The second form works under the map's match style
-    // and case, the first one makes its own theirs before. Result: the map.
+    // Adds a pair: at the end, or in order in sorted mode. The first form first sets the map's match style
+    // and case. Result: the map.
     virtual const IOMap& AddConnection(const K& key, const T& value, int matchStyle, int exact) {
         SetMatchStyle(matchStyle);
         SetCase(exact);
@@ -36,8 +36,8 @@ public:
     }
 
     // Remove the first pair with the key, the current pair, the pair at a position, the first pair with the
-    // value; a current position beyond the last pair is moved back to it, before and after. Result: 1; 0 when
-    // no pair has the key or value, which throws std::range_error instead while the throw flag is set.
+    // value; a current position beyond the last pair is moved back to it. Result: 1; if no pair has the key
+    // or value, 0, or std::range_error if the throw flag is set.
     virtual int RemoveConnectionK(const K& key) {
         return RemoveFound(FindKey(key, "IOMap<T,K>::RemoveConnectionK"));
     }
@@ -54,7 +54,7 @@ public:
     virtual int RemoveConnection(const T& value) {
         return RemoveFound(FindVal(value, "IOMap<T,K>::RemoveConnection"));
     }
-    // Result: the map, without pairs.
+    // Result: the empty map.
     virtual const IOMap& RemoveAllConnections() {
         map_.RemoveAll();
         current_ = 0;
@@ -67,16 +67,14 @@ public:
         current_ = position;
         return *this;
     }
-    // How many pairs there are.
     virtual DWORD size() const { return map_.Size(); }
 
-    // The current pair's value, which stays the map's own.
+    // The current pair's value, owned by the map.
     virtual const T& RetrieveVal() const { return map_.RetrieveVal(current_); }
-    // Look up the first pair with the key (RetrieveValK, RetrieveKey) or value and copy out what is asked
-    // for: its value or its key, as the pair holds it. In sorted mode a map in the other order is sorted
-    // first. Result: the pair's position; not_found (0xEFFFFFFF), the output unchanged, when no pair has the
-    // key or value, which throws std::range_error instead while the throw flag is set. The current pair stays
-    // the same.
+    // Look up the first pair with the key (RetrieveValK, RetrieveKey) or value and copy its value or key, as
+    // stored, to the output. In sorted mode a map in the other order is sorted first. Result: the pair's
+    // position; if no pair has the key or value, not_found (0xEFFFFFFF) with the output unchanged, or
+    // std::range_error if the throw flag is set. The current pair stays the same.
     virtual DWORD RetrieveValK(const K& key, T& value) {
         return CopyVal(FindKey(key, "IOMap<T,K>::RetrieveValK"), value);
     }
@@ -92,15 +90,15 @@ public:
         return CopyKey(FindKey(wanted, "IOMap<T,K>::RetrieveKey"), key);
     }
 
-    // 1 counts positions from the pair added last, any other value from the first. The current position keeps
-    // its number.
+    // 1 counts positions from the last pair, any other value from the first. The current position keeps its
+    // number.
     virtual void SetSearchDirection(int direction) { map_.SetSearchDirection(direction); }
-    // Match style 0 compares values as a whole, any other one finds a value equal that contains the other;
-    // case 1 is exact, 0 ignores it. Both are also copied into every value.
+    // Match style 0 compares complete values, any other treats values as equal if one contains the other;
+    // case 1 is exact, 0 ignores case. Both are also copied into every value.
     virtual void SetMatchStyle(int style) { map_.SetMatchStyle(style); }
     virtual void SetCase(int exact) { map_.SetCase(exact); }
-    // order: 1 by key, any other value by value; sorted: 0 appends and searches one by one, any other value
-    // keeps that order. Pairs already there are put in order when it is first needed.
+    // order: 1 by key, any other by value; sorted: 0 appends and searches linearly, any other value keeps
+    // that order. Existing pairs are sorted when the order is first needed.
     virtual void SetMode(int order, int sorted) {
         order_ = order;
         sorted_mode_ = sorted;

@@ -10,7 +10,7 @@
 
 namespace UTILS {
 
-// What a failure is about: a number, the name of an operation, or an index with the count it must stay below.
+// The detail of a failure: a number, the name of an operation, or an index with the count it must be below.
 class FailureDetail {
 public:
     FailureDetail(const char* operation) : text_(operation) {}
@@ -25,7 +25,7 @@ private:
     std::string text_;
 };
 
-// A bad_alloc that carries a message; copies share the text, so copying never throws.
+// A bad_alloc with a message; copies share the text, so copying never throws.
 class AllocationFailure : public std::bad_alloc {
 public:
     explicit AllocationFailure(std::string message)
@@ -36,7 +36,7 @@ private:
     std::shared_ptr<const std::string> message_;
 };
 
-// The conditions, as callers and logs know them.
+// The condition texts, which callers and logs rely on.
 namespace condition {
 inline constexpr char invalidArgument[] = "Inavlid Argument Passed";
 inline constexpr char incorrectParameter[] = "Command Line Parameter Is Incorrect";
@@ -59,7 +59,7 @@ inline constexpr char ioMap[] = R"(..\..\Include\IOMap)";
 // The message of a failure: one of the conditions above, its detail, the header path and the line.
 std::string StandardMessage(const char* condition, const FailureDetail& detail, const char* header, int line);
 
-// Each throws the class it names with such a message; the line is the caller's own unless given.
+// Each throws the class it names with such a message; the line defaults to the caller's.
 [[noreturn]] void ThrowBadAlloc(const char* condition, const FailureDetail& detail, const char* header,
                                 int line = __builtin_LINE());
 [[noreturn]] void ThrowInvalidArgument(const FailureDetail& detail, const char* header,

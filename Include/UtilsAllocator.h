@@ -7,16 +7,17 @@
 
 namespace UTILS {
 
-// One block of exactly `count` elements with its lock. Its refusals are std::bad_alloc with a message; a heap
-// that has no room throws the plain std::bad_alloc. Each operation holds the lock, so that threads may share
-// a block; pointers and references into it are good until the next operation that changes its size.
+// One block of exactly `count` elements with its lock. Refused operations throw std::bad_alloc with a
+// message; an exhausted heap throws plain std::bad_alloc. Copying and changing a block hold the lock, so that
+// threads may share it; pointers and references into it are valid until the next operation that changes its
+// size.
 //
 //   UTILS::UtilsAllocator<unsigned char> block(512);
 //   block.ReAllocateMemory(1024);
 template <class T>
 class UtilsAllocator {
 public:
-    // A block that is not initialised: it holds nothing and refuses to be reallocated or cleared.
+    // An uninitialised block: it is empty and cannot be reallocated or cleared.
     UtilsAllocator() noexcept = default;
 
     // `count` elements (1 or more), value-initialised; matrix non-zero marks a block that only
@@ -24,7 +25,7 @@ public:
     explicit UtilsAllocator(DWORD count, int matrix = 0)
         : block_(Counted(count)), matrix_(matrix != 0 ? 1 : 0), initialised_(1) {}
 
-    // Copies hold their own elements and a lock of their own.
+    // Copies have their own elements and lock.
     UtilsAllocator(const UtilsAllocator& other) {
         const SectionGuard guard(other.lock_);
         CopyUnlocked(other);
@@ -40,8 +41,7 @@ public:
     virtual ~UtilsAllocator() = default;
 
     // Resizes to `count` elements; the first ones keep their values, new ones are zero. Refuses, in this
-    // order: a block that is not initialised, a count of 0, a matrix, a released block; the block is then
-    // unchanged.
+    // order: an uninitialised block, a count of 0, a matrix, a released block; the block is then unchanged.
     const UtilsAllocator& ReAllocateMemory(DWORD count) {
         const SectionGuard guard(lock_);
         CheckReallocation(count);
@@ -49,7 +49,7 @@ public:
         return *this;
     }
 
-    // The same for a matrix; refuses a block that is none.
+    // The same for a matrix; refuses any other block.
     const UtilsAllocator& ReAllocateMatrix(DWORD count) {
         const SectionGuard guard(lock_);
         if (initialised_ == 0 || matrix_ == 0) {
@@ -60,7 +60,7 @@ public:
         return *this;
     }
 
-    // Frees the elements; the block is then null and refuses to be reallocated. Refuses a null block.
+    // Frees the elements; the block is then null and cannot be reallocated. Refuses a null block.
     const UtilsAllocator& ReleaseMemory() {
         const SectionGuard guard(lock_);
         if (block_.Data() == nullptr) {
@@ -70,7 +70,7 @@ public:
         return *this;
     }
 
-    // Sets every element to zero (to a fresh value). Refuses a block that is not initialised.
+    // Sets every element to zero (to T()). Refuses an uninitialised block.
     const UtilsAllocator& Clear() {
         const SectionGuard guard(lock_);
         CheckInitialised();
@@ -90,7 +90,7 @@ public:
     T& operator[](DWORD index) { return Retrieve(index); }
     const T& operator[](DWORD index) const { return Retrieve(index); }
 
-    // The first element; null when the block holds none. It stays the block's own.
+    // The first element, owned by the block; null if the block has none.
     T* GetBuffer() noexcept { return block_.Data(); }
     const T* GetBuffer() const noexcept { return block_.Data(); }
 
@@ -98,8 +98,8 @@ public:
     int IsMatrix() const noexcept { return matrix_; }
     int IsInitialised() const noexcept { return initialised_; }
 
-    // For an owner that holds a lock of its own: the checks of ReAllocateMemory and of Clear, copying,
-    // exchanging and the storage itself, none of which takes this block's lock.
+    // For an owner with its own lock: the checks of ReAllocateMemory and of Clear, copying, exchanging and
+    // the storage itself. None of these takes the block's lock.
     void CheckReallocation(DWORD count) const {
         if (initialised_ == 0) {
             ThrowBadAlloc(condition::incorrectCall, "UtilsAllocator<T>::ReAllocateMemory", header::allocator);

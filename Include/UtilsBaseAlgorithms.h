@@ -1,5 +1,5 @@
 #pragma once
-// Bodies of UtilsBase; included by UtilsBase.h alone.
+// Definitions of UtilsBase; included only by UtilsBase.h.
 
 namespace UTILS {
 
@@ -98,7 +98,7 @@ int UtilsBase<T>::compare(const T* left, DWORD leftCount, const T* right, DWORD 
                                    : -CompareTail(right + common, rightCount - common, exact);
 }
 
-// The longer text's remaining elements against the terminator of the shorter one, which stands for every
+// Compares the rest of the longer text with the terminator of the shorter one, which counts for every
 // position beyond its end.
 template <class T>
 int UtilsBase<T>::CompareTail(const T* tail, DWORD count, bool exact) const {
@@ -158,7 +158,7 @@ template <class T>
 template <class E>
 void UtilsBase<T>::selection_sort(E* elements, DWORD count) {
     if constexpr (std::is_same_v<E, char>) {
-        // Equal characters cannot be told apart, so any sort gives the selection's order.
+        // Equal characters are indistinguishable, so any sort gives the result of a selection sort.
         std::sort(elements, elements + count, [](char left, char right) {
             return static_cast<signed char>(left) < static_cast<signed char>(right);
         });

@@ -13,9 +13,8 @@
 
 namespace UTILS {
 
-// The bare storage of one block: exactly `count` elements, without lock and without checks. A few small
-// elements lie in the object itself; the count is exact either way. Elements of trivial types are moved as
-// bytes.
+// The raw storage of one block: exactly `count` elements, without lock or checks. A few small elements are
+// stored inline; the count is exact either way. Elements of trivial types are moved as bytes.
 template <class T>
 class UtilsBlock {
     static constexpr bool trivial = std::is_trivial_v<T>;
@@ -26,7 +25,7 @@ class UtilsBlock {
 public:
     UtilsBlock() noexcept = default;
 
-    // `count` elements, each value-initialised. Throws std::bad_alloc when the heap has no room.
+    // `count` elements, each value-initialised. Throws std::bad_alloc.
     explicit UtilsBlock(DWORD count) : data_(Allocate(count)), count_(count) {
         Construct(data_, count, [](T* at, DWORD n) { std::uninitialized_value_construct_n(at, n); });
     }
@@ -52,8 +51,8 @@ public:
     const T* Data() const noexcept { return data_; }
     DWORD Count() const noexcept { return count_; }
 
-    // Makes the block hold `count` elements; the first ones keep their values, new ones of trivial types have
-    // none until they are written. Throws std::bad_alloc and is unchanged when the heap has no room.
+    // Resizes to `count` elements; the first ones keep their values, new ones of trivial types are
+    // uninitialised. Throws std::bad_alloc; the block is then unchanged.
     void Resize(DWORD count) {
         if (count == count_) {
             return;
@@ -120,7 +119,7 @@ private:
         }
     }
 
-    // Runs `fill` and gives the storage back when it throws.
+    // Runs `fill`; frees the storage if it throws.
     template <class Fill>
     void Construct(T* data, DWORD count, Fill fill) {
         if constexpr (trivial) {

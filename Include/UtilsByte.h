@@ -11,8 +11,8 @@ namespace UTILS {
 
 class UtilsByte;
 
-// Bytes given to an operation of UtilsByte: a UtilsByte, a MemObject<unsigned char> or one byte. It refers to
-// the bytes given and lives only as long as the call.
+// A byte argument of a UtilsByte operation: a UtilsByte, a MemObject<unsigned char> or one byte. It refers to
+// the caller's bytes and is valid only during the call.
 class ByteArgument {
 public:
     ByteArgument(const UtilsByte& bytes);
@@ -22,7 +22,7 @@ public:
     ByteArgument(const unsigned char* bytes, DWORD length)
         : data_(bytes), length_(bytes == nullptr ? 0 : length) {}
 
-    // A pointer whose length of 0 stands for exactly one byte.
+    // A pointer and a length, where 0 means one byte.
     static ByteArgument Measured(const unsigned char* bytes, DWORD length) {
         return ByteArgument(bytes, length == 0 ? 1 : length);
     }
@@ -43,11 +43,11 @@ template <class Source>
 concept ByteSource =
     std::is_convertible_v<const Source&, const ByteArgument&> && !std::is_null_pointer_v<Source>;
 
-// A byte string: one buffer without terminator, compared unsigned. Operations take the bytes as a pointer
-// with a length (0 stands for exactly one byte, null for nothing), a UtilsByte, a MemObject<unsigned char> or
-// one byte; they may lie in the object itself. Positions and counts are bytes; a position of something not
-// found is not_found. Failures: see MemObject; a search with a case other than 0 and 1 throws
-// std::invalid_argument. Thread rule: see MemObject.
+// A byte string: one buffer without terminator, compared unsigned. Operations take bytes as a pointer and a
+// length (0 means one byte, a null pointer none), a UtilsByte, a MemObject<unsigned char> or one byte; they
+// may point into the object itself. Positions and counts are in bytes; the position not_found means not
+// found. Failures: see MemObject; a search with a case other than 0 and 1 throws std::invalid_argument.
+// Thread rule: see MemObject.
 //
 //   UTILS::UtilsByte bytes(record, 20);
 //   bytes.XORData(0x93);
@@ -58,18 +58,18 @@ public:
     UtilsByte(const unsigned char* bytes, DWORD length = 0) { Append(bytes, length); }
     UtilsByte(const MemObject<unsigned char>& bytes) { *this = bytes; }
     UtilsByte(const UtilsByte&) = default;
-    // Moving leaves no bytes behind.
+    // Moving leaves the other object empty.
     UtilsByte(UtilsByte&& other) noexcept = default;
     ~UtilsByte() override = default;
 
-    // A UtilsByte is copied with its counter and flags; a MemObject and a block replace the bytes alone. A
-    // block that is not initialised makes a byte string that refuses every change.
+    // Assigning a UtilsByte also copies its counter and flags; a MemObject or a block replaces only the
+    // bytes. An uninitialised block makes a byte string that refuses every change.
     const UtilsByte& operator=(const UtilsByte& other);
     const UtilsByte& operator=(UtilsByte&& other) noexcept;
     const UtilsByte& operator=(const MemObject<unsigned char>& bytes);
     const UtilsByte& operator=(const UtilsAllocator<unsigned char>& block);
 
-    // Add bytes at the end.
+    // Append bytes.
     const UtilsByte& Append(const unsigned char* bytes, DWORD length = 0) {
         return AppendBytes(ByteArgument::Measured(bytes, length));
     }
@@ -93,7 +93,7 @@ public:
         return InsertBytes(bytes, position);
     }
 
-    // Overwrite from `position` on; what would fall past the end is dropped.
+    // Overwrite from `position` on; bytes past the end are dropped.
     const UtilsByte& Replace(const unsigned char* bytes, DWORD length, DWORD position) {
         return OverwriteBytes(ByteArgument::Measured(bytes, length), position);
     }
@@ -102,18 +102,19 @@ public:
         return OverwriteBytes(bytes, position);
     }
 
-    // Remove `count` bytes from the end, or from `position` on; beyond the length throws std::out_of_range.
+    // Remove `count` bytes from the end, or at `position`; a range beyond the length throws
+    // std::out_of_range.
     const UtilsByte& TruncateString(DWORD count);
     const UtilsByte& TruncateStringAtPosition(DWORD count, DWORD position);
     const UtilsByte& operator--() { return TruncateString(1); }
     const UtilsByte& operator--(int) { return TruncateString(1); }
-    // Empty the bytes.
+    // Remove all bytes.
     const UtilsByte& Erase();
     const UtilsByte& EraseData() { return Erase(); }
-    // Sets the length; new bytes are zero. For callers that fill the bytes through GetString.
+    // Sets the length; new bytes are zero. For callers that write through GetString.
     const UtilsByte& Resize(DWORD length);
 
-    // The bytes; they stay the object's, until its next change of length.
+    // The bytes, owned by the object and valid until its length changes.
     const unsigned char* c_str() const noexcept { return Bytes().c_str(); }
     const unsigned char* GetString() const noexcept { return Bytes().c_str(); }
     unsigned char* GetString() noexcept { return Bytes().GetBuffer(); }
@@ -165,9 +166,8 @@ public:
         return SearchBytes(pattern, occurrence);
     }
 
-    // Walk the occurrences: 1 with the offset in `position`; 0 with not_found there when there is none (with
-    // 0 when these bytes are fewer than the pattern's). The counter that numbers them is shared with parsing
-    // and replacing.
+    // Iterate over the occurrences: 1 with the offset in `position`; 0 with not_found there if there is none
+    // (with 0 if the pattern is longer than these bytes). Parsing and replacing use the same counter.
     int FindFirst(const unsigned char* pattern, DWORD length, DWORD& position) {
         return FindFirstBytes(ByteArgument::Measured(pattern, length), position);
     }
@@ -198,7 +198,7 @@ public:
     int FindNext(const Pattern& pattern, Position& position) {
         return WithDword(position, [&](DWORD& found) { return FindNext(pattern, found); });
     }
-    // 1 when there is an occurrence, else 0; sets the counter to 0.
+    // 1 if there is an occurrence, else 0; sets the counter to 0.
     int FindAll(const unsigned char* pattern, DWORD length) {
         return FindAllBytes(ByteArgument::Measured(pattern, length));
     }
@@ -208,8 +208,8 @@ public:
     }
     const UtilsByte& FindReset() { return ResetCounter(); }
 
-    // Cut the bytes at a delimiter: 1 with the field's bytes in `output`; 0, and `output` unchanged, when
-    // there is no such field or no delimiter at all.
+    // Split the bytes at a delimiter: 1 with the field in `output`; 0, and `output` unchanged, if there is no
+    // such field or no delimiter at all.
     int ParseByteString(const unsigned char* delimiter, DWORD length, UtilsByte& output, DWORD field) const {
         return ParseBytes(ByteArgument::Measured(delimiter, length), output, field);
     }
@@ -233,9 +233,9 @@ public:
     }
     const UtilsByte& ParseReset() { return ResetCounter(); }
 
-    // Replace occurrences: 1 when something was replaced. The counter records the position replaced;
-    // ReplaceNext leaves an occurrence there alone. ReplaceAll stops at an occurrence where it has just
-    // replaced one.
+    // Replace occurrences: 1 if any was replaced. ReplaceFirst and ReplaceNext record the position in the
+    // counter; ReplaceNext does not replace at that position. ReplaceAll stops at an occurrence where it has
+    // just replaced one.
     int ReplaceFirst(const unsigned char* pattern, DWORD patternLength, const unsigned char* replacement,
                      DWORD replacementLength) {
         return ReplaceFirstBytes(ByteArgument::Measured(pattern, patternLength),
@@ -265,14 +265,14 @@ public:
     }
     const UtilsByte& ReplaceReset() { return ResetCounter(); }
 
-    // Sort ascending; turn round (no bytes at all are refused with std::bad_alloc).
+    // Sort ascending; reverse (an empty string throws std::bad_alloc).
     const UtilsByte& Sort();
     const UtilsByte& Reverse();
     // XOR every byte with one byte, or with the key's bytes in turn (an empty key throws std::out_of_range).
     const UtilsByte& XORData(unsigned char byte);
     const UtilsByte& EncryptData(const UtilsByte& key);
 
-    // Match style: 1 finds bytes equal that hold the shorter ones. Case: 1 exact, 0 ignores case.
+    // Match style: 1 treats bytes as equal if one contains the other. Case: 1 exact, 0 ignores case.
     const UtilsByte& SetMatchStyle(int style);
     int GetMatchStyle() const noexcept { return matchStyle_; }
     const UtilsByte& SetCase(int matchCase);

@@ -8,14 +8,12 @@
 #include "UtilsSearch.h"
 #include "UtilsSort.h"
 
-// Sorting and searching of node chains. An order says how two values compare (UtilsOrder.h); a field picks
-// the value out of a node. A view is what the order keeps at hand of a value, so that comparing many times
-// costs little.
+// Sorting and searching of node chains. An order compares two values (UtilsOrder.h); a field extracts the
+// value of a node. A view is what an order caches of a value, to make repeated comparisons cheap.
 
 namespace UTILS {
 
-// The nodes of a chain as a sequence to sort. The order is worked out on views; the values then change nodes
-// once.
+// A chain of nodes as a sequence to sort. Sorting works on views; at the end each value changes nodes once.
 template <typename N, typename Order, typename Field>
 class ChainSequence {
 public:
@@ -34,7 +32,7 @@ public:
     void Exchange(DWORD a, DWORD b) { std::swap(entries_[a], entries_[b]); }
     bool IsTotal() const { return order_.IsTotal(); }
 
-    // Gives each node of the chain the value that the sorted sequence has in its place.
+    // Moves the values to the nodes in sorted order.
     void Settle() {
         for (const Entry& entry : entries_) {
             entry.node->ExchangeContent(contents_.emplace_back());
@@ -58,7 +56,7 @@ private:
     std::vector<typename N::Content> contents_;
 };
 
-// Sorts a chain ascending by one of the five methods. A comparison that throws leaves it as it was.
+// Sorts a chain ascending by one of the five methods. If a comparison throws, it is unchanged.
 template <typename N, typename Order, typename Field>
 void SortChain(NodeChain<N>& chain, const Order& order, const Field& field, int method) {
     ChainSequence<N, Order, Field> sequence(chain, order, field);
@@ -66,7 +64,7 @@ void SortChain(NodeChain<N>& chain, const Order& order, const Field& field, int 
     sequence.Settle();
 }
 
-// The index at which a value keeps a sorted chain in order.
+// The index at which to insert a value into a sorted chain.
 template <typename N, typename Order, typename Field, typename Value>
 DWORD InsertionIndex(const NodeChain<N>& chain, const Order& order, const Field& field, const Value& value) {
     const auto view = order.View(value);
@@ -74,9 +72,8 @@ DWORD InsertionIndex(const NodeChain<N>& chain, const Order& order, const Field&
         chain.Count(), [&](DWORD index) { return order.Compare(order.View(field(chain.At(index))), view); });
 }
 
-// The first position at or after `start`, counted from the last node when the direction is 1, whose value
-// matches. In a sorted chain halving finds it, unless the order is not total and so tells nothing about where
-// a match lies.
+// The first position at or after `start` (counted from the last node if the direction is 1) whose value
+// matches. A sorted chain uses binary search, unless the order is not total and so does not locate a match.
 template <typename N, typename Order, typename Field, typename Value>
 DWORD SearchChain(const NodeChain<N>& chain, int direction, bool sorted, const Order& order,
                   const Field& field, const Value& wanted, DWORD start) {

@@ -13,14 +13,14 @@
 
 namespace UTILS {
 
-// A list of values that it owns and copies on the way in; one of them is current. Positions count from the
-// first value appended. A position that is not below the size throws std::out_of_range and changes nothing.
-// Thread rule: as for ListObject; the current position is not protected.
+// A list that owns copies of the values added; one of them is current. Positions count from the first value
+// appended. A position not below the size throws std::out_of_range and changes nothing. Thread rule: as for
+// ListObject; the current position is not protected.
 template <typename T>
 class IOList : public virtual Utils<T, int> {
 public:
     IOList() = default;
-    // Copied, never moved: a move would move the virtual base once for each class above it.
+    // Copied, never moved: a move would move the virtual base once per class derived from it.
     IOList(const IOList&) = default;
     IOList& operator=(const IOList&) = default;
 
@@ -39,8 +39,8 @@ public:
     IOList& operator[](DWORD position) { return SetCurrentData(position); }
     DWORD GetCurrentData() const { return current_; }
 
-    // The current value, or the one at the position, which becomes current. It stays the list's own until it
-    // is removed.
+    // The current value, or the one at the position, which becomes current. The list owns it until it is
+    // removed.
     T& RetrieveData() { return list_.Retrieve(current_); }
     const T& RetrieveData() const { return list_.Retrieve(current_); }
     T& RetrieveData(DWORD position) {
@@ -75,10 +75,10 @@ private:
 };
 
 // A list of strings, one of which is current. Positions count from the first string appended, with search
-// direction 1 from the last; a position that is not below the size throws std::out_of_range (detail position
-// ":" size) and changes nothing. Every string of the list carries the list's case and match style. A text is
-// what UtilsString takes as one; a UtilsString is stored with all its strings and fields. Operations that
-// return a reference return the list. Thread rule: as for ListObject; the current position is not protected.
+// direction 1 from the last; a position not below the size throws std::out_of_range (detail position ":"
+// size) and changes nothing. Every string has the list's case and match style. A text is anything that
+// UtilsString accepts as one; a UtilsString is stored with all its strings and fields. Operations that return
+// a reference return the list. Thread rule: as for ListObject; the current position is not protected.
 //
 //   UTILS::UtilsStringList names;
 //   names.AddString("b").AddString("a");
@@ -93,12 +93,11 @@ class UtilsStringList : public Utils<UtilsString, int> {
 
 public:
     UtilsStringList() = default;
-    // One string. Copies of a list have its strings, current position, case, match style and search
-    // direction.
+    // One string. A copy of a list has its strings, current position, case, match style and search direction.
     UtilsStringList(const UtilsString& text) { AddString(text); }
 
-    // Replace the whole list by one string per element, the first of them current; case, match style and
-    // search direction stay. Texts are char*, std::string, UtilsString or 16-bit ones.
+    // Replace the list with one string per element, the first of them current; case, match style and search
+    // direction stay. Elements are char*, std::string, UtilsString or 16-bit texts.
     UtilsStringList& operator=(const UtilsString& text);
     template <typename Text>
     requires is_value<Text> UtilsStringList& operator=(const std::list<Text>& texts) {
@@ -109,8 +108,8 @@ public:
         return Assign(std::move(strings));
     }
 
-    // Add a string at the end: a text, a number (a char is one character, a double written as "%.15g"), or
-    // each string of a list, which may be this one. The current string stays current.
+    // Append a string: a text, a number (a char as one character, a double as "%.15g"), or every string of a
+    // list, which may be this one. The current string stays current.
     template <typename Text>
     requires is_text<Text> UtilsStringList& AddString(const Text& text) { return AddValue(AsString(text)); }
     template <typename Number>
@@ -128,12 +127,11 @@ public:
     UtilsStringList& operator+=(const What& what) {
         return AddString(what);
     }
-    // Adds a string so that the list ascends, behind its equals; a list not known to be sorted is sorted
-    // first.
+    // Inserts a string in ascending order, after its equals; a list not known to be sorted is sorted first.
     UtilsStringList& AddStringSorted(const UtilsString& text);
 
     // Append a text or number to the string at `index`, insert a text before, or overwrite from, a position
-    // (in characters) of the current string or of the one at `index`, as UtilsString does.
+    // (in characters) of the current string or the one at `index`, as UtilsString does.
     template <typename What>
     UtilsStringList& Append(DWORD index, const What& what) {
         Change(index).Append(what);
@@ -148,7 +146,7 @@ public:
     }
     UtilsStringList& Replace(DWORD index, const TextArgument& text, DWORD position);
 
-    // Select the string at a position.
+    // Make the string at a position current.
     UtilsStringList& SetCurrentString(DWORD index);
     template <std::integral Index>
     UtilsStringList& operator[](Index index) {
@@ -156,13 +154,12 @@ public:
     }
     DWORD GetCurrentString() const { return current_; }
 
-    // The text of the current string, or of the one at `index`, which becomes current. It stays the list's
-    // own.
+    // The text of the current string, or of the one at `index`, which becomes current. The list owns it.
     const char* Retrieve() const { return RetrieveString()->c_str(); }
     const char* Retrieve(DWORD index) { return SetCurrentString(index).Retrieve(); }
     operator const char*() const { return Retrieve(); }
-    // The string itself, which stays the list's own and keeps its address until it is removed. A sorted list
-    // does not notice when it is changed this way.
+    // The string itself, owned by the list, at the same address until it is removed. Changing it this way
+    // leaves a sorted list marked as sorted.
     UtilsString* RetrieveString() { return RetrieveString(current_); }
     const UtilsString* RetrieveString() const { return RetrieveString(current_); }
     UtilsString* RetrieveString(DWORD index) { return &list_.Retrieve(index); }
@@ -177,7 +174,7 @@ public:
     UtilsStringList& RemoveString(DWORD index);
     UtilsStringList& RemoveAllStrings();
 
-    // How many strings there are; the length of the current one or the one at `index`, in characters.
+    // The number of strings; the length of the current one or the one at `index`, in characters.
     DWORD GetNumberOfStrings() const { return list_.Size(); }
     DWORD size() const { return list_.Size(); }
     DWORD length() const { return RetrieveString()->length(); }
@@ -189,8 +186,8 @@ public:
 
     // The first position at or after `start` whose string equals the text (match style 0) or contains it,
     // under the list's case; not_found (0xEFFFFFFF) when there is none. method 1 sorts the list first and
-    // searches by halving, any other one walks it. As all searches of texts, throws std::invalid_argument for
-    // a case other than 0 and 1.
+    // uses binary search, any other searches linearly. Like all text searches, throws std::invalid_argument
+    // for a case other than 0 and 1.
     DWORD SearchList(const UtilsString& text, int method = 0, DWORD start = 0) {
         return list_.SearchList(text, method, start);
     }
@@ -204,14 +201,14 @@ public:
     }
 
     // Sorts ascending under case and match style. method: 0 chooses by the size, 1 exchange sort, 2 Shell
-    // sort, 3 and 4 quicksort; another one changes nothing, nor is a list touched that is empty or known to
-    // be sorted.
+    // sort, 3 and 4 quicksort; any other does nothing. An empty list, or one known to be sorted, is left
+    // alone.
     UtilsStringList& Sort(int method = 0);
     // 1 counts positions, and searches, from the last string; any other value from the first.
     UtilsStringList& SetSearchDirection(int direction);
 
-    // Match style 0 compares whole strings, any other one finds a string equal that contains the other; case
-    // 1 is exact, 0 ignores it. Both are also set in every string of the list.
+    // Match style 0 compares whole strings, any other treats strings as equal if one contains the other; case
+    // 1 is exact, 0 ignores case. Both are also set in every string of the list.
     UtilsStringList& SetMatchStyle(int style);
     UtilsStringList& SetCase(int exact);
     int GetMatchStyle() const { return list_.GetMatchStyle(); }
@@ -237,14 +234,14 @@ public:
         return Compare(text) <=> 0;
     }
 
-    // Replace every occurrence of a text in the current string, or in all, under the given case: 1 when
-    // anything was replaced, else 0.
+    // Replace every occurrence of a text in the current string, or in all, under the given case: 1 if any was
+    // replaced, else 0.
     int ReplaceAllInCurrentString(const TextArgument& text, const TextArgument& replacement, int exact = 1);
     int ReplaceAllInList(const TextArgument& text, const TextArgument& replacement, int exact = 1);
 
-    // Replaces the list by the fields of a text between delimiters, empty ones too; a text without delimiter
-    // is one field, an empty text none. The delimiter is looked for under the list's case. The numbers have
-    // no effect.
+    // Replaces the list with the fields of a text between delimiters, including empty ones; a text without
+    // delimiter is one field, an empty text none. The delimiter is matched under the list's case. The numbers
+    // have no effect.
     UtilsStringList& SplitData(const TextArgument& text, const TextArgument& delimiter, int = 0, int = 0,
                                int = 0);
 
@@ -259,9 +256,9 @@ private:
     int CompareText(const TextArgument& text) const;
 
     UtilsStringList& AddValue(const UtilsString& text);
-    // The string at a position, about to be changed.
+    // The string at a position, to be changed: the list no longer counts as sorted.
     UtilsString& Change(DWORD index);
-    // A list without strings that has this one's settings.
+    // An empty list with this one's settings.
     ListObject<UtilsString> EmptyList() const;
     UtilsStringList& Assign(ListObject<UtilsString>&& strings);
 

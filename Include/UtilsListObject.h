@@ -9,8 +9,8 @@
 
 namespace UTILS {
 
-// One list node: a value and the two neighbours. Copying a node copies the value; the copy has no neighbours.
-// Thread rule: the node's lock is held while the value is copied or exchanged.
+// A list node: a value and links to two neighbours. A copy has a copy of the value and no neighbours. Thread
+// rule: the node's lock is held while the value is copied or exchanged.
 template <typename T>
 class Node : public virtual UtilsBase<T> {
 public:
@@ -26,7 +26,7 @@ public:
         const SectionGuard guard(lock_);
         return std::make_unique<T>(*value_);
     }
-    // Exchanges the storage of the value, whatever its size; the value itself keeps its address.
+    // Exchanges the pointers to the values, so that each value keeps its address.
     void ExchangeContent(Content& content) {
         const SectionGuard guard(lock_);
         std::swap(value_, content);
@@ -44,10 +44,10 @@ private:
     Node* previous_ = nullptr;
 };
 
-// A doubly linked list of values, which it owns. New values go to its end. Position 0 is the first node, with
-// search direction 1 the last; sorting is always ascending from the first node to the last. A position that
-// is not below the size throws std::out_of_range (detail position ":" size) and changes nothing. Thread rule:
-// each linking and each copy of a value is atomic; a whole sort, search or copy of the list is not.
+// A doubly linked list that owns its values. New values go to its end. Position 0 is the first node, with
+// search direction 1 the last; sorting is always ascending from the first node to the last. A position not
+// below the size throws std::out_of_range (detail position ":" size) and changes nothing. Thread rule: each
+// linking and each copy of a value is atomic; a whole sort, search or copy of the list is not.
 template <typename T>
 class ListObject : public virtual UtilsBase<T>, public ValueChain<Node<T>, T> {
     using Chain = ValueChain<Node<T>, T>;
@@ -58,10 +58,10 @@ public:
 
     using Chain::Size;
     bool IsSorted() const { return this->chain_.Order() == KnownOrder::ByValue; }
-    // Forgets that the list is sorted, because a value is about to be changed in its place.
+    // To be called before a value is changed in place: the list no longer counts as sorted.
     void ClearSorted() { this->ForgetOrder(KnownOrder::ByValue); }
 
-    // Match style and case are copied into every value that has such settings, now and on its way in.
+    // Match style and case are copied into every value that has such settings, present or added later.
     void SetMatchStyle(int style) { this->SetStyle(this->GetCase(), style); }
     void SetCase(int exact) { this->SetStyle(exact, this->GetMatchStyle()); }
 
@@ -72,7 +72,7 @@ public:
         this->chain_.Append(other.chain_);
         this->ApplyStyle();
     }
-    // Adds a copy before the value at the position; behind the last value for a position that is the size.
+    // Adds a copy before the value at the position; after the last value if the position is the size.
     void Insert(const T& value, DWORD position) {
         const DWORD size = Size();
         if (position > size) {
@@ -80,7 +80,7 @@ public:
         }
         this->chain_.Insert(NewNode(value), this->GetSearchDirection() == 1 ? size - position : position);
     }
-    // Adds a copy so that the list ascends, behind its equals; a list not known to be sorted is sorted first
+    // Inserts a copy in ascending order, after its equals; a list not known to be sorted is sorted first
     // (method 0).
     void AddSorted(const T& value) {
         Sort(SortAutomatic);
@@ -98,7 +98,7 @@ public:
     void RemoveAll() { this->chain_.Clear(); }
 
     // Sorts ascending under case and match style. method: 0 chooses by the size, 1 exchange sort, 2 Shell
-    // sort, 3 and 4 quicksort; another one changes nothing, nor is an empty or sorted list touched.
+    // sort, 3 and 4 quicksort; any other does nothing. An empty or sorted list is left alone.
     void Sort(int method) {
         if (IsSortMethod(method) && Size() > 0 && !IsSorted()) {
             SortChain(this->chain_, this->Comparison(), ValueField{}, method);
@@ -107,8 +107,8 @@ public:
     }
 
     // The first position at or after `start` whose value equals the wanted one (match style 0) or contains
-    // it; not_found (0xEFFFFFFF) when there is none. method 1 sorts the list first and halves it, any other
-    // one walks it.
+    // it; not_found (0xEFFFFFFF) when there is none. method 1 sorts the list first and uses binary search,
+    // any other searches linearly.
     DWORD SearchList(const T& wanted, int method, DWORD start) {
         if (method == 1) {
             Sort(SortAutomatic);

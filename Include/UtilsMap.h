@@ -11,9 +11,9 @@ namespace UTILS {
 
 // Pairs of a number and a string, in the order added or, in sorted mode, in the order of keys or values; keys
 // may repeat. One pair is current. Positions count from the first pair, with search direction 1 from the
-// last; a position that is not below the size throws std::out_of_range (detail position ":" size) and changes
-// nothing. Every value carries the map's case and match style. Operations that return a reference return the
-// map. Thread rule: as for IOMap.
+// last; a position not below the size throws std::out_of_range (detail position ":" size) and changes
+// nothing. Every value has the map's case and match style. Operations that return a reference return the map.
+// Thread rule: as for IOMap.
 //
 //   UTILS::UtilsStringMap files;
 //   files.AddData(7, "IBMBIO.COM");
@@ -25,10 +25,10 @@ public:
 
     // Adds a pair: at the end, or in order in sorted mode. The current pair's position stays the same.
     UtilsStringMap& AddData(int key, const UtilsString& value);
-    // The same, after switching to sorted mode in the order of the keys, in which the map then stays.
+    // The same, after switching the map to sorted mode in the order of the keys.
     UtilsStringMap& AddDataSorted(int key, const UtilsString& value);
 
-    // Select a pair.
+    // Make a pair current.
     UtilsStringMap& SetCurrentData(DWORD index);
     UtilsStringMap& SetCurrentString(DWORD index) { return SetCurrentData(index); }
     template <std::integral Index>
@@ -41,7 +41,7 @@ public:
     int GetKey(DWORD index) const { return map_.RetrieveKey(index); }
     int RetrieveDataKey() const { return GetKey(); }
     int RetrieveDataKey(DWORD index) const { return GetKey(index); }
-    // Its value, which stays the map's own, or a copy of it.
+    // Its value, owned by the map, or a copy of it.
     const char* GetValue() const { return GetValue(current_); }
     const char* GetValue(DWORD index) const { return map_.RetrieveVal(index).c_str(); }
     const char* RetrieveDataValue() const { return GetValue(); }
@@ -60,13 +60,13 @@ public:
     UtilsStringMap& RemoveData();
     UtilsStringMap& RemoveData(DWORD index);
     UtilsStringMap& RemoveAllData();
-    // Removes the first pair with the key. Result: 1; 0 when there is none, which throws std::range_error
-    // instead while the throw flag is set (SetThrowIfMissing).
+    // Removes the first pair with the key. Result: 1; if there is none, 0, or std::range_error if the throw
+    // flag is set (SetThrowIfMissing).
     int RemoveDataUsingKey(int key) { return RemoveConnectionK(key); }
 
     // The first position at or after `start` whose key is the given one, or whose value equals the text
     // (match style 0) or contains it, under the map's case; not_found (0xEFFFFFFF) when there is none. method
-    // 1 sorts by key or value first and searches by halving, any other one walks the pairs.
+    // 1 sorts by key or value first and uses binary search, any other searches linearly.
     DWORD SearchMapForKey(int key, int method = 0, DWORD start = 0) {
         return map_.SearchKey(key, method, start);
     }
@@ -82,8 +82,8 @@ public:
         return map_.RetrieveVal(index).Search(text, occurrence);
     }
 
-    // Replace every occurrence of a text in the current value, or in all, under the given case: 1 when
-    // anything was replaced, else 0.
+    // Replace every occurrence of a text in the current value, or in all, under the given case: 1 if any was
+    // replaced, else 0.
     int ReplaceAllInCurrentDataVal(const TextArgument& text, const TextArgument& replacement, int exact = 1);
     int ReplaceAllInMapVal(const TextArgument& text, const TextArgument& replacement, int exact = 1);
 

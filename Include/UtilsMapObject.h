@@ -11,7 +11,7 @@ namespace UTILS {
 
 enum MapOrder : int { OrderByValue = 0, OrderByKey = 1 };
 
-// One map node: a key, a value and the two neighbours. Copying a node copies key and value; the copy has no
+// A map node: a key, a value and links to two neighbours. A copy has copies of key and value and no
 // neighbours. Thread rule: the node's lock is held while the value is copied or exchanged.
 template <typename K, typename T>
 class MapNode : public virtual UtilsBase<T> {
@@ -32,7 +32,7 @@ public:
         const SectionGuard guard(lock_);
         return {content_.key, std::make_unique<T>(*content_.value)};
     }
-    // Exchanges key and storage of the value, whatever its size; the value itself keeps its address.
+    // Exchanges the keys and the pointers to the values, so that each value keeps its address.
     void ExchangeContent(Content& content) {
         const SectionGuard guard(lock_);
         std::swap(content_, content);
@@ -50,11 +50,11 @@ private:
     MapNode* previous_ = nullptr;
 };
 
-// A doubly linked list of pairs of a key and a value, which it owns; a key may occur in several pairs. New
-// pairs go to its end. Position 0 is the first node, with search direction 1 the last; sorting, by key or by
-// value, is always ascending from the first node to the last. A position that is not below the size throws
-// std::out_of_range (detail position ":" size) and changes nothing. Thread rule: each linking and each copy
-// of a value is atomic; a whole sort, search or copy of the map is not.
+// A doubly linked list that owns pairs of a key and a value; a key may occur in several pairs. New pairs go
+// to its end. Position 0 is the first node, with search direction 1 the last; sorting, by key or by value, is
+// always ascending from the first node to the last. A position not below the size throws std::out_of_range
+// (detail position ":" size) and changes nothing. Thread rule: each linking and each copy of a value is
+// atomic; a whole sort, search or copy of the map is not.
 template <typename K, typename T>
 class MapObject : public virtual UtilsBase<T>, public ValueChain<MapNode<K, T>, T> {
     using Chain = ValueChain<MapNode<K, T>, T>;
@@ -64,19 +64,18 @@ public:
     MapObject() : Chain(header::map) {}
 
     using Chain::Size;
-    // order: 1 asks for the order of the keys, any other value for that of the values.
+    // order: 1 by key, any other by value.
     bool IsSorted(int order) const { return this->chain_.Order() == Known(order); }
-    // Forgets that the map is sorted by value, because a value is about to be changed in its place.
+    // To be called before a value is changed in place: the map no longer counts as sorted by value.
     void ClearSortedByValue() { this->ForgetOrder(KnownOrder::ByValue); }
 
-    // Match style and case are copied into every value that has such settings, now and on its way in.
+    // Match style and case are copied into every value that has such settings, present or added later.
     void SetMatchStyle(int style) { this->SetStyle(this->GetCase(), style); }
     void SetCase(int exact) { this->SetStyle(exact, this->GetMatchStyle()); }
 
-    // Adds a pair at the end.
     void Append(const K& key, const T& value) { this->chain_.Append(NewNode(key, value)); }
-    // Adds a pair so that keys (order 1) or values ascend, behind its equals; a map not known to be sorted in
-    // that order is sorted first (method 0).
+    // Inserts a pair in ascending order of keys (order 1) or values, after its equals; a map not known to be
+    // sorted in that order is sorted first (method 0).
     void AddSorted(const K& key, const T& value, int order) {
         Sort(order, SortAutomatic);
         const DWORD index = order == OrderByKey
@@ -96,8 +95,8 @@ public:
     void RemoveAll() { this->chain_.Clear(); }
 
     // Sorts ascending by key (order 1) or by value under case and match style. method: 0 chooses by the size,
-    // 1 exchange sort, 2 Shell sort, 3 and 4 quicksort; another one changes nothing, nor is a map touched
-    // that is empty or sorted in that order.
+    // 1 exchange sort, 2 Shell sort, 3 and 4 quicksort; any other does nothing. A map that is empty or sorted
+    // in that order is left alone.
     void Sort(int order, int method) {
         if (!IsSortMethod(method) || Size() == 0 || IsSorted(order)) {
             return;
@@ -112,7 +111,7 @@ public:
 
     // The first position at or after `start` whose key is the wanted one, or whose value equals the wanted
     // one (match style 0) or contains it; not_found (0xEFFFFFFF) when there is none. method 1 sorts by key or
-    // value first and halves the map, any other one walks it.
+    // value first and uses binary search, any other searches linearly.
     DWORD SearchKey(const K& wanted, int method, DWORD start) {
         return Search(OrderByKey, ScalarOrder<K>(), KeyField{}, wanted, method, start);
     }

@@ -9,14 +9,14 @@
 
 namespace UTILS {
 
-// The order in which the nodes of a chain are known to be.
+// The order that a chain is known to be in.
 enum class KnownOrder { None, ByValue, ByKey };
 
-// The doubly linked nodes of one list or map, counted from 0 at the first one. Keeps, besides the two ends,
-// the middle node and the one it found last, so that a node is reached in at most a quarter of the count and
-// a neighbour of the last one in one step. Owns its nodes. N is copied by its content, has Next(), and leaves
-// its links `next_` and `previous_` to this class. Thread rule: linking, unlinking and finding a node hold
-// the chain's lock; a node that was found is the caller's care.
+// The doubly linked nodes of one list or map, indexed from 0. Owns its nodes. Besides the two ends it
+// remembers the middle node and the last one found, so that finding a node takes at most a quarter of the
+// count in steps, and a neighbour of the last one a single step. N is copied by its content, has Next(), and
+// leaves its links `next_` and `previous_` to this class. Thread rule: linking, unlinking and finding a node
+// hold the chain's lock; the caller protects a node that was found.
 template <typename N>
 class NodeChain {
 public:
@@ -32,7 +32,7 @@ public:
         }
         return *this;
     }
-    // The chain moved from is left empty; no other thread may know it.
+    // Leaves the other chain empty; no other thread may use it.
     NodeChain(NodeChain&& other) noexcept { Exchange(other); }
     NodeChain& operator=(NodeChain&& other) noexcept {
         NodeChain taken(std::move(other));
@@ -50,7 +50,7 @@ public:
         return first_;
     }
 
-    // The order that was set last; linking and unlinking nodes sets none.
+    // The order set last; linking or unlinking a node resets it to None.
     KnownOrder Order() const {
         const SectionGuard guard(lock_);
         return order_;
@@ -66,7 +66,7 @@ public:
         return Walk(index);
     }
 
-    // Puts a node before the one at the index; at the end when the index is the count.
+    // Inserts a node before the one at the index; at the end if the index is the count.
     void Insert(std::unique_ptr<N> node, DWORD index) {
         const SectionGuard guard(lock_);
         N* const next = index < count_ ? &Walk(index) : nullptr;
@@ -78,7 +78,7 @@ public:
         Link(node.release(), nullptr, count_);
     }
 
-    // Appends copies of all nodes of `other`, which may be this chain. Nothing is appended when a copy fails.
+    // Appends copies of all nodes of `other`, which may be this chain. If a copy fails, nothing is appended.
     void Append(const NodeChain& other) {
         std::vector<std::unique_ptr<N>> copies;
         copies.reserve(other.Count());
@@ -90,7 +90,7 @@ public:
         }
     }
 
-    // Removes the node at an index, which must be below the count; the caller owns it then.
+    // Removes the node at an index, which must be below the count; the caller then owns it.
     std::unique_ptr<N> Take(DWORD index) {
         const SectionGuard guard(lock_);
         N& node = Walk(index);
@@ -98,7 +98,7 @@ public:
         return std::unique_ptr<N>(&node);
     }
 
-    // The nodes leave the chain under its lock and are destroyed after it.
+    // Unlinks the nodes under the lock and destroys them after releasing it.
     void Clear() {
         N* node = Release();
         while (node != nullptr) {
@@ -114,7 +114,7 @@ private:
         DWORD StepsTo(DWORD other) const { return index < other ? other - index : index - other; }
     };
 
-    // Starts from the nearest of the nodes whose index is known.
+    // Starts from the nearest node whose index is known.
     N& Walk(DWORD index) const {
         Place place{first_, 0};
         for (const Place& start : {Place{middle_, count_ / 2}, Place{last_, count_ - 1}, found_}) {
@@ -167,7 +167,7 @@ private:
         }
     }
 
-    // The middle node has come to lie at `index`; moves on to the node that is the middle now.
+    // middle_ is now at `index`; moves it to the actual middle.
     void SettleMiddle(DWORD index) {
         for (; index < count_ / 2; ++index) {
             middle_ = middle_->next_;
@@ -177,7 +177,7 @@ private:
         }
     }
 
-    // Leaves the chain empty; the caller owns the nodes that hang on the one returned.
+    // Leaves the chain empty; the caller owns the returned node and those linked to it.
     N* Release() {
         const SectionGuard guard(lock_);
         last_ = middle_ = nullptr;
@@ -187,7 +187,7 @@ private:
         return std::exchange(first_, nullptr);
     }
 
-    void Exchange(NodeChain& copy) noexcept {  // with a chain that no other thread knows
+    void Exchange(NodeChain& copy) noexcept {  // with a chain that no other thread uses
         const SectionGuard guard(lock_);
         std::swap(count_, copy.count_);
         std::swap(first_, copy.first_);

@@ -8,8 +8,8 @@
 #include "UtilsBase.h"
 #include "UtilsString.h"
 
-// How lists and maps compare what they hold. An order makes a view of each value once and compares views as
-// often as needed; views are good as long as their values are unchanged.
+// How lists and maps compare their elements. An order makes a view of each value once and compares views as
+// often as needed; a view is valid until its value changes.
 
 namespace UTILS {
 
@@ -27,8 +27,8 @@ public:
     void SkipCommon(Entries&) const {}
 };
 
-// Single characters or bytes under a case (1 exact, 0 ignores case). They contain each other only when they
-// are equal.
+// Single characters or bytes under a case (1 exact, 0 ignores case). They contain each other only if they are
+// equal.
 template <typename T>
 class CharacterOrder : public ScalarOrder<int> {
 public:
@@ -51,8 +51,8 @@ private:
 // Texts under a case and a match style (0 whole texts, otherwise containment).
 class TextOrder {
 public:
-    // Eight characters, as a number that sorts like them, decide most comparisons without a look at the text.
-    // They are the first ones, or the first behind what the texts to compare have in common.
+    // Eight characters, as a number that sorts like them, decide most comparisons without reading the text.
+    // They are the first ones, or the first after the common prefix of the texts to compare.
     struct ViewType {
         std::uint64_t beginning;
         const char* text;
@@ -66,8 +66,7 @@ public:
         const DWORD length = value.length();
         return {Beginning(text, length, 0), text, length};
     }
-    // Makes the most of the eight characters for entries (each with a `view`) that are compared with each
-    // other only.
+    // Skips the common prefix of entries (each with a `view`) that are compared only with each other.
     template <typename Entries>
     void SkipCommon(Entries& entries) const {
         DWORD common = containment_ || entries.empty() ? 0 : entries.front().view.length;
@@ -115,7 +114,7 @@ private:
 template <typename T>
 using ValueOrder = std::conditional_t<std::is_same_v<T, UtilsString>, TextOrder, CharacterOrder<T>>;
 
-// Gives a value the case and match style of the list or map that holds it, where it has such settings.
+// Sets the case and match style of a value in a list or map, if it has such settings.
 template <typename T>
 void CopyStyle(T& value, int exact, int style) {
     if constexpr (requires { value.SetCase(exact), value.SetMatchStyle(style); }) {

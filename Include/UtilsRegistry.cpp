@@ -66,7 +66,7 @@ const UtilsRegistry& UtilsRegistry::operator=(const UtilsRegistry& other) {
     return *this;
 }
 
-// The key is opened through the other object's handle: it may have lost its name since.
+// The key is opened through the other object's handle, because its path may no longer be valid.
 void UtilsRegistry::CopyData(const UtilsRegistry& other) {
     UtilsString keyPath(other.keyPath_);
     RegistryKey key;
@@ -88,7 +88,7 @@ void UtilsRegistry::CopyData(const UtilsRegistry& other) {
     system_ = other.system_;
 }
 
-// The reports carry the last error, which the registry itself does not set.
+// The exceptions report the last error, which registry calls do not set.
 void UtilsRegistry::EnterFirst(Place& place, int create, const UtilsString& path) {
     if (!OpenAt(place.root, place.keyPath, create != 0, current_)) {
         ::SetLastError(static_cast<DWORD>(result_));
@@ -137,7 +137,7 @@ UtilsString UtilsRegistry::KeyNames(const UtilsString& text) {
     return names;
 }
 
-// Without the last backslash, which not every Windows takes.
+// Without the trailing backslash, which not every Windows accepts.
 std::string UtilsRegistry::SystemPath(const UtilsString& keyPath) {
     std::string path(keyPath.c_str());
     if (!path.empty()) {

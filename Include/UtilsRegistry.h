@@ -15,44 +15,44 @@ struct RegistryValue;
 // One registry key, named by a root key and subkeys ("HKLM\Software\Vendor\Product") and kept open as long as
 // the object lives or until it opens another.
 //
-// The constructors throw; every other operation returns 1 for success and 0 for failure and then changes
-// nothing, neither the object nor what it was to fill. An empty name, or no open key, is 0 without a call to
-// the system. Each may throw std::bad_alloc when memory runs out. An object is used by one thread at a time.
+// The constructors throw; every other operation returns 1 for success and 0 for failure, and a failure leaves
+// the key and the outputs unchanged. An empty name, or no open key, gives 0 without a system call. Each may
+// throw std::bad_alloc. Thread rule: one thread at a time.
 //
 //   UtilsRegistry key("HKCU\\Software\\Vendor", 1);
 //   key.SetValue("Runs", 42);
 class UtilsRegistry {
 public:
-    // Open the key of a path, or with a nonzero `create` make it with its parents if it is not there. Roots
-    // are HKLM, HKCU, HKCR, HKU and HKCC or their full names, compared under the path's case flag, and end
-    // with a backslash. The last argument has no effect.
+    // Open the key of a path; a nonzero `create` creates it and its parents if missing. Roots are HKLM, HKCU,
+    // HKCR, HKU and HKCC or their full names, compared under the path's case flag and followed by a
+    // backslash. The last argument has no effect.
     // Throws std::invalid_argument for an empty path, std_exception of type 204 for a path without a root
-    // name and for a key that cannot be opened or made.
+    // name and for a key that cannot be opened or created.
     explicit UtilsRegistry(const UtilsString& path, int create = 0, int = 0);
-    // The same below a root that is given open and stays the caller's; an empty subkey is the root itself.
-    // Throws std::invalid_argument for a null root.
+    // The same below an open root, which the caller keeps; an empty subkey is the root itself. Throws
+    // std::invalid_argument for a null root.
     UtilsRegistry(HKEY root, const UtilsString& subkey, int create = 0, int = 0);
 
-    // The copy opens the same key for itself; throws std_exception of type 204 when it cannot, and an object
-    // assigned to is then as it was.
+    // The copy opens the same key for itself; throws std_exception of type 204 if it cannot, and the target
+    // of an assignment is then unchanged.
     UtilsRegistry(const UtilsRegistry& other);
     const UtilsRegistry& operator=(const UtilsRegistry& other);
     virtual ~UtilsRegistry() = default;
 
-    // Open, or make and open, the key of another path instead. The flag has no effect.
+    // Open, or create and open, the key of another path instead. The flag has no effect.
     int OpenKey(const UtilsString& path) { return Enter(path, false); }
     int RegOpenKey(const UtilsString& path) { return OpenKey(path); }
     int CreateKey(const UtilsString& path, int = 0) { return Enter(path, true); }
     int RegCreateKey(const UtilsString& path, int flag = 0) { return CreateKey(path, flag); }
 
-    // Open, or make and open, a subkey of the current key; its name (one or more levels) is added to the key
-    // path. The flag has no effect.
+    // Open, or create and open, a subkey of the current key; its name (one or more levels) is added to the
+    // key path. The flag has no effect.
     int OpenSubKey(const UtilsString& name) { return EnterBelow(name, false); }
     int RegOpenSubKey(const UtilsString& name) { return OpenSubKey(name); }
     int CreateSubKey(const UtilsString& name, int = 0) { return EnterBelow(name, true); }
     int RegCreateSubKey(const UtilsString& name, int flag = 0) { return CreateSubKey(name, flag); }
 
-    // Read a value of exactly four bytes, of any type; a big-endian one is turned round.
+    // Read a value of exactly four bytes, of any type; a big-endian one is converted.
     int GetValue(const UtilsString& name, DWORD& data);
     int QueryValue(const UtilsString& name, DWORD& data) { return GetValue(name, data); }
     int RegQueryValue(const UtilsString& name, DWORD& data) { return GetValue(name, data); }
@@ -83,9 +83,9 @@ public:
     int DeleteValue(const UtilsString& name);
     int RegDeleteValue(const UtilsString& name) { return DeleteValue(name); }
 
-    // The subkey, or the value, at an index from 0. size: characters of the first name buffer, 0 for a usual
-    // size; longer names are read whole. Data are converted as by GetValue. 0 past the last one, and with a
-    // number for a value that has not four bytes; GetLastResult tells these apart.
+    // The subkey, or the value, at an index from 0. size: characters of the first name buffer, 0 for a
+    // default; longer names are read completely. Data are converted as by GetValue. 0 past the last one and,
+    // for a number, for a value that is not four bytes long; GetLastResult distinguishes these.
     int EnumKey(DWORD index, UtilsString& name, DWORD size = 0);
     int RegEnumKey(DWORD index, UtilsString& name, DWORD size = 0) { return EnumKey(index, name, size); }
     int EnumValue(DWORD index, UtilsString& name, UtilsString& data, DWORD size = 0);
@@ -105,24 +105,24 @@ public:
         return EnumValue(index, name, data, size);
     }
 
-    // Delete a subkey. flag nonzero: with everything below it; 0: only when it has no subkeys, on every
+    // Delete a subkey. flag nonzero: with everything below it; 0: only if it has no subkeys, on every
     // Windows. What was deleted before a failure stays deleted.
     int DeleteKey(const UtilsString& name, int flag = 0);
     int RegDeleteKey(const UtilsString& name, int flag = 0) { return DeleteKey(name, flag); }
-    // Delete the current key with everything below it; then no key is open. 0 for a root, of which nothing is
-    // deleted. What was deleted before a failure stays deleted. The argument has no effect.
+    // Delete the current key with everything below it; then no key is open. 0 for a root, from which nothing
+    // is deleted. What was deleted before a failure stays deleted. The argument has no effect.
     int DeleteKey(int);
     int RegDeleteKey(int flag) { return DeleteKey(flag); }
 
-    // The root's name: form 1 abbreviated, 2 in full, any other as the path gave it (abbreviated when the
-    // root was given open); empty for an unknown root.
+    // The root's name: form 1 abbreviated, 2 in full, any other as the path gave it (abbreviated if the root
+    // was passed as a handle); empty for an unknown root.
     UtilsString GetRootPath(int form) const;
-    // The key path below the root, every name followed by a backslash; nonzero: after the root's name as the
-    // path gave it and a backslash.
+    // The key path below the root, every name followed by a backslash; withRoot nonzero: preceded by the
+    // root's name as the path gave it and a backslash.
     UtilsString GetRegistryPath(int withRoot) const;
 
-    // What the last call to the registry returned, the type and the bytes of the value read last, and the
-    // bytes of the value written last.
+    // The result of the last registry call, the type and size in bytes of the value read last, and the size
+    // in bytes of the value written last.
     LONG GetLastResult() const { return result_; }
     DWORD GetValueType() const { return valueType_; }
     DWORD GetQuerySize() const { return querySize_; }
@@ -135,7 +135,7 @@ private:
         UtilsString keyPath;
     };
 
-    // Unlike WithDword leaves the number as it is when nothing was read.
+    // Unlike WithDword, leaves the number unchanged if nothing was read.
     template <UnsignedLong Number, class Read>
     static int ReadNumber(Number& data, Read read) {
         DWORD number = 0;

@@ -106,7 +106,7 @@ bool UtilsRegistry::EmptyKey(const std::string& path) {
     return Succeeded(key.Open(current_.get(), path)) && Succeeded(DeleteRegistryContents(key.get()));
 }
 
-// The NT family refuses a key with subkeys itself; the others would delete them with it.
+// The NT family itself refuses to delete a key with subkeys; the others would delete them too.
 bool UtilsRegistry::RefuseSubkeys(const std::string& path) {
     RegistryKey key;
     std::string subkey;

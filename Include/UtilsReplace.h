@@ -8,8 +8,8 @@
 
 namespace UTILS {
 
-// A text that is edited at one place at a time: what lies before that place and what lies behind it are kept
-// at the two ends of one block, so that an edit moves only what lies between it and the last one.
+// A gap buffer: the text before and after the editing position is kept at the two ends of one block, so that
+// an edit moves only the text between it and the last edit.
 template <class T>
 class GapText {
 public:
@@ -17,7 +17,7 @@ public:
 
     std::size_t Size() const noexcept { return size_; }
 
-    // Moves the place of editing to `position`.
+    // Moves the gap to `position`.
     void MoveTo(std::size_t position) {
         T* const block = block_.data();
         if (position < front_) {
@@ -30,11 +30,11 @@ public:
         front_ = position;
     }
 
-    // Everything from the place of editing on.
+    // The text after the gap.
     const T* Rest() const noexcept { return block_.data() + block_.size() - RestSize(); }
     std::size_t RestSize() const noexcept { return size_ - front_; }
 
-    // Puts the replacement in the place of the next `removed` elements and goes behind it.
+    // Replaces the next `removed` elements and moves the gap after the replacement.
     void Replace(std::size_t removed, const T* replacement, std::size_t count) {
         size_ -= removed;
         if (block_.size() - size_ < count) {
@@ -55,12 +55,12 @@ private:
     std::size_t front_ = 0;
 };
 
-// Replaces the first occurrence, then the first one of the new text, and so on, until none is left or it lies
-// where the last one was replaced. Only what reaches into the text just put in can be a new occurrence
-// further left, so the walk goes back no further than that. Two rules end the walks that would not end by
-// themselves: replacement text that holds the pattern further right is passed over, and while the text grows
-// it takes only as many steps back as it had elements, or as put in a million of them when the replacement
-// does not hold the pattern. Result: the position replaced last.
+// Replaces the first occurrence, then the first one in the new text, and so on, until none is left or it is
+// where the last one was replaced. A new occurrence further left must overlap the text just inserted, so the
+// search goes back no further. Two rules end loops that would not terminate: an occurrence further right
+// inside the replacement is skipped, and if the text grows, the number of steps back is limited to its length
+// or, if the replacement does not contain the pattern and this is more, to what inserts a million elements.
+// Result: the last position replaced.
 template <class T, class Find>
 std::size_t ReplaceEach(GapText<T>& text, std::size_t first, const Find& find, std::size_t patternCount,
                         const T* replacement, std::size_t count) {

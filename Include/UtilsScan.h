@@ -8,7 +8,7 @@
 #include <type_traits>
 #include <utility>
 
-// Fast forms of the element walks that UtilsBase describes, for elements that are compared as they are.
+// Fast versions of the comparison and search of UtilsBase, for elements that are compared exactly.
 
 namespace UTILS::scan {
 
@@ -51,8 +51,8 @@ std::size_t FirstMismatch(const T* left, const T* right, std::size_t count) {
     }
 }
 
-// Whether any of the block's start positions has the pattern's first and last byte where they must be.
-// Written without branches, so that the compiler compares many positions at once.
+// Whether the pattern's first and last byte match at any start position of the block. Branchless, so that the
+// compiler can vectorise it.
 inline constexpr std::size_t filter_block = 128;
 template <class T>
 bool AnyCandidate(const T* starts, const T* ends, T first, T last) noexcept {
@@ -63,7 +63,7 @@ bool AnyCandidate(const T* starts, const T* ends, T first, T last) noexcept {
     return any != 0;
 }
 
-// Where in a pattern the two bytes before a place of a text may stand, by their hash.
+// Maps a pair of bytes, by its hash, to the last position in a pattern where the pair may occur.
 template <class T>
 class PairPlaces {
 public:
@@ -73,9 +73,9 @@ public:
         }
     }
 
-    // The last index at which last[-1] and last[0] may stand; 0 when they do not.
+    // The last index at which the pair last[-1], last[0] may end; 0 if there is none.
     std::size_t operator()(const T* last) const noexcept { return places_[Hash(last)]; }
-    // How far the pattern moves on from a place where its own last pair may stand.
+    // How far the pattern can be shifted after a mismatch where its own last pair matched.
     std::size_t AfterEnd() const noexcept { return afterEnd_; }
 
 private:
@@ -87,8 +87,8 @@ private:
     std::size_t afterEnd_ = 1;
 };
 
-// Find for long patterns, most of whose places in a text are passed over unread. The inner walk has one
-// length, which the processor need not wait for.
+// Find for long patterns, which skips most of a text unread. The inner loop advances by a constant, so the
+// processor does not wait for the step.
 template <class T>
 std::size_t FindLong(const T* text, std::size_t starts, std::size_t from, const T* pattern,
                      std::size_t patternCount) {
@@ -111,12 +111,11 @@ std::size_t FindLong(const T* text, std::size_t starts, std::size_t from, const 
     return none;
 }
 
-// From here on the table of pairs costs less than it saves.
+// From these sizes on, the table of pairs saves more than it costs.
 inline constexpr std::size_t long_pattern = 24;
 inline constexpr std::size_t long_text = 4096;
 
-// The first position in text[from, count) at which the pattern (1 to count elements) stands; `none` when it
-// does not.
+// The first occurrence in text[from, count) of the pattern (at least 1 element); `none` if there is none.
 template <class T>
 std::size_t Find(const T* text, std::size_t count, std::size_t from, const T* pattern,
                  std::size_t patternCount) {

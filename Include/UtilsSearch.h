@@ -3,9 +3,9 @@
 
 #include "UtilsBase.h"
 
-// Searches of lists and maps, stated once over positions. Each takes functions of a position: `compare` is
-// below, equal to or above 0 as the element there sorts before, with or after the value in question;
-// `matches` says whether it is what was looked for. Neither is asked about a position at or beyond the count.
+// Searches of lists and maps in terms of positions. `compare` is below, equal to or above 0 as the element at
+// a position sorts before, with or after the value; `matches` is whether the element is the wanted one.
+// Neither is called for a position at or beyond the count.
 
 namespace UTILS {
 
@@ -20,8 +20,8 @@ DWORD FindLinear(DWORD count, DWORD start, const Matches& matches) {
     return not_found;
 }
 
-// The same in ascending order, where equal elements lie side by side: halves the range down to one of them,
-// then walks back to the first.
+// The same by binary search in ascending order: finds one of the equal elements, which are adjacent, then
+// steps back to the first.
 template <typename Compare>
 DWORD FindBinary(DWORD count, DWORD start, const Compare& compare) {
     DWORD low = 0;
@@ -46,8 +46,8 @@ DWORD FindBinary(DWORD count, DWORD start, const Compare& compare) {
     return not_found;
 }
 
-// Where a value goes in ascending order, behind its equals: at the end when it is greater than the last
-// element, at the front when it is smaller than the first, else where halving the range leads.
+// Where to insert a value in ascending order, after its equals: at the end if it is greater than the last
+// element, at the front if it is less than the first, else by binary search.
 template <typename Compare>
 DWORD InsertionPosition(DWORD count, const Compare& compare) {
     if (count == 0 || compare(count - 1) < 0) {

@@ -3,11 +3,11 @@
 
 #include <vector>
 
-// The five sorting methods of lists and maps, stated once over a sequence of positions. A sequence offers
+// The five sorting methods of lists and maps, for any sequence of positions that has
 //   DWORD Count() const              how many elements there are
 //   int Compare(DWORD, DWORD) const  below, equal to or above 0 as the first sorts before, with or after
 //   void Exchange(DWORD, DWORD)      exchanges two elements
-//   bool IsTotal() const             whether Compare is a total order; counting containment as equal is none
+//   bool IsTotal() const             whether Compare is a total order (not if containment counts as equal)
 
 namespace UTILS {
 
@@ -19,7 +19,7 @@ enum SortMethod : int {
     SortQuickLarge = 4
 };
 
-// Which method the automatic one stands for.
+// The method that the automatic one chooses.
 inline int AutomaticMethod(DWORD count) {
     if (count <= 512) {
         return SortExchange;
@@ -65,10 +65,10 @@ struct SortRange {
     DWORD end;  // one past the last
 };
 
-// Brings the last element of a range of at least two, the pivot, to its place and returns that place. When
-// all elements equal the pivot, the whole range is finished at once (with the exchanges that one pass after
-// the other would make) and its end returned: else a range of equal elements would cost the square of its
-// length.
+// Moves the pivot, the last element of a range of at least two, to its final position and returns that
+// position. If all elements equal the pivot, finishes the whole range at once (with the exchanges that
+// repeated passes would make) and returns its end: otherwise a range of equal elements would take quadratic
+// time.
 template <typename Sequence>
 DWORD Partition(Sequence& sequence, SortRange range) {
     const DWORD pivot = range.end - 1;
@@ -102,8 +102,8 @@ DWORD Partition(Sequence& sequence, SortRange range) {
     return left;
 }
 
-// Left part first, then the right one, as recursion would; the parts that wait are kept in an array, so that
-// no input, however it is ordered, can exhaust the thread's stack.
+// Left part first, then the right one, as recursion would; the pending parts are kept in a vector, so that no
+// input can exhaust the thread's stack.
 template <typename Sequence>
 void QuickSort(Sequence& sequence) {
     std::vector<SortRange> waiting{{0, sequence.Count()}};
@@ -123,8 +123,8 @@ void QuickSort(Sequence& sequence) {
     }
 }
 
-// Finishes a sequence whose elements already ascend or descend strictly. All methods would end with the same
-// order, but the quick ones would take the square of the count for it.
+// Sorts a sequence that is already strictly ascending or descending. Every method would give the same order,
+// but quicksort would take quadratic time.
 template <typename Sequence>
 bool SortStraightRun(Sequence& sequence) {
     const DWORD count = sequence.Count();
@@ -148,7 +148,7 @@ inline bool IsSortMethod(int method) {
     return method >= SortAutomatic && method <= SortQuickLarge;
 }
 
-// Sorts ascending by one of the five methods; the caller has made sure that it is one.
+// Sorts ascending by one of the five methods; the caller has checked it with IsSortMethod.
 template <typename Sequence>
 void SortSequence(Sequence& sequence, int method) {
     if (SortStraightRun(sequence)) {
@@ -159,7 +159,7 @@ void SortSequence(Sequence& sequence, int method) {
             return ExchangeSort(sequence);
         case SortShell:
             return ShellSort(sequence);
-        default:  // the two quick methods exchange the same elements in the same order
+        default:  // both quicksorts exchange the same elements in the same order
             return QuickSort(sequence);
     }
 }

@@ -17,17 +17,17 @@
 namespace UTILS {
 
 // Text in the ANSI code page, always zero-terminated and stored at its exact size. An object holds one or
-// more strings; text operations act on the current one. It carries a case flag (1 exact, 0 ignore case) and a
-// match style (1: a text that holds the other counts as equal).
+// more strings; text operations act on the current one. It has a case flag (1 exact, 0 ignores case) and a
+// match style (1: texts are equal if one contains the other).
 //
 // A text argument is a `const char*` (null is no text), a UtilsString (its current string), a
-// MemObject<char>, a std::string, or 16-bit text (WideText), which is converted; it may lie in the object
-// itself. Lengths, positions and counts are characters without the terminating zero; a position of something
-// not found is not_found. Operations that return a reference return the object itself. Failures: see
-// MemObject; what an operation changed before a throw stays changed, and the object stays valid. Pointers
-// into a string are good until its next change. Thread rule: each operation on a buffer holds its lock, so
-// that threads may append to one string; sequences are not atomic, and arguments must not change meanwhile.
-// The buffers behind ReturnWideChar and ReturnByteStr are shared by the process and unlocked.
+// MemObject<char>, a std::string, or 16-bit text (WideText), which is converted; it may point into the object
+// itself. Lengths, positions and counts are in characters without the terminating zero; the position
+// not_found means not found. Operations that return a reference return the object itself. Failures: see
+// MemObject; changes made before a throw remain, and the object stays valid. Pointers into a string are valid
+// until its next change. Thread rule: each operation on a buffer holds its lock, so that threads may append
+// to one string; sequences are not atomic, and arguments must not change meanwhile. ReturnWideChar and
+// ReturnByteStr use process-wide buffers without a lock.
 //
 //   UTILS::UtilsString path = "C:\\";
 //   path += "temp";
@@ -46,13 +46,13 @@ public:
     UtilsString(const WideText& text) { AppendText(text); }
     UtilsString(const unsigned short* text);
     UtilsString(const TextArgument& text, DWORD strings);
-    // A copy has the strings and all fields; moving leaves an empty string behind.
+    // A copy has the strings and all fields; moving leaves the other object empty.
     UtilsString(const UtilsString&) = default;
     UtilsString(UtilsString&& other) noexcept : UtilsString() { Swap(other); }
     ~UtilsString() override = default;
 
-    // A UtilsString is copied whole, with all fields; any other text replaces the current string. A vector
-    // makes one string per element (an empty vector one empty string), the first of them current.
+    // Assigning a UtilsString copies all strings and fields; any other text replaces the current string. A
+    // vector makes one string per element (an empty vector one empty string), the first of them current.
     const UtilsString& operator=(const UtilsString& other);
     const UtilsString& operator=(UtilsString&& other) noexcept;
     const UtilsString& operator=(const char* text) { return AssignText(text); }
@@ -66,7 +66,7 @@ public:
         UtilsString text = source;
         return *this = std::move(text);
     }
-    // 16-bit text that cannot be converted leaves the string as it is.
+    // 16-bit text that cannot be converted leaves the string unchanged.
     const UtilsString& operator=(const WideText& text) { return ConvertFromWideChar(text); }
     const UtilsString& operator=(const unsigned short* text) { return ConvertFromWideChar(text); }
     const UtilsString& operator=(std::nullptr_t) { return AssignText(nullptr); }
@@ -80,7 +80,7 @@ public:
         return AssignEach(texts);
     }
 
-    // Add text at the end. A char is one character; numbers are written in decimal, a double as "%.15g".
+    // Append text. A char is one character; numbers are written in decimal, a double as "%.15g".
     const UtilsString& Append(const TextArgument& text) { return AppendText(text); }
     const UtilsString& Append(char character);
     const UtilsString& Append(int number) { return AppendSigned(number); }
@@ -94,7 +94,7 @@ public:
             return AppendUnsigned(number);
         }
     }
-    // `length` characters; 0 measures the text.
+    // `length` characters; 0 means up to the terminating zero.
     const UtilsString& Append(const char* text, DWORD length);
     const UtilsString& operator+=(const TextArgument& text) { return AppendText(text); }
     template <class Number>
@@ -103,10 +103,10 @@ public:
 
     // Insert before `position` (at most the length, else std::out_of_range).
     const UtilsString& Insert(const TextArgument& text, DWORD position);
-    // Overwrite from `position` on; what would fall past the end is dropped.
+    // Overwrite from `position` on; characters past the end are dropped.
     const UtilsString& Replace(const TextArgument& text, DWORD position);
 
-    // Remove `count` characters from the end, or from `position` on; beyond the length throws
+    // Remove `count` characters from the end, or at `position`; a range beyond the length throws
     // std::out_of_range.
     const UtilsString& TruncateString(DWORD count);
     const UtilsString& TruncateStringAtPosition(DWORD count, DWORD position);
@@ -115,10 +115,10 @@ public:
     // Empty the current string.
     const UtilsString& Erase();
     const UtilsString& EraseString() { return Erase(); }
-    // Sets the length; new characters are zero. For callers that fill the text through GetString.
+    // Sets the length; new characters are zero. For callers that write through GetString.
     const UtilsString& Resize(DWORD length);
 
-    // The current string; it stays the object's.
+    // The current string, owned by the object.
     const char* c_str() const noexcept { return Current().c_str(); }
     const char* GetString() const noexcept { return Current().c_str(); }
     char* GetString() noexcept { return Current().GetBuffer(); }
@@ -152,12 +152,12 @@ public:
         return Compare(text) <=> 0;
     }
 
-    // The offset of an occurrence (numbered from 0, not overlapping), or not_found. An empty pattern occurs
-    // nowhere. As all searches, throws std::invalid_argument for a case flag other than 0 and 1.
+    // The offset of an occurrence (numbered from 0, not overlapping), or not_found. An empty pattern never
+    // occurs. Like all searches, throws std::invalid_argument for a case flag other than 0 and 1.
     DWORD Search(const TextArgument& pattern, DWORD occurrence = 0) const;
 
-    // Walk the occurrences: 1 with the offset in `position`; 0 with not_found there when there is none (with
-    // 0 when the string is shorter than the pattern). FindFirst starts with occurrence 0, FindNext counts on.
+    // Iterate over the occurrences: 1 with the offset in `position`; 0 with not_found there if there is none
+    // (with 0 if the string is shorter than the pattern). FindFirst finds the first, FindNext the next.
     int FindFirst(const TextArgument& pattern, DWORD& position);
     int FindNext(const TextArgument& pattern, DWORD& position);
     template <UnsignedLong Position>
@@ -170,14 +170,14 @@ public:
     }
     int FindFirst(const TextArgument& pattern);
     int FindNext(const TextArgument& pattern);
-    // 1 when there is an occurrence, else 0; the next FindNext looks for occurrence 1.
+    // 1 if there is an occurrence, else 0; the next FindNext looks for occurrence 1.
     int FindAll(const TextArgument& pattern);
     const UtilsString& FindReset();
 
-    // Cut the current string at a delimiter. Result: 1 with field number `field` (from 0) in `output`; 0, and
-    // `output` unchanged, when there is no such field, or no delimiter at all. An empty field is a field. A
-    // char buffer must hold the field and a zero. ParseFirstString gives field 0, ParseNextString counts on.
-    // The last argument has no effect: a field is always counted from the start.
+    // Split the current string at a delimiter. Result: 1 with field number `field` (from 0) in `output`; 0,
+    // and `output` unchanged, if there is no such field, or no delimiter at all. An empty field counts. A
+    // char buffer must hold the field and a zero. ParseFirstString gives field 0, ParseNextString the next
+    // one. The last argument has no effect: a field is always counted from the start.
     int ParseString(const TextArgument& delimiter, UtilsString& output, DWORD field, int flag = 0) const;
     int ParseString(const TextArgument& delimiter, char* output, DWORD field, int flag = 0) const;
     int ParseFirstString(const TextArgument& delimiter, UtilsString& output);
@@ -186,9 +186,9 @@ public:
     int ParseNextString(const TextArgument& delimiter, char* output, int flag = 0);
     const UtilsString& ParseReset();
 
-    // The same with a cursor, so that a walk over all fields is linear: ParseFirstStringFast starts at the
-    // beginning, ParseNextStringFast behind the last field; ParseStringFast counts `field` from the cursor,
-    // which stays. A string without delimiter is field 0. A cursor beyond the end gives 0 and an empty
+    // The same with a cursor, so that reading all fields takes linear time: ParseFirstStringFast starts at
+    // the beginning, ParseNextStringFast after the last field; ParseStringFast counts `field` from the cursor
+    // without moving it. A string without delimiter is field 0. A cursor beyond the end gives 0 and an empty
     // output.
     int ParseStringFast(const TextArgument& delimiter, UtilsString& output, DWORD field);
     int ParseStringFast(const TextArgument& delimiter, char* output, DWORD field);
@@ -198,28 +198,28 @@ public:
     int ParseNextStringFast(const TextArgument& delimiter, char* output);
     const UtilsString& ParseFastReset();
 
-    // Replace occurrences under the case flag: 1 when something was replaced, else 0. ReplaceNext replaces
-    // the first occurrence left in the text unless it lies where the last one was replaced. ReplaceAll
-    // replaces the first one again and again; it stops where it has just replaced one, and passes over
-    // replacement text that holds the pattern further right.
+    // Replace occurrences under the case flag: 1 if any was replaced, else 0. ReplaceNext replaces the first
+    // occurrence in the text unless it is where the last one was replaced. ReplaceAll replaces the first one
+    // repeatedly; it stops if that one is where it has just replaced, and skips an occurrence further right
+    // inside the replacement.
     int ReplaceFirst(const TextArgument& pattern, const TextArgument& replacement);
     int ReplaceNext(const TextArgument& pattern, const TextArgument& replacement);
     int ReplaceAll(const TextArgument& pattern, const TextArgument& replacement);
-    // Forgets the counter and the position of the last replacement.
+    // Resets the counter and the position of the last replacement.
     const UtilsString& ReplaceReset();
 
-    // Sort the characters ascending (signed); turn the string round.
+    // Sort the characters ascending (signed); reverse the string.
     const UtilsString& Sort();
     const UtilsString& Reverse();
-    // XOR every character with one byte, or with the key's bytes in turn; zeros that result stay in the text.
+    // XOR every character with one byte, or with the key's bytes in turn; resulting zeros stay in the text.
     // An empty key throws std::out_of_range.
     const UtilsString& XORString(unsigned char byte);
     const UtilsString& EncryptString(const UtilsByte& key);
     const UtilsString& EncryptString(const UtilsString& key);
 
-    // Several strings. AddString adds one at the end; the current string stays current.
+    // Multiple strings. AddString appends one; the current string stays current.
     const UtilsString& AddString(const TextArgument& text);
-    // Select a string; an index not below the number of strings throws std::out_of_range.
+    // Make a string current; an index not below the number of strings throws std::out_of_range.
     const UtilsString& SetCurrentString(DWORD index);
     template <std::integral Index>
     const UtilsString& operator[](Index index) {
@@ -228,26 +228,26 @@ public:
     // The index of the current string.
     DWORD GetCurrentString() const noexcept { return current_; }
     DWORD GetNumberOfStrings() const noexcept { return static_cast<DWORD>(BufferCount()); }
-    // Remove the current string or the one at `index` (not below the number: std::out_of_range). The current
-    // index moves back by one when it would lie beyond the end; the only string is emptied instead.
+    // Remove the current string or the one at `index` (not below the number: std::out_of_range). A current
+    // index beyond the new end moves back by one; the only string is emptied instead.
     const UtilsString& RemoveString();
     const UtilsString& RemoveString(DWORD index);
-    // The text of the string at `index`, as RetrieveChar finds it current; throws std::out_of_range.
+    // The text of the string at `index`; throws std::out_of_range if there is none.
     const char* GetStringNumber(DWORD index) const;
-    // Cut the source's current string (or the own one) at the delimiter: each field that is not empty becomes
-    // one string. flag 0 overwrites the strings from the first on and removes what is left over; otherwise
-    // every field is added. A source without delimiter has no fields.
+    // Split the current string of the source (or of this object) at the delimiter: each field that is not
+    // empty becomes one string. flag 0 replaces the strings; otherwise the fields are appended. A source
+    // without delimiter has no fields.
     const UtilsString& SplitData(const UtilsString& source, const TextArgument& delimiter, int flag = 0);
     const UtilsString& SplitData(const TextArgument& delimiter, int flag = 0);
 
-    // Append a string resource of `module` (null: the process's own). maximum: the most characters taken.
-    // Result: the characters loaded, 0 for none.
+    // Append a string resource of `module` (null: the process's own). maximum: the most characters to load.
+    // Result: the number loaded, 0 for none.
     int LoadString(HMODULE module, UINT id, int maximum);
     // Append the system's text for an error code; withNumber non-zero puts "Error Number:  n - " before it.
     // Result: the length of the system's text, 0 when it has none.
     DWORD SetErrorMsg(DWORD code, int withNumber = 0);
     // Append a text formatted by the system (%1, %2!u!, ...). Arguments: texts by pointer, numbers by value,
-    // as the format names them. Result: the length, 0 when the system cannot format.
+    // as the format specifies. Result: the length, 0 if the system cannot format.
     template <class... Arguments>
     DWORD FormatMessage(const TextArgument& format, Arguments... arguments) {
         return FormatText(Action::append, format.Text(), PassOn(arguments)...);
@@ -272,8 +272,8 @@ public:
         return ConvertFromWideChar(text);
     }
     const UtilsString& ReturnStringFromWideString(const WideText& text) { return ConvertFromWideChar(text); }
-    // The current string as 16-bit text, in a buffer that the process shares: good until the next such call
-    // anywhere, by one thread at a time.
+    // The current string as 16-bit text, in a process-wide buffer: valid until the next such call, by one
+    // thread at a time.
     unsigned short* ReturnWideChar() const;
     const unsigned short* w_str() const { return ReturnWideChar(); }
     operator unsigned short*() { return ReturnWideChar(); }
@@ -289,7 +289,7 @@ public:
     const UtilsString& SetCase(int matchCase);
     int GetCase() const noexcept { return case_; }
 
-    // Exchanges the whole contents without copying text.
+    // Exchanges the complete contents without copying text.
     void Swap(UtilsString& other) noexcept;
     friend void swap(UtilsString& left, UtilsString& right) noexcept { left.Swap(right); }
 
@@ -304,7 +304,7 @@ private:
         return std::in_range<DWORD>(count) ? static_cast<DWORD>(count) : not_found;
     }
 
-    // What a system format can take: scalars as they are.
+    // A system format can take only scalars.
     template <class Argument>
     static Argument PassOn(Argument argument) {
         static_assert(std::is_scalar_v<Argument>, "pass texts as const char*");
@@ -344,7 +344,7 @@ private:
     int case_ = 1;
 };
 
-// The texts may lie in the object itself, so the new strings are made beside the old ones.
+// The texts may point into the object itself, so the new strings are built separately.
 template <class Texts>
 const UtilsString& UtilsString::AssignEach(const Texts& texts) {
     UtilsString strings(texts.size());

@@ -106,7 +106,7 @@ int UtilsString::ParseFastInto(const TextArgument& delimiter, Output&& output, D
     }
     DWORD start = 0;
     DWORD found = 0;
-    // The empty rest behind a trailing delimiter is a field; an empty string has none.
+    // The empty rest after a trailing delimiter is a field; an empty string has none.
     const bool emptyRest = fastCursor_ == length && length != 0 && field == 0 && delimiter.Length() != 0;
     if (!emptyRest && parse(delimiter.Text(), delimiter.Length(), c_str() + fastCursor_, length - fastCursor_,
                             start, found, case_, field, 1) == 0) {
@@ -145,7 +145,7 @@ int UtilsString::ParseNextStringFast(const TextArgument& delimiter, char* output
     return ParseFastInto(delimiter, output, 0);
 }
 
-// A cursor that has left the string stays beyond its end, however often it is advanced.
+// A cursor beyond the end of the string stays there, however often it is advanced.
 void UtilsString::AdvanceFastCursor(DWORD delimiterLength) {
     const std::uint64_t next = std::uint64_t{fastCursor_} + fastLength_ + delimiterLength;
     fastCursor_ = static_cast<DWORD>(std::min<std::uint64_t>(next, std::numeric_limits<DWORD>::max()));

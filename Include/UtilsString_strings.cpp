@@ -30,7 +30,7 @@ const UtilsString& UtilsString::RemoveString(DWORD index) {
     if (index >= GetNumberOfStrings()) {
         ThrowOutOfRange(index, header::string);
     }
-    // The index is brought back first: while the table shrinks it never lies beyond it.
+    // The index moves first, so that it is never beyond the shrinking table.
     if (current_ != 0 && current_ + 1 == GetNumberOfStrings()) {
         --current_;
     }
@@ -49,7 +49,7 @@ const UtilsString& UtilsString::SplitData(const UtilsString& source, const TextA
     UtilsString text(source);
     const UtilsString cut(delimiter, 1);
     DWORD written = flag != 0 ? GetNumberOfStrings() : 0;
-    // A text without delimiter has no fields here; otherwise the fast walk finds the same ones.
+    // A text without delimiter has no fields here; otherwise the fast parser finds the same ones.
     if (text.Search(cut) != not_found) {
         UtilsString field;
         for (int found = text.ParseFirstStringFast(cut, field); found == 1;

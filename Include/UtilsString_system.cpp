@@ -6,7 +6,7 @@
 namespace UTILS {
 
 namespace {
-// The system allocates these texts and LocalFree gives them back.
+// The system allocates these texts and LocalFree frees them.
 struct FreeLocal {
     void operator()(char* text) const { LocalFree(text); }
 };
@@ -71,7 +71,7 @@ std::string UtilsString::ResourceText(HMODULE module, UINT id) {
     for (int size = 256;; size *= 2) {
         std::string text(static_cast<std::size_t>(size), '\0');
         const int count = ::LoadStringA(ModuleOrOwn(module), id, text.data(), size);
-        // A text that fills the buffer may have been cut; string resources end at 65,535 characters.
+        // A text that fills the buffer may be truncated; string resources have at most 65,535 characters.
         if (count < size - 2 || size > 0x20000) {
             text.resize(static_cast<std::size_t>(count));
             return text;

@@ -6,7 +6,7 @@
 namespace UTILS {
 
 namespace {
-// The layer's wide character is an unsigned short, Windows' is a type of its own of the same size.
+// The layer's wide character is unsigned short; on Windows it is a distinct type of the same size.
 static_assert(sizeof(WCHAR) == sizeof(unsigned short));
 LPCWSTR System(const unsigned short* text) {
     return reinterpret_cast<LPCWSTR>(text);
@@ -15,7 +15,7 @@ LPWSTR System(unsigned short* text) {
     return reinterpret_cast<LPWSTR>(text);
 }
 
-// Converts `count` units and the terminating zero behind them; null when the system cannot.
+// Converts `count` units and the terminating zero after them; null if the system cannot.
 std::unique_ptr<char[]> Narrowed(const unsigned short* text, std::size_t count, DWORD& length) {
     constexpr DWORD flags = WC_COMPOSITECHECK | WC_SEPCHARS;
     length = 0;

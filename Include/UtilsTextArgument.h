@@ -11,12 +11,12 @@ namespace UTILS {
 
 class UtilsString;
 
-// 16-bit text, as the system's wide functions take it.
+// 16-bit text for the system's wide functions.
 using WideText = std::basic_string<unsigned short>;
 
-// A text given to an operation of UtilsString: a zero-terminated text or null, the current string of a
+// A text argument of a UtilsString operation: a zero-terminated text or null, the current string of a
 // UtilsString, a MemObject<char>, a std::string, or 16-bit text, which is converted to the ANSI code page
-// (one that cannot be converted is null). It refers to the text given and lives only as long as the call.
+// (one that cannot be converted is null). It refers to the caller's text and is valid only during the call.
 class TextArgument {
 public:
     TextArgument(const char* text);
@@ -26,7 +26,7 @@ public:
     TextArgument(const std::string& text);
     TextArgument(const WideText& text);
 
-    // Any other class that gives its text through a conversion.
+    // Any other class that converts to a text.
     template <class Source>
     requires(std::is_class_v<Source>&& std::is_convertible_v<const Source&, const char*> &&
              !std::is_base_of_v<UtilsString, Source>) TextArgument(const Source& source)

@@ -10,20 +10,20 @@
 
 namespace UTILS {
 
-// What lists and maps have in common: a chain of nodes with values, the end from which positions count, and
-// how values compare. A position that is not below the size throws std::out_of_range (detail position ":"
-// size; the header path is the derived class's).
+// The common part of lists and maps: a chain of nodes with values, the end from which positions count, and
+// how values compare. A position not below the size throws std::out_of_range (detail position ":" size; the
+// header path is the derived class's).
 template <typename N, typename T>
 class ValueChain {
 public:
     DWORD Size() const { return chain_.Count(); }
 
-    // 1 counts positions, and walks linear searches, from the last node; any other value from the first.
+    // 1 counts positions and searches from the last node, any other value from the first.
     void SetSearchDirection(int direction) { direction_ = direction; }
     int GetSearchDirection() const { return direction_; }
-    // Match style 0 compares values as a whole, any other one finds a value equal that contains the other.
+    // Match style 0 compares complete values, any other treats values as equal if one contains the other.
     int GetMatchStyle() const { return match_style_; }
-    // 1 compares exactly, 0 without regard to case.
+    // 1 compares exactly, 0 ignores case.
     int GetCase() const { return case_; }
 
 protected:
@@ -34,7 +34,7 @@ protected:
     explicit ValueChain(const char* headerPath) : header_(headerPath) {}
 
     ValueOrder<T> Comparison() const { return ValueOrder<T>(case_, match_style_); }
-    // The index from the first node that a position means.
+    // Converts a position to an index from the first node.
     DWORD Index(DWORD position) const { return direction_ == 1 ? Size() - 1 - position : position; }
     N& NodeAt(DWORD position) const {
         CheckPosition(position);
@@ -46,7 +46,7 @@ protected:
         }
     }
 
-    // The caller's own node with the settings of the chain, ready to be linked.
+    // Applies the settings of the chain to a new node and returns it.
     std::unique_ptr<N> Styled(std::unique_ptr<N> node) const {
         CopyStyle(node->Value(), case_, match_style_);
         return node;
@@ -55,7 +55,7 @@ protected:
         CheckPosition(position);
         chain_.Take(Index(position));
     }
-    // Also gives every value these settings, where it has such; the values are then in no known order.
+    // Also applies these settings to every value that has them; the values are then in no known order.
     void SetStyle(int exact, int style) {
         ForgetOrder(KnownOrder::ByValue);
         case_ = exact;

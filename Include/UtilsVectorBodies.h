@@ -1,5 +1,5 @@
 #pragma once
-// Bodies of MemObject and Utils; included by UtilsVector.h alone.
+// Definitions of MemObject and Utils; included only by UtilsVector.h.
 
 namespace UTILS {
 
@@ -121,7 +121,7 @@ template <class T>
 void MemObject<T>::AppendLocked(const T* elements, DWORD length) {
     const DWORD before = length_;
     const DWORD size = BlockSize(Sum(before, length));
-    length_ = before + length;  // stays raised when the block refuses, not when the heap has no room
+    length_ = before + length;  // stays increased if the block refuses, not if the heap is exhausted
     block_.CheckReallocation(size);
     length_ = before;
     const bool own = Holds(elements);

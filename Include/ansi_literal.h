@@ -1,8 +1,8 @@
 #pragma once
 #include <cstddef>
 
-// "Öffnen"_ansi: a UTF-8 literal as a zero-terminated text in code page 1252, converted by the compiler.
-// Letters beyond Latin-1 do not compile. The result lives as long as the program.
+// "Öffnen"_ansi: a UTF-8 literal as a zero-terminated text in code page 1252, converted at compile time.
+// Letters outside Latin-1 do not compile. The result is valid for the life of the program.
 
 namespace UTILS {
 

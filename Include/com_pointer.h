@@ -7,8 +7,8 @@
 
 namespace UTILS {
 
-// Makes the calling thread ready for the system's objects until the end of the scope. A thread that its owner
-// made ready in another way is ready too, and is left as it was.
+// Initialises COM on the calling thread for the scope. A thread already initialised in another mode works too
+// and is left as it was.
 class ComScope {
 public:
     ComScope() : result_(::CoInitialize(nullptr)) {}
@@ -37,14 +37,14 @@ public:
         }
     }
 
-    // A new object of the system; none when it cannot be made.
+    // A new COM object; empty if it cannot be created.
     static ComPointer Created(REFCLSID classId, REFIID interfaceId) {
         void* object = nullptr;
         const HRESULT result =
             ::CoCreateInstance(classId, nullptr, CLSCTX_INPROC_SERVER, interfaceId, &object);
         return ComPointer(SUCCEEDED(result) ? object : nullptr);
     }
-    // Another interface of the same object; none when it has no such interface, or there is no object.
+    // Another interface of the same object; empty if it has no such interface, or there is no object.
     template <class Other>
     ComPointer<Other> As(REFIID interfaceId) const {
         void* object = nullptr;

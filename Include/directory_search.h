@@ -5,11 +5,11 @@
 
 namespace UTILS {
 
-// One search for directory entries, closed with the object. Starts in front of the first entry:
+// A search for directory entries, closed by the destructor. Starts before the first entry:
 //
 //   DirectorySearch search("C:\\Temp\\*.*");
 //   while (search.Advance()) use(search.Entry());
-//   if (!search.Ended()) ...                       // GetLastError tells why
+//   if (!search.Ended()) ...                       // GetLastError has the reason
 class DirectorySearch {
 public:
     explicit DirectorySearch(const std::string& pattern)
@@ -22,7 +22,7 @@ public:
         }
     }
 
-    // Moves to the next entry; false when there is none or the system fails.
+    // Moves to the next entry; false if there is none or the system fails.
     bool Advance() {
         if (started_ && error_ == 0 && !::FindNextFileA(handle_, &entry_)) {
             error_ = ::GetLastError();

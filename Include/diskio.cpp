@@ -46,13 +46,12 @@ DiskIO::~DiskIO() {
     ResetErrorMode();
     const SectionGuard guard(lock_);
     FinishTransfers();
-    // Objects go inside containers and while other failures are on their way, so a refusal is not thrown
-    // here; the handle's owner tries once more.
+    // Objects are destroyed inside containers and during stack unwinding, so a failure is not thrown here.
     handle_.Close();
 }
 
 void DiskIO::CopyObj(const DiskIO& other) {
-    // First, so that a failure leaves this object as it was.
+    // First, so that a failure leaves this object unchanged.
     OwnedHandle handle = other.DuplicatedHandle();
     handle_ = std::move(handle);
     errorText_ = other.errorText_;
@@ -108,7 +107,7 @@ void DiskIO::Open(const char* name, DWORD access, DWORD sharing, DWORD openflag,
     position_ = 0;
     fileName_ = name;
     if (overlapped != 0 && nt_) MakeEvent();
-    // `name` may have been this object's own, which the assignment may have moved.
+    // `name` may have been this object's own, which the assignment may have reallocated.
     const HANDLE handle =
         ::CreateFileA(fileName_.c_str(), access, sharing, nullptr, openflag, OpenFlags(), nullptr);
     if (handle == INVALID_HANDLE_VALUE) {
@@ -146,7 +145,7 @@ DWORD DiskIO::OpenFlags() const {
 DWORD DiskIO::RefreshFileSize() {
     DWORD high = 0;
     const DWORD low = ::GetFileSize(handle_.get(), &high);
-    // A file whose low half happens to be all ones is taken at its word; a device has no size to tell.
+    // Without an error, 0xFFFFFFFF is a valid low half; a device reports no size.
     const DWORD failure = low == INVALID_FILE_SIZE ? ::GetLastError() : NO_ERROR;
     fileSize_ = failure == NO_ERROR ? low : 0;
     fileSizeHigh_ = failure == NO_ERROR ? high : 0;
@@ -162,7 +161,7 @@ bool DiskIO::WaitForTransfer() {
 
 void DiskIO::FinishTransfers() {
     if (IsOverlapped()) {
-        // A transfer that needs longer than the limit gets it a second time before it is given up.
+        // A transfer that exceeds the limit is waited for once more before it is given up.
         if (!WaitForTransfer()) WaitForTransfer();
     } else if (IsOpen()) {
         ::FlushFileBuffers(handle_.get());
@@ -197,7 +196,7 @@ void DiskIO::CloseQuietly() noexcept {
     try {
         Init(0);
     } catch (...) {
-        // Only the name can fail to be emptied, for want of memory; nothing is open any more.
+        // Only clearing the name can fail, for lack of memory; the handle is already closed.
     }
 }
 
@@ -238,7 +237,7 @@ DWORD DiskIO::GetFileAttributes() const {
 
 void DiskIO::SetErrorMode() {
     const DWORD previous = ::SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX);
-    // Set twice, the mode to go back to is still the one before the first.
+    // After repeated calls, the mode to restore is still the one before the first.
     if (savedErrorMode_ == noErrorMode) savedErrorMode_ = previous;
 }
 

@@ -16,13 +16,13 @@
 
 namespace UTILS {
 
-// A value that derived classes set and DiskIO only keeps.
+// Set by derived classes; DiskIO only stores it.
 enum m_FilesystemTypes : DWORD {
     FILESYSTEM_NONE = 0,
     FILESYSTEM_FAT12_FLOPPY = 3,  // 1.44 MB
 };
 
-// A failed operation of a file or device: what std_exception reports, field by field.
+// A failed operation on a file or device, with the fields of its report.
 class DiskIoException : public ReportException<DiskIoException> {
 public:
     static constexpr char class_name[] = "class UTILS::DiskIoException";
@@ -42,8 +42,8 @@ inline constexpr DWORD DISKIO_DELETE_DIR = 12;
 inline constexpr DWORD DISKIO_WRONG_SYSTEM = 13;
 
 // One open file or device: its handle, the name it was opened under, its mode and the counters of the last
-// transfer. Every failed system call is thrown as a DiskIoException whose condition names the operation; the
-// object stays usable after it. "NT" below means an operating system value of 4 or more.
+// transfer. A failed system call throws a DiskIoException whose condition names the operation; the object
+// stays usable. "NT" below means an operating system value of 4 or more.
 // Thread rule: one thread at a time; only copying into an object and destroying it take its lock.
 //
 //   UTILS::DiskIO file("C:\\a.txt", GENERIC_READ, FILE_SHARE_READ, OPEN_EXISTING, 0);
@@ -51,20 +51,20 @@ inline constexpr DWORD DISKIO_WRONG_SYSTEM = 13;
 //   file.Close();
 class DiskIO : public UtilsBase<char> {
 public:
-    static constexpr WORD wholeSize = 0xFFFF;  // transfer size of the operators' whole mode
+    static constexpr WORD wholeSize = 0xFFFF;  // transfer size for the operators' whole-file mode
     static constexpr WORD defaultSize = 512;
 
-    // Makes an object with default sizes and opens `name` when it is not null, as Open does (which see for
-    // the parameters and for what is thrown).
+    // Sets the default sizes and opens `name` if it is not null, as Open does (see there for the parameters
+    // and exceptions).
     explicit DiskIO(const char* name = nullptr, DWORD access = GENERIC_READ | GENERIC_WRITE,
                     DWORD sharing = FILE_SHARE_READ | FILE_SHARE_WRITE, DWORD openflag = OPEN_EXISTING,
                     int overlapped = 0);
-    // Copies all members; the handle is duplicated, so that each object closes its own, the event of an
-    // overlapped object is shared and closed by the last that uses it. Throws type 1 when the handle cannot
-    // be duplicated; the target of an assignment is then unchanged.
+    // Copies all members. The handle is duplicated, so each object closes its own; the event of an overlapped
+    // object is shared and closed by its last user. Throws type 1 if the handle cannot be duplicated; the
+    // target of an assignment is then unchanged.
     DiskIO(const DiskIO& other);
     DiskIO& operator=(const DiskIO& other);
-    // Restores a saved error mode, then closes as Close does, but throws nothing: call Close to learn of a
+    // Restores a saved error mode, then closes as Close does, but throws nothing: call Close to detect a
     // failure.
     ~DiskIO() override;
 
@@ -75,78 +75,78 @@ public:
     bool operator==(const DiskIO& other) const { return handle_.get() == other.handle_.get(); }
     bool operator!=(const DiskIO& other) const { return !(*this == other); }
 
-    // Opens a file or device; what was open before is closed. `name` in the ANSI code page, which may be part
-    // of this object's own; access, sharing and openflag as CreateFileA takes them; overlapped non-zero asks
-    // for overlapped transfers, which only NT has. Throws type 1; nothing is open then. A device opens with
-    // size 0 and the error of asking for it.
+    // Opens a file or device after closing what was open. `name` is in the ANSI code page and may be part of
+    // this object's own; access, sharing and openflag are as for CreateFileA; overlapped non-zero requests
+    // overlapped transfers, which only NT has. Throws type 1; nothing is open then. A device opens with size
+    // 0 and the error of the failed size query.
     void Open(const char* name, DWORD access, DWORD sharing, DWORD openflag, int overlapped);
-    // One transfer of `count` bytes, or of the read or write size when it is 0. Throws type 2 (Read) or 3
-    // (Write) when not a single byte moved, the end of the file included; a shorter transfer is no failure.
-    // An overlapped transfer may still be under way on return: the buffer must live until Flush or Close.
+    // Transfers `count` bytes, or the read or write size if it is 0. Throws type 2 (Read) or 3 (Write) if no
+    // byte was transferred, also at the end of the file; a short transfer is not a failure. An overlapped
+    // transfer may still be pending on return: the buffer must stay valid until Flush or Close.
     void Read(void* buffer, DWORD count);
     void Write(const void* buffer, DWORD count);
     // Moves the file pointer by `distance` bytes from FILE_BEGIN, FILE_CURRENT or FILE_END. Returns the low
     // 32 bits of the new position. Throws type 5.
     DWORD SetFilePointer(LARGE_INTEGER distance, DWORD method) const;
-    // Where the next transfer of the operators, Read and Write begins, in bytes. Throws type 5.
+    // The offset in bytes at which the next transfer begins. Throws type 5.
     DWORD64 GetFilePointer() const;
-    // Makes the file end at the file pointer. Throws type 5.
+    // Sets the end of the file to the file pointer. Throws type 5.
     void SetEndOfFile();
-    // Overlapped: waits up to 15 seconds for a transfer under way. Otherwise asks the system to write what it
-    // holds back; its answer is not examined.
+    // Overlapped: waits up to 15 seconds for a pending transfer. Otherwise flushes the system's buffers; a
+    // failure is ignored.
     void Flush();
-    // Waits or flushes as Flush does, closes the handle and resets all members but the sizes; with nothing
-    // open it only resets. Throws type 4; nothing is open then, but the name is kept.
+    // Waits (up to 30 seconds) or flushes as Flush does, closes the handle and resets all members but the
+    // sizes; with nothing open it only resets. Throws type 4; nothing is open then, but the name is kept.
     void Close();
     // Closes without waiting, flushing or throwing; resets as Close does.
     void CloseQuietly() noexcept;
 
-    // Deletes the object's own file, read-only ones too when the attributes member says so. Throws type 6.
+    // Deletes the object's file, first clearing read-only, hidden or system attributes it set. Throws type 6.
     void Delete();
     void Remove() { Delete(); }
-    // Deletes the named file, with clearAttributes non-zero also a read-only one. Throws type 6.
+    // Deletes the named file, a read-only one only if clearAttributes is not 0. Throws type 6.
     void Delete(const char* name, int clearAttributes);
     // Removes an empty directory; clearAttributes as above. Throws type 12.
     void DeleteDir(const char* directory, int clearAttributes);
     void RemoveDir(const char* directory, int clearAttributes) { DeleteDir(directory, clearAttributes); }
 
-    // Keeps the attributes for the next Open and gives them to the file when one is open. Throws type 1.
+    // Stores the attributes for the next Open and sets them on the file if one is open. Throws type 1.
     void SetFileAttributes(DWORD attributes);
-    // What the system reports for the file name now; INVALID_FILE_ATTRIBUTES when it cannot tell.
+    // The file's current attributes; INVALID_FILE_ATTRIBUTES if the system fails.
     DWORD GetFileAttributes() const;
 
     // Suppresses the system's error boxes for the process until ResetErrorMode or destruction.
     void SetErrorMode();
     void ResetErrorMode();
 
-    // Transfer size in bytes of Read and Write with count 0 and of the operators; 65535 = whole mode.
+    // Transfer size in bytes of Read and Write with count 0 and of the operators; 65535 = whole-file mode.
     void SetReadWriteSize(WORD size);
 
     bool IsOpen() const { return static_cast<bool>(handle_); }
     bool IsNT() const { return nt_; }
     ostype get_ostype() const { return os_.GetOS(); }
     m_FilesystemTypes get_filesystem() const { return filesystem_; }
-    // True while the object works overlapped.
+    // Whether the object uses overlapped transfers.
     bool get_async_mode() const { return IsOverlapped(); }
     DWORD get_error() const { return error_; }
     DWORD GetBytesRead() const { return bytesRead_; }
     DWORD GetBytesWritten() const { return bytesWritten_; }
-    // Low and high 32 bits of the size when the file was opened or last written; no system call.
+    // Low and high 32 bits of the size as of the last open or write; no system call.
     DWORD GetFileSize() const { return fileSize_; }
     DWORD GetFileSizeHigh() const { return fileSizeHigh_; }
     const UtilsString& GetFileName() const { return fileName_; }
 
-    // Raw bytes, without length or terminator. Texts: in whole mode their length, otherwise write-size bytes,
-    // padded with zeros when the text is shorter; an empty text in whole mode writes nothing. The pointer to
-    // unsigned char must hold write-size bytes. Numbers: 4 bytes, little-endian. All throw as Write does.
+    // Raw bytes, without length or terminator. Texts: in whole-file mode their length (none for an empty
+    // one), otherwise write-size bytes, padded with zeros if the text is shorter. Unsigned char: write-size
+    // bytes. Numbers: 4 bytes, little-endian. All throw as Write does.
     DiskIO& operator<<(const char* text);
     DiskIO& operator<<(const unsigned char* bytes);
     DiskIO& operator<<(DWORD number);
     DiskIO& operator<<(const UtilsString& text);
     DiskIO& operator<<(const UtilsByte& bytes);
-    // Read read-size bytes, in whole mode as many as the file size says; the caller's buffer must hold them.
-    // A string receives the text up to the first zero byte, a byte string all bytes that were read (after a
-    // failure it is empty). All throw as Read does, an empty file in whole mode included.
+    // Read read-size bytes, in whole-file mode as many as the file has; the caller's buffer must hold them. A
+    // string receives the text up to the first zero byte, a byte string all bytes that were read (after a
+    // failure it is empty). All throw as Read does, also for an empty file in whole-file mode.
     DiskIO& operator>>(char* buffer);
     DiskIO& operator>>(unsigned char* buffer);
     DiskIO& operator>>(DWORD& number);
@@ -157,21 +157,21 @@ public:
     DiskIO& operator>>(UtilsString& text);
     DiskIO& operator>>(UtilsByte& bytes);
 
-    // Absolute sectors of a drive (0 = A) on Windows 95/98/Me, through an open VWIN32 device. The packet's
-    // buffer address comes from PtrToUlong. Throw type 13 on NT, type 11 with the service's error.
+    // Transfer absolute sectors of a drive (0 = A) on Windows 95/98/Me, through an open VWIN32 device. The
+    // packet's buffer address comes from PtrToUlong. Throw type 13 on NT, type 11 with the service's error.
     void DeviceRead(_ABSREADWRITE& packet, DWORD drive);
     void DeviceWrite(_ABSREADWRITE& packet, DWORD drive);
-    // BIOS read and write of a virtual device driver. Throw as DeviceControl does.
+    // BIOS read and write through a virtual device driver. Throw as DeviceControl does.
     void DeviceRead(_BIOSREADWRITEPARAMIN in, _BIOSREADWRITEPARAMIN& out);
     void DeviceWrite(_BIOSREADWRITEPARAMIN in, _BIOSREADWRITEPARAMIN& out);
     // Formats one 18-sector track through a virtual device driver: drive, cylinder and head (low bytes) and
     // a table of 18 sector identifiers. Throws type 13 on NT, otherwise as DeviceControl does.
     void BiosTrackFormat(const _SECTOR_ID* ids, DWORD drive, DWORD cylinder, DWORD head);
-    // Kept for the interface; device parameters are not set by this system.
+    // Kept for the interface; does nothing.
     void SetDeviceParam(_DEVICEPARAMS* const, DWORD) {}
 
 protected:
-    // The event of an overlapped object with what its sharers must know of it.
+    // The event of an overlapped object and its state, shared by copies.
     struct SharedEvent {
         explicit SharedEvent(OwnedHandle event) : handle(std::move(event)) {}
         OwnedHandle handle;
@@ -180,14 +180,14 @@ protected:
 
     // Copies the members of `other`; the caller holds the lock.
     void CopyObj(const DiskIO& other);
-    // Back to the state without a file; sizes to 512 only when resetSizes is not 0.
+    // Resets to the state without a file; the sizes to 512 only if resetSizes is not 0.
     void Init(int resetSizes);
 
     bool IsOverlapped() const { return overlapped_.hEvent != nullptr && nt_; }
     const char* ModeName() const { return IsOverlapped() ? "Overlapped" : "Non Overlapped"; }
     // 0, or the system's error; the size is 0 then.
     DWORD RefreshFileSize();
-    // Keeps the condition as error text and throws it with the recorded error.
+    // Stores the condition as error text and throws it with the recorded error.
     [[noreturn]] void Raise(DWORD type, const std::string& condition, int line = __builtin_LINE()) const;
 
     CCriticalSection lock_;
@@ -221,10 +221,10 @@ private:
     OVERLAPPED* NextOverlapped(DWORD length);
     bool TransferStarted(bool done, DWORD moved);
     bool CompleteTransfer(DWORD& moved);
-    // Transfers of exactly this length, 0 included, which the system's "no byte moved" then makes a failure.
+    // Transfer exactly this length; a length of 0 fails, because no byte is transferred.
     void ReadExactly(void* buffer, DWORD length);
     void WriteExactly(const void* buffer, DWORD length);
-    // The same with a buffer that does not outlive the call: an overlapped transfer is over on return.
+    // The same with a buffer that does not outlive the call: an overlapped transfer is complete on return.
     void ReadAndWait(void* buffer, DWORD length);
     void WriteAndWait(const void* buffer, DWORD length);
     DWORD ReadLength() const;
@@ -236,7 +236,7 @@ private:
     [[noreturn]] void RaiseRead(DWORD length, int line = __builtin_LINE()) const;
     [[noreturn]] void RaiseWrite(DWORD length, int line = __builtin_LINE()) const;
 
-    bool nt_ = false;  // os_.IsNT(), asked once: it decides the path of every transfer
+    bool nt_ = false;  // os_.IsNT(), cached because every transfer needs it
     DWORD fileSizeHigh_ = 0;
     std::shared_ptr<SharedEvent> event_;
 };

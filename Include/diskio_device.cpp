@@ -16,7 +16,7 @@ unsigned ByteAt(const void* block, std::size_t offset) {
     return static_cast<const unsigned char*>(block)[offset];
 }
 
-// A failed service leaves its own error in its reply, where the reply has a shape that is known.
+// A failed service leaves its own error in its reply, if the reply has a known layout.
 DWORD ServiceError(DWORD code, const void* out, DWORD outSize) {
     constexpr std::size_t ax = offsetof(DIOC_REGISTERS, reg_EAX);
     const DWORD system = ::GetLastError();

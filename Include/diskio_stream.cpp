@@ -4,7 +4,7 @@
 
 #include "diskio.h"
 
-// The stream operators: raw bytes, a fixed number of them or, in whole mode, all there are.
+// The stream operators: a fixed number of raw bytes or, in whole-file mode, all of them.
 
 namespace UTILS {
 
@@ -78,7 +78,7 @@ DiskIO& DiskIO::operator>>(DWORD& number) {
 DiskIO& DiskIO::operator>>(UtilsString& text) {
     const DWORD length = ReadLength();
     const std::size_t size = std::size_t{length} + 1;
-    if (size == 0) throw std::bad_alloc();  // in 32 bits
+    if (size == 0) throw std::bad_alloc();  // overflow in 32 bits
     const auto buffer = std::make_unique<char[]>(size);
     ReadAndWait(buffer.get(), length);
     text = buffer.get();
@@ -87,7 +87,7 @@ DiskIO& DiskIO::operator>>(UtilsString& text) {
 
 DiskIO& DiskIO::operator>>(UtilsByte& bytes) {
     const DWORD length = ReadLength();
-    // Straight into the byte string: an archive's data passes here, always in the same size.
+    // Straight into the byte string: archive data takes this path, always in the same size.
     bytes.Resize(length);
     try {
         ReadAndWait(bytes.GetString(), length);

@@ -38,7 +38,7 @@ bool DiskIO::TransferStarted(bool done, DWORD moved) {
 
 void DiskIO::ReadExactly(void* buffer, DWORD length) {
     bytesRead_ = 0;
-    // The error of an earlier call must not be taken for this one's.
+    // The error of an earlier call must not be mistaken for this one's.
     ::SetLastError(NO_ERROR);
     const BOOL done = ::ReadFile(handle_.get(), buffer, length, &bytesRead_, NextOverlapped(length));
     if (!TransferStarted(done != FALSE, bytesRead_)) RaiseRead(length);
@@ -107,7 +107,7 @@ DWORD DiskIO::SetFilePointer(LARGE_INTEGER distance, DWORD method) const {
     return moved;
 }
 
-// The system keeps no file pointer of a file that works overlapped.
+// The system keeps no file pointer for an overlapped file.
 DWORD64 DiskIO::GetFilePointer() const {
     if (IsOverlapped()) return position_;
     LONG high = 0;

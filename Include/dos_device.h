@@ -3,20 +3,20 @@
 
 #include <cstddef>
 
-// What MS-DOS and the VWIN32 device of Windows 95/98/Me exchange with a program: control codes, the register
-// block and the packets, laid out as the device finds them in memory.
+// The interface of MS-DOS and the VWIN32 device of Windows 95/98/Me: control codes, the register block and
+// the packets, in their layout in memory.
 
 inline constexpr DWORD VWIN32_DIOC_DOS_IOCTL = 1;  // INT 21h function 44h
 inline constexpr DWORD VWIN32_DIOC_DOS_INT25 = 2;  // absolute read
 inline constexpr DWORD VWIN32_DIOC_DOS_INT26 = 3;  // absolute write
 inline constexpr DWORD VWIN32_DIOC_DOS_INT13 = 4;  // BIOS disk services
 
-// Answered by a virtual device driver opened by name, not by VWIN32.
+// Handled by a virtual device driver opened by name, not by VWIN32.
 inline constexpr DWORD VXD_BIOS_TRACK_FORMAT = 12;
 inline constexpr DWORD VXD_BIOS_READ = 13;
 inline constexpr DWORD VXD_BIOS_WRITE = 14;
 
-// Bit of reg_Flags: set before a call, still set afterwards when the service failed; its error is then in AX.
+// Bit of reg_Flags: set before a call, still set afterwards if the service failed; its error is then in AX.
 inline constexpr DWORD DIOC_CARRY_FLAG = 1;
 
 // ECX of INT 25h and 26h when EBX is the address of an _ABSREADWRITE packet.
@@ -45,7 +45,7 @@ struct _ABSREADWRITE {
 static_assert(sizeof(_ABSREADWRITE) == 10 && offsetof(_ABSREADWRITE, sectorCount) == 4 &&
               offsetof(_ABSREADWRITE, buffer) == 6);
 
-// Request to and answer of the BIOS read and write of a virtual device driver.
+// Request and reply of the BIOS read and write of a virtual device driver.
 struct _BIOSREADWRITEPARAMIN {
     BYTE drive;  // 0 = A
     BYTE cylinder;
@@ -56,7 +56,7 @@ struct _BIOSREADWRITEPARAMIN {
 };
 static_assert(sizeof(_BIOSREADWRITEPARAMIN) == 9 && offsetof(_BIOSREADWRITEPARAMIN, buffer) == 5);
 
-// One sector of a track to be formatted, as the BIOS takes it.
+// One sector of a track to be formatted, as the BIOS expects it.
 struct _SECTOR_ID {
     BYTE cylinder;
     BYTE head;

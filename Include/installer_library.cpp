@@ -6,7 +6,7 @@
 namespace UTILS {
 namespace {
 
-// Of what a package or the installer tells, with its zero.
+// A text from a package or the installer, with its zero.
 class InstallerText {
 public:
     char* data() { return text_.data(); }
@@ -102,7 +102,7 @@ std::string InstallerLibrary::LocalPackage(const std::string& product) const {
     return told ? package.text() : std::string();
 }
 
-// A registry key is told by the number of its root in place of a drive.
+// The path of a registry key begins with the number of its root instead of a drive.
 std::string InstallerLibrary::InstalledFile(const InstallerCodes& codes) const {
     InstallerText path;
     const bool installed = available_ && codes.AreWhole() &&

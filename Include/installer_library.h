@@ -8,7 +8,7 @@
 
 namespace UTILS {
 
-// What stands for an installed file: codes in braces, or empty texts.
+// Identifies an installed file: codes in braces, or empty texts.
 struct InstallerCodes {
     char product[MAX_GUID_CHARS + 1] = {};
     char component[MAX_GUID_CHARS + 1] = {};
@@ -17,8 +17,7 @@ struct InstallerCodes {
 };
 
 // The Windows Installer, loaded at run time because not every Windows has it, and freed with the object.
-// Nothing throws but for want of memory: what the installer cannot tell is empty. Texts in the ANSI code
-// page.
+// Throws only std::bad_alloc; what the installer does not report is empty. Texts are in the ANSI code page.
 class InstallerLibrary {
 public:
     InstallerLibrary();
@@ -26,19 +25,20 @@ public:
     InstallerLibrary& operator=(const InstallerLibrary&) = delete;
     ~InstallerLibrary();
 
-    // Whether the library is there with all that resolving needs. Without it everything below is empty.
+    // Whether the library has all functions that resolving needs. Without them every result below is empty.
     bool IsAvailable() const { return available_; }
 
-    // What the installer itself finds behind a shortcut file.
+    // The codes that the installer itself finds for a shortcut file.
     InstallerCodes ShortcutTarget(const std::string& linkFile) const;
-    // The parts of the text that an advertised shortcut carries. Old installers cannot tell.
+    // The codes in the descriptor of an advertised shortcut; empty with old installers.
     InstallerCodes Decompose(const char* descriptor) const;
     // The product's cached package.
     std::string LocalPackage(const std::string& product) const;
-    // The file that is installed for the codes; empty also for a component that is none, as a registry key.
+    // The file that is installed for the codes; empty also for a component that is not a file, such as a
+    // registry key.
     std::string InstalledFile(const InstallerCodes& codes) const;
-    // Of the components behind the package's shortcuts with this icon, the product's first that is installed
-    // as a file.
+    // Of the components of the package's shortcuts with this icon, the product's first that is installed as a
+    // file.
     InstallerCodes FirstInstalled(const std::string& package, const std::string& product,
                                   const std::string& icon) const;
 
@@ -46,7 +46,7 @@ private:
     template <class Function>
     bool Find(Function*& function, const char* name) const;
 
-    // The system's headers do not know it.
+    // Not declared in the system's headers.
     using DecomposeDescriptor = UINT WINAPI(LPCSTR descriptor, LPSTR product, LPSTR feature, LPSTR component,
                                             DWORD* used);
 

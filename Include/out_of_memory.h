@@ -5,8 +5,8 @@
 
 namespace UTILS {
 
-// After a call of the system that failed: throws std::bad_alloc when it was for want of memory. For calls
-// whose other failures say something of a file or medium, such as its end, which is then passed over.
+// After a failed system call: throws std::bad_alloc if the cause was lack of memory. For calls whose other
+// failures concern a file or medium, such as its end, and are then ignored.
 inline void RequireMemory(DWORD error = ::GetLastError()) {
     if (error == ERROR_NOT_ENOUGH_MEMORY) {
         throw std::bad_alloc();

@@ -5,7 +5,7 @@
 
 namespace UTILS {
 
-// Owns one system handle: closes it when it goes. 0 and INVALID_HANDLE_VALUE both mean "nothing open".
+// Owns one system handle and closes it on destruction. 0 and INVALID_HANDLE_VALUE both mean "nothing open".
 class OwnedHandle {
 public:
     OwnedHandle() noexcept = default;
@@ -23,8 +23,8 @@ public:
     HANDLE get() const noexcept { return handle_; }
     explicit operator bool() const noexcept { return handle_ != nullptr && handle_ != INVALID_HANDLE_VALUE; }
 
-    // Closes the handle and forgets it, whatever the system says: it refuses only what is not open any more,
-    // and a second attempt might meet a handle that was given out anew. False when it refused.
+    // Closes the handle and drops it even if the system refuses: it refuses only what is no longer open, and
+    // a second attempt might close a reused handle. False if it refused.
     bool Close() noexcept {
         const bool closed = !*this || ::CloseHandle(handle_);
         handle_ = nullptr;

@@ -14,7 +14,7 @@ std::string_view WithoutOuterSpaces(std::string_view text) {
     return text.substr(first, text.find_last_not_of(' ') - first + 1);
 }
 
-// The two backslashes that make a network path are not an ending.
+// The two leading backslashes of a network path are not trailing ones.
 std::string_view WithoutEndingBackslash(std::string_view text) {
     if (text.size() > (IsNetwork(text) ? 2U : 0U) && text.back() == '\\') {
         text.remove_suffix(1);
@@ -22,7 +22,7 @@ std::string_view WithoutEndingBackslash(std::string_view text) {
     return text;
 }
 
-// Cutting a backslash may bring spaces to the end, and the other way round.
+// Removing a backslash may leave spaces at the end, and vice versa.
 std::string_view WithoutEnds(std::string_view text) {
     for (std::size_t before = text.size() + 1; before != text.size();) {
         before = text.size();
@@ -54,7 +54,7 @@ void Append(std::string& path, std::string_view component) {
     path.append(component);
 }
 
-// Parent steps above the floor are dropped.
+// Steps above the floor are ignored.
 void Climb(std::string& path, std::size_t floor) {
     const auto last = path.rfind('\\');
     path.resize(last == std::string::npos ? floor : std::max(floor, last));

@@ -2,19 +2,19 @@
 #include <string>
 #include <string_view>
 
-// Paths as text: what can be said of a path without asking the system. Every function takes and gives 8-bit
-// text of any length, throws nothing of its own and may run on any thread. Only a backslash separates.
+// Operations on paths as text, without system calls. Every function takes and returns 8-bit text of any
+// length, throws nothing of its own and may run on any thread. Only a backslash separates.
 
 namespace UTILS::path_text {
 
-// Whether the text is in the network's naming convention: it begins with two backslashes.
+// Whether the text is a network (UNC) path: it begins with two backslashes.
 bool IsNetwork(std::string_view text);
 
-// Whether the text names nothing: it is empty or all spaces.
+// Whether the text is empty or all spaces.
 bool IsBlank(std::string_view text);
 
-// The text without spaces at its ends, with single backslashes and without one at the end. A network path
-// keeps its inner backslashes as they are.
+// The text without leading or trailing spaces, with single backslashes and no trailing one. A network path
+// keeps its inner backslashes unchanged.
 std::string Normalised(std::string_view text);
 
 // The part that has no parent: "C:" of "C:\a", "\\server\share" of "\\server\share\a", "HKLM" of "HKLM\a".
@@ -23,28 +23,27 @@ std::string_view Root(std::string_view path);
 // The path without its last component; empty for a root and for a single component.
 std::string_view Parent(std::string_view path);
 
-// The path as a system call takes it: a drive alone gets its backslash, because "C:" names the directory that
-// is current there.
+// The path for system calls: a bare drive gets its backslash, because "C:" means its current directory.
 std::string ForSystem(std::string_view path);
 
-// Whether a search for the text may find something of another name.
+// Whether the text has a wildcard, so that a search for it may find other names.
 bool HasWildcard(std::string_view text);
 
 // What follows the last backslash; the whole path when it has none.
 std::string_view LastComponent(std::string_view path);
 
-// The base followed by the relative path, with "." and ".." worked out. Climbing stops at the base's root;
-// with an empty base the result stays relative and never begins with a parent step.
+// The base followed by the relative path, with "." and ".." resolved. Climbing stops at the base's root; with
+// an empty base the result stays relative and never begins with "..".
 std::string Resolved(std::string_view base, std::string_view relative);
 
 // The path and a component below it with one backslash between them.
 std::string Joined(std::string_view path, std::string_view component);
 
-// A relative form of any file path: without drive or network share, without a backslash in front, "." and
-// ".." worked out. Empty for a root.
+// A relative form of any file path: without drive or network share, without a leading backslash, "." and ".."
+// resolved. Empty for a root.
 std::string Relative(std::string_view path);
 
-// "\\", the computer's name, "\" and the path, from which every occurrence of `prefix` is taken out.
+// "\\", the computer's name, "\" and the path, without any occurrence of `prefix`.
 std::string OnComputer(std::string_view computer, std::string_view path, std::string_view prefix);
 
 // Base and extension around the first or the last dot of a name. Without a dot all of it is the base.

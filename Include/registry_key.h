@@ -6,7 +6,7 @@
 
 namespace UTILS {
 
-// An open registry key that is closed when the object goes, unless it is borrowed: roots stay open.
+// An open registry key, closed on destruction unless it is borrowed: roots stay open.
 class RegistryKey {
 public:
     RegistryKey() noexcept = default;
@@ -37,8 +37,8 @@ public:
         owned_ = false;
     }
 
-    // Open, or create, a key below another for reading and writing; an empty path opens that key once more.
-    // Result: the system's code; after a failure this object is as it was.
+    // Open, or create, a key below another for reading and writing; an empty path opens that key again.
+    // Result: the system's code; a failure leaves this object unchanged.
     LONG Open(HKEY parent, const std::string& path) {
         HKEY opened = nullptr;
         const LONG result = ::RegOpenKeyExA(parent, path.c_str(), 0, access, &opened);
@@ -54,7 +54,7 @@ public:
 private:
     static constexpr REGSAM access = KEY_READ | KEY_WRITE;
 
-    // A predefined key may be given back as itself.
+    // The system may return a predefined key as itself.
     LONG Take(LONG result, HKEY parent, HKEY opened) noexcept {
         if (result == ERROR_SUCCESS) {
             Close();

@@ -9,14 +9,14 @@ namespace {
 
 constexpr std::size_t usualDataSize = 255;
 constexpr DWORD usualNameSize = 256;
-constexpr DWORD largestNameSize = 4 * 16384;  // the longest name, in a code page of up to four bytes
+constexpr DWORD largestNameSize = 4 * 16384;  // the longest name, at up to four bytes a character
 constexpr std::size_t numberSize = 4;
 
 std::vector<char> NameBuffer(DWORD size) {
     return std::vector<char>(std::clamp(size, usualNameSize, largestNameSize));
 }
 
-// The system does not say how long a name is that did not fit.
+// The system does not report the length of a name that did not fit.
 bool GrowName(std::vector<char>& buffer) {
     if (buffer.size() >= largestNameSize) {
         return false;
@@ -25,7 +25,7 @@ bool GrowName(std::vector<char>& buffer) {
     return true;
 }
 
-// Makes room for data of which `needed` bytes are reported; false when these fitted.
+// Grows the buffer to the `needed` bytes that were reported; false if they fitted.
 bool GrowData(std::vector<BYTE>& data, DWORD needed) {
     if (needed <= data.size()) {
         return false;
@@ -124,8 +124,8 @@ std::string RegistryText(const RegistryValue& value) {
     return std::string(value.data.begin(), std::find(value.data.begin(), value.data.end(), BYTE{0}));
 }
 
-// From the first key without subkeys upwards. The levels live on the heap: a tree may be deeper than a stack
-// is.
+// From the first key without subkeys upwards. The levels are on the heap: a tree may be too deep for
+// recursion.
 LONG DeleteRegistryContents(HKEY key) {
     std::vector<Level> levels;
     const auto deepest = [&] { return levels.empty() ? key : levels.back().key.get(); };

@@ -11,28 +11,27 @@
 namespace UTILS {
 
 // A failure with a one-line report: source file, line, class, type code, error number with the system's
-// description, and a condition. The report is made once, by the constructor; reading it never changes it, so
-// a caught object may be read freely.
+// description, and a condition. The constructor makes the report once; reading it never changes it.
 //
 //   "File:  diskio; Line Number:  7; Exception Name:  class UTILS::std_exception; Type:  2; Error Condition:
 //   ..."
 class std_exception : public virtual std::exception {
 protected:
-    // Throws a copy of this object as a std_exception. It stands first: the order of virtual operations is
-    // part of an exported class's interface.
+    // Throws a copy of this object as a std_exception. Declared first: the order of virtual functions is part
+    // of an exported class's interface.
     [[noreturn]] virtual void _Doraise() const;
 
 public:
-    // A report that names the class alone.
+    // A report that names only the class.
     std_exception();
 
     // file: the throwing unit's path without extension; a null text counts as empty. errorNumber 0 means
-    // none; describeError non-zero adds the system's text for it. Throws std::bad_alloc alone.
+    // none; describeError non-zero adds the system's text for it. Throws only std::bad_alloc.
     std_exception(const char* condition, const char* file, DWORD type, DWORD line, DWORD errorNumber,
                   int describeError);
     std_exception(const UtilsString& condition, const char* file, DWORD type, DWORD line, DWORD errorNumber,
                   int describeError);
-    // Every field as text; an empty error number leaves its segment out.
+    // Every field as text; an empty error number omits its segment.
     std_exception(const UtilsString& condition, const UtilsString& file, const UtilsString& type,
                   const UtilsString& line, const UtilsString& errorNumber);
 
@@ -40,7 +39,7 @@ public:
     const std_exception& operator=(const std_exception& other);
     ~std_exception() override;
 
-    // The report; it lives as long as the object is not assigned to.
+    // The report; valid until the object is assigned to or destroyed.
     const char* what() const noexcept override;
     operator const char*() const { return what(); }
 
@@ -49,8 +48,8 @@ public:
 
 protected:
     const std_exception& CopyData(const std_exception& other);
-    // Makes the report of the constructors that take numbers; for derived classes, whose most derived
-    // constructor builds this virtual base without arguments.
+    // Makes the report like the constructors that take numbers; for derived classes, because the most derived
+    // constructor constructs this virtual base without arguments.
     void MakeReport(const UtilsString& condition, const char* file, DWORD type, DWORD line, DWORD errorNumber,
                     int describeError);
 
@@ -61,7 +60,7 @@ private:
     UtilsString report_;
 };
 
-// The one shape of the exceptions that a library names for itself. A library writes no more than
+// Base of the libraries' own exception classes. A library only writes
 //
 //   class ZAR_CommonException : public UTILS::ReportException<ZAR_CommonException> {
 //   public:
@@ -69,8 +68,8 @@ private:
 //       using ReportException::ReportException;
 //   };
 //
-// Thread rule: an object's lock is held while its members are set, or copied from or into it, so that a copy
-// never mixes two failures; to read the members themselves, share the object only when nobody assigns to it.
+// Thread rule: an object's lock is held while its members are set or copied, so that a copy never mixes two
+// failures; read the members directly only while no thread assigns to the object.
 template <class Exception>
 class ReportException : public virtual std_exception {
     mutable CCriticalSection lock_;
@@ -83,10 +82,10 @@ public:
     UtilsString m_condition;
     UtilsString m_file;  // source path of the throwing statement, without extension
 
-    // No failure: numbers 0, texts empty, the report names the base class alone.
+    // No failure: numbers 0, condition and file empty; the report names only the base class.
     ReportException() = default;
 
-    // A failure; null texts count as empty. The report never holds the system's description.
+    // A failure; null texts count as empty. The report never includes the system's description.
     ReportException(DWORD type, DWORD errorNumber, DWORD line, const char* file, const char* condition)
         : ReportException(type, errorNumber, line, file, UtilsString(condition)) {}
     ReportException(DWORD type, DWORD errorNumber, DWORD line, const char* file,
@@ -115,17 +114,17 @@ public:
     }
     ~ReportException() override = default;
 
-    // Copies the members, without the report. The two locks are taken one after the other, so that two
-    // threads may copy two objects into each other.
+    // Copies the members, not the report. Takes the two locks one after the other, so that two threads may
+    // copy two objects into each other.
     void CopyData(const ReportException& other) {
         Members members = other.Copied();
         const SectionGuard guard(lock_);
         std::tie(m_type, m_error_number, m_line, m_exception_name, m_condition, m_file) = std::move(members);
     }
 
-    // Destroys an exception made with `new`; nothing happens for a null object.
+    // Deletes an exception created with `new`; does nothing for a null object.
     void Delete() const {
-        // The compiler takes it for granted that an object is never null; a volatile copy makes it look.
+        // The compiler assumes that an object is never null; a volatile copy makes it check.
         const ReportException* const volatile self = this;
         const ReportException* const object = self;
         if (object != nullptr) {
