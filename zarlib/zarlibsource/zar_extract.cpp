@@ -34,8 +34,6 @@ template <class Read>
 bool BeforeTheEnd(Read read) {
     try {
         return read();
-    } catch (const UTILS::AllocationFailure&) {  // the archive asks for a text of impossible length
-        return false;
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const UTILS::DiskIoException& failure) {
